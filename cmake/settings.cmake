@@ -1,0 +1,78 @@
+# How our own code is compiled. Third-party code never links these targets.
+
+# A git checkout is a developer's: warnings are errors there. A source archive builds with any compiler's warnings.
+if(EXISTS ${PROJECT_SOURCE_DIR}/.git)
+    set(developer_default ON)
+else()
+    set(developer_default OFF)
+endif()
+option(ZQORB_DEVELOPER "Treat warnings as errors" ${developer_default})
+set(ZQORB_SANITIZE "" CACHE STRING "Sanitizers, as the compiler's -fsanitize takes them")
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+
+find_package(Threads REQUIRED)
+find_package(Boost 1.81 REQUIRED COMPONENTS log filesystem)
+
+# Sanitizers must cover every object of a program, third-party ones included.
+if(ZQORB_SANITIZE)
+    add_compile_options(-fsanitize=${ZQORB_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${ZQORB_SANITIZE})
+endif()
+
+add_library(settings INTERFACE)
+if(WIN32)
+    target_compile_definitions(settings INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+    if(MINGW)
+        # The stack protector's functions, from the static library: one DLL less to ship.
+        target_link_libraries(settings INTERFACE -l:libssp.a)
+    endif()
+else()
+    target_link_options(settings INTERFACE -Wl,-z,defs -Wl,-z,relro,-z,now)
+endif()
+target_compile_options(settings INTERFACE
+    $<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-fvisibility=hidden -fvisibility-inlines-hidden -fstack-protector-strong>
+    $<$<CXX_COMPILER_ID:MSVC>:/utf-8>)
+if(NOT ZQORB_SANITIZE)
+    target_compile_options(settings INTERFACE $<$<AND:$<CONFIG:Release>,$<NOT:$<CXX_COMPILER_ID:MSVC>>>:-D_FORTIFY_SOURCE=2>)
+endif()
+# Sanitized and debug programs check what the standard library assumes.
+target_compile_definitions(settings INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+
+add_library(warnings INTERFACE)
+target_compile_options(warnings INTERFACE
+    $<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow
+        -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wimplicit-fallthrough>
+    $<$<CXX_COMPILER_ID:MSVC>:/W4>)
+if(ZQORB_DEVELOPER)
+    target_compile_options(warnings INTERFACE
+        $<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-Werror> $<$<CXX_COMPILER_ID:MSVC>:/WX>)
+endif()
+
+# A Windows program finds its DLLs beside itself, in the build folder as in the installed tree.
+if(MINGW)
+    set(runtime_dlls)
+    foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
+            OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
+        if(NOT IS_ABSOLUTE ${file})
+            set(file ${CMAKE_FIND_ROOT_PATH}/lib/${name})
+        endif()
+        list(APPEND runtime_dlls ${file})
+    endforeach()
+    foreach(name log filesystem thread chrono atomic)
+        file(GLOB file ${ZQORB_BOOST_ROOT}/lib/libboost_${name}.dll)
+        list(APPEND runtime_dlls ${file})
+    endforeach()
+    file(COPY ${runtime_dlls} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+endif()

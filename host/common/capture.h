@@ -1,0 +1,32 @@
+// Collects what comes out of one stream.
+#pragma once
+
+#include "pages.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace orb::process::detail {
+
+// Bytes are read straight into pieces of their own and become one string at the end. Each piece is freed as soon as it
+// has been copied, so that even a very large output needs little more memory than its size.
+class Capture {
+public:
+    // Where to read the next bytes to: never empty, and stays in place until take().
+    std::span<char> room();
+
+    // `size` bytes of the room have been filled. Gives them back.
+    std::string_view added(std::size_t size);
+
+    // Everything added so far, in order. The capture is empty afterwards.
+    std::string take();
+
+private:
+    std::vector<Pages> pieces_;
+    // How much of the last piece is filled; all others are full.
+    std::size_t filled_ = 0;
+};
+
+} // namespace orb::process::detail

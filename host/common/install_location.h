@@ -1,0 +1,13 @@
+// What the systems tell differently about where we are.
+#pragma once
+
+#include <string>
+
+namespace foundation::core::path {
+
+extern const char16_t nativeSeparator;
+
+// The folder that this library was loaded from, in native form; empty when the system cannot tell.
+std::u16string libraryFolder();
+
+} // namespace foundation::core::path

@@ -1,0 +1,136 @@
+#include "host/messages.h"
+
+#include "host/configuration.h"
+#include "host/install.h"
+#include "host/text.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string_view>
+
+namespace foundation::core::message {
+namespace {
+
+struct Entry {
+    const char* catalogue;
+    const char* identifier;
+    const char* english;
+};
+
+constexpr std::array<Entry, 5> entries{{
+    {"orb:container_support", "DOCKER_NOT_AVAILABLE",
+     "The Docker client docker.exe was not found on the search path. Install Docker, or unset USE_WSL to use WSL."},
+    {"orb:container_support", "IMAGE_NOT_EXIST",
+     "The Docker image {1} is still missing after it was pulled, loaded or imported. The archive may hold an image of "
+     "another name."},
+    {"orb:container_support", "TAR_FILE_LOAD_ERROR",
+     "Docker could not load the archive {1} as the image {2}. The Docker client reported: {3}"},
+    {"orb:container_support", "TAR_FILE_NOT_AVAILABLE", "The archive {1} does not exist."},
+    {"orb:container_support", "WSL_CANNOT_IMPORT_TAR_FILE",
+     "WSL could not import the archive {1}. wsl.exe reported:\n{2}"},
+}};
+
+std::optional<std::string> builtInText(const Message& message)
+{
+    for (const Entry& entry : entries) {
+        if (message.catalogue == entry.catalogue && message.identifier == entry.identifier) {
+            return entry.english;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string placeholder(std::size_t index)
+{
+    return {'{', static_cast<char>('1' + index), '}'};
+}
+
+// Without a text of its own, a message is its identifier and its arguments.
+std::string bareText(const Message& message)
+{
+    std::string text = message.identifier;
+    for (std::size_t index = 0; index < message.arguments.size(); ++index) {
+        text += (index == 0 ? ": " : ", ") + placeholder(index);
+    }
+    return text;
+}
+
+// Replaces each placeholder in one pass, so that braces inside an argument stay what they are.
+std::string fill(std::string_view text, const std::vector<Argument>& arguments)
+{
+    std::string result;
+    for (std::size_t position = 0; position < text.size(); ++position) {
+        const bool isPlaceholder = position + 2 < text.size() && text[position] == '{' && text[position + 2] == '}' &&
+                                   text[position + 1] >= '1' && text[position + 1] <= '9';
+        const std::size_t index = isPlaceholder ? static_cast<std::size_t>(text[position + 1] - '1') : 0;
+        if (isPlaceholder && index < arguments.size()) {
+            result += text::readable(arguments[index].text());
+            position += 2;
+        } else {
+            result += text[position];
+        }
+    }
+    return result;
+}
+
+bool hasAllPlaceholders(const std::string& text, const Message& message)
+{
+    for (std::size_t index = 0; index < message.arguments.size(); ++index) {
+        if (text.find(placeholder(index)) == std::string::npos) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool isLanguageCode(const std::string& language)
+{
+    return !language.empty() && std::all_of(language.begin(), language.end(), [](char character) {
+        return (character >= 'a' && character <= 'z') || character == '-';
+    });
+}
+
+std::filesystem::path translationFile(const Message& message, const std::string& language)
+{
+    std::string name = message.catalogue;
+    std::replace(name.begin(), name.end(), ':', '_');
+    return std::filesystem::path(path::get_install_path().text) / "resources" / (name + "." + language + ".json");
+}
+
+std::optional<std::string> translatedText(const Message& message, const std::string& language)
+{
+    if (!isLanguageCode(language)) {
+        return std::nullopt;
+    }
+    std::ifstream file(translationFile(message, language), std::ios::binary);
+    const nlohmann::json texts = nlohmann::json::parse(file, nullptr, false);
+    if (!texts.is_object()) {
+        return std::nullopt;
+    }
+    const auto entry = texts.find(message.identifier);
+    if (entry == texts.end() || !entry->is_string()) {
+        return std::nullopt;
+    }
+    std::string text = entry->get<std::string>();
+    return hasAllPlaceholders(text, message) ? std::optional(text) : std::nullopt;
+}
+
+} // namespace
+
+std::string localisedText(const Message& message)
+{
+    const std::optional<std::string> text = translatedText(message, config::configuration().language);
+    return text ? fill(*text, message.arguments) : englishText(message);
+}
+
+std::string englishText(const Message& message)
+{
+    return fill(builtInText(message).value_or(bareText(message)), message.arguments);
+}
+
+} // namespace foundation::core::message

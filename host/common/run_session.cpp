@@ -1,0 +1,72 @@
+#include "run_session.h"
+
+#include <algorithm>
+
+namespace orb::process::detail {
+
+void RunSession::received(Stream stream, std::size_t size)
+{
+    const std::string_view piece = capture(stream).added(size);
+    extendStreamDeadline();
+    if (options_.outputLogger) {
+        options_.outputLogger(stream, piece);
+    }
+}
+
+bool RunSession::endWanted()
+{
+    if (terminated_ || Clock::now() < nextQuestion_) {
+        return false;
+    }
+    nextQuestion_ = Clock::now() + questionInterval;
+    if (feeder_ && feeder_->failed()) {
+        return true;
+    }
+    terminated_ = options_.terminationHandler && options_.terminationHandler();
+    return terminated_;
+}
+
+void RunSession::programExited()
+{
+    exited_ = true;
+    extendStreamDeadline();
+}
+
+void RunSession::extendStreamDeadline()
+{
+    // A limit too long to be added to the clock is no limit.
+    const Clock::time_point now = Clock::now();
+    const bool endless =
+        options_.streamTimeout >= std::chrono::floor<std::chrono::milliseconds>(Clock::time_point::max() - now);
+    streamDeadline_ = endless ? Clock::time_point::max() : now + options_.streamTimeout;
+}
+
+std::optional<std::chrono::milliseconds> RunSession::patience() const
+{
+    const bool asking = options_.terminationHandler || feeder_;
+    if (!exited_ && !asking) {
+        return std::nullopt;
+    }
+    const Clock::time_point next = exited_ ? streamDeadline_ : nextQuestion_;
+    const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
+    // The systems count the milliseconds of a wait in 32 bits at most.
+    return std::clamp<std::chrono::milliseconds>(remaining, std::chrono::milliseconds{0}, std::chrono::hours{24});
+}
+
+RunResult RunSession::finish(ExitReport report)
+{
+    if (feeder_) {
+        feeder_->finish();
+    }
+    RunResult result;
+    result.status = report.status;
+    result.standardOutput = output_.take();
+    result.standardError = error_.take();
+    report.terminated = terminated_;
+    if (options_.exitCallback) {
+        options_.exitCallback(report, options_.userObject);
+    }
+    return result;
+}
+
+} // namespace orb::process::detail

@@ -1,0 +1,39 @@
+// The message catalogue: localised texts for the identifiers that errors carry.
+//
+// English is built in. A translation is a file "<catalogue with ':' as '_'>.<language>.json" in the "resources" folder
+// of the installation root, UTF-8: an object that maps identifiers to texts. "{1}" to "{9}" stand for the
+// message's arguments. A file that is missing or broken, and an entry that is missing or lacks a placeholder, fall back
+// to English.
+#pragma once
+
+#include "host/export.h"
+
+#include <string>
+#include <vector>
+
+namespace foundation::core::message {
+
+// An argument of a message: narrow text as the thrower had it, bytes unchanged.
+class Argument {
+public:
+    Argument(std::string text) : text_(std::move(text)) {} // NOLINT(google-explicit-constructor): text is an argument
+    const std::string& text() const noexcept { return text_; }
+
+private:
+    std::string text_;
+};
+
+struct Message {
+    std::string catalogue;
+    std::string identifier;
+    std::vector<Argument> arguments;
+};
+
+// The message in the configured language. Arguments are made readable (see text::readable). An identifier that no
+// catalogue knows gives its own name and the arguments. Any thread; files are read at each call.
+KORVANE_HOST_API std::string localisedText(const Message& message);
+
+// The same in English, without reading any file.
+KORVANE_HOST_API std::string englishText(const Message& message);
+
+} // namespace foundation::core::message

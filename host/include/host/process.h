@@ -1,0 +1,98 @@
+// The process service: runs one program with an argument vector and gives back what it printed.
+//
+// No shell is involved: each argument reaches the program as one argument, byte for byte. A program inherits exactly
+// three handles (standard input, output and error) and no other, on every system, also while other threads start
+// programs of their own. Nothing here keeps state between calls; every function may be called from any thread.
+#pragma once
+
+#include "host/export.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orb::process::detail {
+
+// Variable name to value, both UTF-8.
+using Environment = std::map<std::string, std::string>;
+
+struct RunResult {
+    // As the program reported it: 0 to 255 on Linux, where death by a signal counts as 128 plus its number; the 32-bit
+    // exit code on Windows, so that 0xFFFFFFFF reads -1.
+    std::int32_t status = 0;
+    // The bytes as captured, without any conversion.
+    std::string standardOutput;
+    std::string standardError;
+};
+
+enum class Stream { output, error };
+
+// How a run ended, beyond its status.
+struct ExitReport {
+    std::int32_t status = 0;
+    // The signal that ended the program, 0 when it exited by itself. Always 0 on Windows.
+    int signal = 0;
+    // The program was ended because the termination handler asked for it.
+    bool terminated = false;
+    // The program exited, but another process kept its streams open beyond the stream time-out; what that
+    // process prints later is lost.
+    bool streamsAbandoned = false;
+};
+
+struct RunOptions {
+    // Asked about ten times a second while the program runs; returning true ends the program (not its descendants).
+    std::function<bool()> terminationHandler;
+    // Sees each piece of output as it arrives, in addition to its being captured.
+    std::function<void(Stream, std::string_view)> outputLogger;
+    // Gives the next piece for the program's standard input; an empty string means end of input. Without it,
+    // standard input is the null device. It is asked from a thread of its own, one call at a time, and run() does not
+    // return before the last call has.
+    std::function<std::string()> inputHandler;
+    // Passed to exitCallback, otherwise untouched.
+    void* userObject = nullptr;
+    // After the program has exited its streams are read until they end, or until nothing has come for this long, so
+    // that a helper process that keeps a pipe open cannot hang the caller.
+    std::chrono::milliseconds streamTimeout{5000};
+    // Called once, on the caller's thread, when the program has ended and its streams are read.
+    std::function<void(const ExitReport&, void* userObject)> exitCallback;
+};
+
+// Runs `arguments[0]` with the rest as its arguments and waits for it to end.
+//
+// arguments    UTF-8. A program given with a directory separator is used as it stands, from the caller's current
+//              folder when it is relative; a bare name is looked up in the absolute entries of the PATH that the
+//              program is given (`environment`'s, otherwise the caller's) only, never in the current folder or the
+//              folder of the running program. On Windows ".exe" is added to a bare name without an extension.
+// environment  Added to the inherited environment; an entry replaces the inherited one of that name (names compare
+//              without case on Windows).
+// workingDir   UTF-8; empty means the caller's current folder. A drive designator alone ("c:") means that drive's
+//              current folder on Windows and the caller's folder elsewhere.
+// detach       Do not wait: streams are the null device, and the result is all empty. The options are not used then.
+//
+// Throws std::system_error with the system's own code when the program cannot be found or started (what() names the
+// program), and std::invalid_argument for what cannot be passed faithfully: an empty vector or program name, an
+// embedded NUL, the name of a variable that is empty or holds "=", text that is not UTF-8 on Windows, a program name
+// with a double quote on Windows, a .bat or .cmd file on any system. A status other than zero is not an error. An
+// exception from a handler ends the program and passes to the caller.
+KORVANE_HOST_API RunResult run(const std::vector<std::string>& arguments, const Environment& environment = {},
+                               const std::string& workingDir = {}, bool detach = false, const RunOptions& options = {});
+
+// Runs a program with the caller's own standard streams and gives back its exit status. Arguments, environment,
+// working folder and errors are those of run().
+KORVANE_HOST_API std::int32_t runAttached(const std::vector<std::string>& arguments,
+                                          const Environment& environment = {}, const std::string& workingDir = {});
+
+// Splits a command line into an argument vector by the rules of the Microsoft C runtime, on every system: blanks and
+// tabs separate, double quotes group, 2n backslashes before a quote are n backslashes, 2n+1 are n and a literal quote;
+// in the program name backslashes are literal. A blank or empty line gives an empty vector.
+KORVANE_HOST_API std::vector<std::string> getRunArguments(const std::string& commandLine);
+
+// The opposite: a command line that getRunArguments, and any Windows program, splits into the same vector. Arguments
+// are quoted only when they must be. Throws std::invalid_argument for a program name with a double quote.
+KORVANE_HOST_API std::string joinArguments(const std::vector<std::string>& arguments);
+
+} // namespace orb::process::detail

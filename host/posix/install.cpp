@@ -1,0 +1,25 @@
+#include "install_location.h"
+
+#include "host/text.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace foundation::core::path {
+
+const char16_t nativeSeparator = u'/';
+
+std::u16string libraryFolder()
+{
+    Dl_info info{};
+    if (dladdr(&nativeSeparator, &info) == 0 || info.dli_fname == nullptr) {
+        return {};
+    }
+    std::error_code error;
+    const std::filesystem::path library = std::filesystem::canonical(info.dli_fname, error);
+    return error ? std::u16string() : text::cvt_utf8_ustring(library.parent_path().string());
+}
+
+} // namespace foundation::core::path

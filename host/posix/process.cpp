@@ -1,0 +1,165 @@
+#include "host/process.h"
+
+#include "arguments.h"
+#include "child.h"
+#include "pipe.h"
+#include "run_session.h"
+#include "start.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <future>
+#include <optional>
+#include <system_error>
+#include <thread>
+
+#include <poll.h>
+#include <unistd.h>
+
+namespace orb::process::detail {
+
+namespace {
+
+// Our end of one of the program's streams, closed when the stream has ended.
+struct Source {
+    Stream stream;
+    Descriptor readEnd;
+};
+using Sources = std::array<Source, 2>;
+
+// Without a descriptor that tells of the exit, this often.
+constexpr std::chrono::milliseconds exitCheckInterval{20};
+
+// Reads once. There is something to read, or the end of the stream.
+void readOnce(Source& source, RunSession& session)
+{
+    const std::span<char> room = session.room(source.stream);
+    const ssize_t size = ::read(source.readEnd.get(), room.data(), room.size());
+    if (size > 0) {
+        session.received(source.stream, static_cast<std::size_t>(size));
+    } else if (size == 0) {
+        source.readEnd.close();
+    } else if (errno != EINTR) {
+        throw std::system_error(errno, std::system_category(), "cannot read what a program prints");
+    }
+}
+
+int pollTimeout(const RunSession& session, const Child& child)
+{
+    std::optional<std::chrono::milliseconds> patience = session.patience();
+    if (!session.hasExited() && child.exitDescriptor() < 0) {
+        patience = std::min(patience.value_or(exitCheckInterval), exitCheckInterval);
+    }
+    return patience ? static_cast<int>(patience->count()) : -1;
+}
+
+// Waits until something happens, and reads what there is.
+void waitAndRead(const Child& child, Sources& sources, RunSession& session)
+{
+    const int exitDescriptor = session.hasExited() ? -1 : child.exitDescriptor();
+    std::array<pollfd, 3> waits{
+        {{sources[0].readEnd.get(), POLLIN, 0}, {sources[1].readEnd.get(), POLLIN, 0}, {exitDescriptor, POLLIN, 0}}};
+    if (::poll(waits.data(), waits.size(), pollTimeout(session, child)) < 0) {
+        if (errno != EINTR) {
+            throw std::system_error(errno, std::system_category(), "cannot wait for a program");
+        }
+        return;
+    }
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        if (waits[i].revents != 0) {
+            readOnce(sources[i], session);
+        }
+    }
+    const bool mayHaveExited = exitDescriptor < 0 || waits[2].revents != 0;
+    if (!session.hasExited() && mayHaveExited && child.hasExited()) {
+        session.programExited();
+    }
+}
+
+// Reads both streams until the program has exited and they have ended. False when they were given up.
+bool readStreams(const Child& child, Sources& sources, RunSession& session)
+{
+    while (!session.hasExited() || sources[0].readEnd || sources[1].readEnd) {
+        waitAndRead(child, sources, session);
+        if (session.hasExited() && session.streamsOverdue()) {
+            return !sources[0].readEnd && !sources[1].readEnd;
+        }
+        if (!session.hasExited() && session.endWanted()) {
+            child.kill();
+        }
+    }
+    return true;
+}
+
+// In place of a process's id: no program was started.
+constexpr pid_t noProgram = 0;
+
+// Waits for the program's end, out of the way of the host's signals.
+void awaitEnd(std::future<pid_t> program)
+{
+    sigset_t all;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, nullptr);
+    const pid_t id = program.get();
+    int status = 0;
+    if (id != noProgram) {
+        waitForEnd(id, status);
+    }
+}
+
+// Somebody has to take note of the program's end. The thread that does so is there before the program is, so that
+// nothing can go wrong once the program runs.
+void startDetached(const std::vector<std::string>& arguments, const Environment& environment,
+                   const std::string& workingDir)
+{
+    std::promise<pid_t> program;
+    std::thread(awaitEnd, program.get_future()).detach();
+    try {
+        program.set_value(
+            startProgram({arguments, environment, workingDir, {nullDevice, nullDevice, nullDevice}, true}));
+    } catch (...) {
+        program.set_value(noProgram);
+        throw;
+    }
+}
+
+} // namespace
+
+RunResult run(const std::vector<std::string>& arguments, const Environment& environment, const std::string& workingDir,
+              bool detach, const RunOptions& options)
+{
+    checkArguments(arguments, environment, workingDir);
+    if (detach) {
+        startDetached(arguments, environment, workingDir);
+        return {};
+    }
+    Pipe output = makePipe();
+    Pipe error = makePipe();
+    Pipe input = options.inputHandler ? makePipe() : Pipe{};
+    RunSession session(options);
+    const std::array<int, 3> streams{input.readEnd.get(), output.writeEnd.get(), error.writeEnd.get()};
+    Child child(startProgram({arguments, environment, workingDir, streams}), arguments.front());
+    input.readEnd.close();
+    output.writeEnd.close();
+    error.writeEnd.close();
+    if (options.inputHandler) {
+        session.feed(makeInputSink(std::move(input.writeEnd)));
+    }
+    Sources sources{{{Stream::output, std::move(output.readEnd)}, {Stream::error, std::move(error.readEnd)}}};
+    const bool complete = readStreams(child, sources, session);
+    ExitReport report = child.reap();
+    report.streamsAbandoned = !complete;
+    return session.finish(report);
+}
+
+std::int32_t runAttached(const std::vector<std::string>& arguments, const Environment& environment,
+                         const std::string& workingDir)
+{
+    checkArguments(arguments, environment, workingDir);
+    const std::array<int, 3> streams{STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
+    Child child(startProgram({arguments, environment, workingDir, streams}), arguments.front());
+    return child.reap().status;
+}
+
+} // namespace orb::process::detail

@@ -1,0 +1,147 @@
+#include "host/process.h"
+
+#include "arguments.h"
+#include "child.h"
+#include "last_error.h"
+#include "pipe.h"
+#include "run_session.h"
+#include "start.h"
+
+#include <array>
+
+#include <windows.h>
+
+namespace orb::process::detail {
+
+namespace {
+
+// Our end of one of the program's streams.
+struct Source {
+    Stream stream;
+    PipeReader reader;
+};
+using Sources = std::array<Source, 2>;
+
+// Begins to read where nothing is being read.
+void beginReads(Sources& sources, RunSession& session)
+{
+    for (Source& source : sources) {
+        if (!source.reader.ended() && !source.reader.reading()) {
+            source.reader.begin(session.room(source.stream));
+        }
+    }
+}
+
+// Takes what has been read.
+void finishReads(Sources& sources, RunSession& session)
+{
+    for (Source& source : sources) {
+        if (source.reader.reading()) {
+            const std::optional<std::size_t> size = source.reader.finish();
+            if (size.value_or(0) > 0) {
+                session.received(source.stream, *size);
+            }
+        }
+    }
+}
+
+// Waits until a read is done, the program exits or a time limit passes.
+void wait(const Child& child, const Sources& sources, const RunSession& session)
+{
+    std::array<HANDLE, 3> waits{};
+    DWORD count = 0;
+    for (const Source& source : sources) {
+        if (source.reader.reading()) {
+            waits[count++] = source.reader.event();
+        }
+    }
+    if (!session.hasExited()) {
+        waits[count++] = child.process();
+    }
+    const std::optional<std::chrono::milliseconds> patience = session.patience();
+    const DWORD timeout = patience ? static_cast<DWORD>(patience->count()) : INFINITE;
+    if (count > 0 && WaitForMultipleObjects(count, waits.data(), FALSE, timeout) == WAIT_FAILED) {
+        throw lastError("cannot wait for a program");
+    }
+}
+
+bool haveEnded(const Sources& sources)
+{
+    return sources[0].reader.ended() && sources[1].reader.ended();
+}
+
+// Reads both streams until the program has exited and they have ended. False when they were given up.
+bool readStreams(const Child& child, Sources& sources, RunSession& session)
+{
+    while (!session.hasExited() || !haveEnded(sources)) {
+        beginReads(sources, session);
+        wait(child, sources, session);
+        finishReads(sources, session);
+        if (!session.hasExited() && child.hasExited()) {
+            session.programExited();
+        }
+        if (session.hasExited() && session.streamsOverdue()) {
+            return haveEnded(sources);
+        }
+        if (!session.hasExited() && session.endWanted()) {
+            child.kill();
+        }
+    }
+    return true;
+}
+
+// A copy of one of this process's own streams; the null device where it has none.
+Handle ownStream(DWORD stream)
+{
+    const HANDLE own = GetStdHandle(stream);
+    HANDLE copy = nullptr;
+    if (own != nullptr && own != INVALID_HANDLE_VALUE &&
+        DuplicateHandle(GetCurrentProcess(), own, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS) !=
+            FALSE) {
+        return Handle(copy);
+    }
+    return openNullDevice();
+}
+
+} // namespace
+
+RunResult run(const std::vector<std::string>& arguments, const Environment& environment, const std::string& workingDir,
+              bool detach, const RunOptions& options)
+{
+    checkArguments(arguments, environment, workingDir);
+    if (detach) {
+        startProgram({arguments, environment, workingDir, {openNullDevice(), openNullDevice(), openNullDevice()}});
+        return {};
+    }
+    Pipe output = makePipe(Direction::fromProgram);
+    Pipe error = makePipe(Direction::fromProgram);
+    Pipe input = options.inputHandler ? makePipe(Direction::toProgram) : Pipe{{}, openNullDevice()};
+    RunSession session(options);
+    Sources sources{
+        {{Stream::output, PipeReader(std::move(output.ours))}, {Stream::error, PipeReader(std::move(error.ours))}}};
+    Child child(startProgram({arguments,
+                              environment,
+                              workingDir,
+                              {std::move(input.programs), std::move(output.programs), std::move(error.programs)}}));
+    if (options.inputHandler) {
+        session.feed(makeInputSink(std::move(input.ours)));
+    }
+    const bool complete = readStreams(child, sources, session);
+    ExitReport report = child.wait();
+    report.streamsAbandoned = !complete;
+    return session.finish(report);
+}
+
+std::int32_t runAttached(const std::vector<std::string>& arguments, const Environment& environment,
+                         const std::string& workingDir)
+{
+    checkArguments(arguments, environment, workingDir);
+    Child child(startProgram({arguments,
+                              environment,
+                              workingDir,
+                              {ownStream(STD_INPUT_HANDLE), ownStream(STD_OUTPUT_HANDLE), ownStream(STD_ERROR_HANDLE)},
+                              true}));
+    return child.wait().status;
+}
+
+} // namespace orb::process::detail

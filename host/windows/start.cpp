@@ -1,0 +1,126 @@
+#include "start.h"
+
+#include "arguments.h"
+#include "last_error.h"
+#include "program_search.h"
+#include "variables.h"
+#include "wide_text.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <mutex>
+#include <system_error>
+
+#include <windows.h>
+
+namespace orb::process::detail {
+
+namespace {
+
+// The handles that a program may inherit: these and no others.
+class InheritedHandles {
+public:
+    explicit InheritedHandles(const std::array<Handle, 3>& streams)
+    {
+        // The system refuses a list that names one twice.
+        for (const Handle& stream : streams) {
+            if (std::find(handles_.begin(), handles_.end(), stream.get()) == handles_.end()) {
+                handles_.push_back(stream.get());
+            }
+        }
+        SIZE_T size = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        memory_.resize(size);
+        if (InitializeProcThreadAttributeList(list(), 1, 0, &size) == FALSE) {
+            throw lastError("cannot prepare the start of a program");
+        }
+        if (UpdateProcThreadAttribute(list(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
+                                      handles_.size() * sizeof(HANDLE), nullptr, nullptr) == FALSE) {
+            const std::system_error failure = lastError("cannot prepare the start of a program");
+            DeleteProcThreadAttributeList(list());
+            throw failure;
+        }
+    }
+    ~InheritedHandles() { DeleteProcThreadAttributeList(list()); }
+    InheritedHandles(const InheritedHandles&) = delete;
+    InheritedHandles& operator=(const InheritedHandles&) = delete;
+
+    LPPROC_THREAD_ATTRIBUTE_LIST list() noexcept
+    {
+        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
+    }
+
+    void makeInheritable() const
+    {
+        for (const HANDLE handle : handles_) {
+            if (SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT) == FALSE) {
+                throw lastError("cannot pass a stream to a program");
+            }
+        }
+    }
+
+private:
+    std::vector<HANDLE> handles_;
+    std::vector<std::byte> memory_;
+};
+
+std::wstring commandLine(const std::vector<std::string>& arguments, const std::string& failure)
+{
+    std::wstring line = wide(joinArguments(arguments));
+    // The system counts the closing zero too.
+    constexpr std::size_t longestLine = 32767;
+    if (line.size() + 1 > longestLine) {
+        throw std::system_error(ERROR_FILENAME_EXCED_RANGE, std::system_category(),
+                                failure + ": its command line is " + std::to_string(line.size()) +
+                                    " characters long, and the system takes " + std::to_string(longestLine - 1));
+    }
+    return line;
+}
+
+DWORD creationFlags(bool callersConsole)
+{
+    return CREATE_UNICODE_ENVIRONMENT | EXTENDED_STARTUPINFO_PRESENT | (callersConsole ? 0U : CREATE_NO_WINDOW);
+}
+
+} // namespace
+
+Handle startProgram(StartRequest request)
+{
+    const std::string failure = startFailure(request.arguments.front(), request.workingDir);
+    std::wstring line = commandLine(request.arguments, failure);
+    const Variables variables = variablesWith(request.environment);
+    std::wstring block = environmentBlock(variables);
+    const std::wstring program = findProgram(request.arguments.front(), variables);
+    // A path such as "a.bat\\b\\.." shows only now what it names.
+    refuseBatchFile(narrow(program));
+    const std::wstring folder = request.workingDir.empty() ? std::wstring() : fullPath(wide(request.workingDir));
+
+    InheritedHandles inherited(request.streams);
+    STARTUPINFOEXW startup{};
+    startup.StartupInfo.cb = sizeof startup;
+    startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+    startup.StartupInfo.hStdInput = request.streams[0].get();
+    startup.StartupInfo.hStdOutput = request.streams[1].get();
+    startup.StartupInfo.hStdError = request.streams[2].get();
+    startup.lpAttributeList = inherited.list();
+    PROCESS_INFORMATION process{};
+
+    // Our own programs inherit what their lists name. Another part of the host may start one without a list, and it
+    // would inherit all that is inheritable at that moment; therefore that is never more than one program's streams.
+    static std::mutex oneAtATime;
+    const std::lock_guard lock(oneAtATime);
+    inherited.makeInheritable();
+    const BOOL started =
+        CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, creationFlags(request.callersConsole),
+                       block.data(), folder.empty() ? nullptr : folder.c_str(), &startup.StartupInfo, &process);
+    if (started == FALSE) {
+        throw lastError(failure.c_str());
+    }
+    const Handle thread(process.hThread);
+    for (Handle& stream : request.streams) {
+        stream.close();
+    }
+    return Handle(process.hProcess);
+}
+
+} // namespace orb::process::detail

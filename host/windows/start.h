@@ -1,0 +1,26 @@
+// Starting a program.
+#pragma once
+
+#include "handle.h"
+#include "host/process.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace orb::process::detail {
+
+struct StartRequest {
+    const std::vector<std::string>& arguments;
+    const Environment& environment;
+    const std::string& workingDir;
+    // What becomes the program's standard input, output and error, closed here as soon as the program has them.
+    std::array<Handle, 3> streams;
+    // Without one a program that writes to a console gets none that could be seen.
+    bool callersConsole = false;
+};
+
+// Gives the process. Throws std::system_error, and std::invalid_argument for text that is not UTF-8.
+Handle startProgram(StartRequest request);
+
+} // namespace orb::process::detail

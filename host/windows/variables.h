@@ -1,0 +1,27 @@
+// Environment variables as a program receives them.
+#pragma once
+
+#include "host/process.h"
+
+#include <map>
+#include <string>
+
+namespace orb::process::detail {
+
+// The system's own order of names: by the values of their upper-case letters, whatever the language.
+struct BeforeWithoutCase {
+    bool operator()(const std::wstring& left, const std::wstring& right) const noexcept;
+};
+
+// Each name once, in the order that the system wants.
+using Variables = std::map<std::wstring, std::wstring, BeforeWithoutCase>;
+
+// This process's variables, including the hidden ones that hold each drive's current folder, with those of
+// `environment` in their place or added. SystemRoot is always there, since programs cannot load the system's own
+// libraries without it. Throws std::invalid_argument for text that is not UTF-8.
+Variables variablesWith(const Environment& environment);
+
+// The form that the system takes.
+std::wstring environmentBlock(const Variables& variables);
+
+} // namespace orb::process::detail

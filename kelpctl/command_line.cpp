@@ -1,0 +1,252 @@
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <string_view>
+
+namespace kelpctl {
+namespace {
+
+constexpr char endOfOptions[] = "--";
+
+struct CommandText {
+    const char* name;
+    const char* summary;
+    const char* example;
+};
+
+constexpr std::array<CommandText, 10> commandTexts = {{
+    {"setup", "Create the environment, as the host's interpreter does", "kelpctl setup kelp_hub_distro.tar.gz"},
+    {"teardown", "Remove the environment, as the host's interpreter does", "kelpctl teardown"},
+    {"check", "Print 0 when WSL can be used, -3 when it cannot", "kelpctl check"},
+    {"provision", "Create a distribution or an image from an archive",
+     "kelpctl --docker provision --archive rootfs.tar --name my_hub --root-fs"},
+    {"remove", "Remove a distribution or an image", "kelpctl remove my_hub"},
+    {"start", "Start the container", "kelpctl --docker start --container kelp_hub --image my_hub"},
+    {"stop", "Stop and remove the container", "kelpctl --docker stop --container kelp_hub"},
+    {"exec", "Run the program behind \"--\" inside the environment; the exit status is the program's",
+     "kelpctl exec -e LEVEL=3 -- ls -l /opt"},
+    {"prefix", "Print the start of a command line that runs inside the environment", "kelpctl prefix --vector"},
+    {"env", "Print the arguments behind \"--\" and the variables, prepared for the environment",
+     "kelpctl --docker env -e LEVEL=3 -- docker exec kelp_hub"},
+}};
+
+std::string programHelp()
+{
+    std::string text = "Examples:\n";
+    for (const CommandText& command : commandTexts) {
+        text += std::string("  ") + command.example + "\n";
+    }
+    text += "\nExit status: 0 done, 1 failed, 2 wrong usage; for \"exec\" the program's own.";
+    return text;
+}
+
+// What the parser fills, before it becomes a request.
+struct Raw {
+    Request request;
+    bool wsl = false;
+    bool docker = false;
+    bool version = false;
+    std::string log;
+    std::vector<std::string> variables;
+};
+
+std::string checkLanguage(const std::string& code)
+{
+    const bool letters = !code.empty() && std::all_of(code.begin(), code.end(),
+                                                      [](char c) { return (c >= 'a' && c <= 'z') || c == '-'; });
+    return letters ? "" : "must be a lower-case ISO 639 code such as \"de\"";
+}
+
+void addGlobalFlags(CLI::App& app, Raw& raw)
+{
+    app.add_option("--root", raw.request.root, "Installation root of the host product")->type_name("DIR");
+    app.add_option("--release", raw.request.release, "Release of the host product")->type_name("TEXT");
+    CLI::Option* wsl = app.add_flag("--wsl", raw.wsl, "Use WSL, whatever USE_WSL says");
+    app.add_flag("--docker", raw.docker, "Use Docker, whatever USE_WSL says")->excludes(wsl);
+    CLI::Option* log = app.add_option("--log", raw.log, "Write log records to standard error")
+                           ->type_name("error|detail")
+                           ->check(CLI::IsMember({"error", "detail"}).description(""));
+    app.add_option("--log-file", raw.request.logFile, "Append the log records to a file instead")
+        ->type_name("FILE")
+        ->needs(log);
+    app.add_flag("--json", raw.request.json, "Print one JSON object on standard output");
+    app.add_option("--language", raw.request.language, "Language of the messages")
+        ->type_name("CODE")
+        ->check(CLI::Validator(checkLanguage, ""));
+    app.add_flag("--version", raw.version, "Print the version");
+}
+
+CLI::App& addCommand(CLI::App& app, const CommandText& text)
+{
+    CLI::App* command = app.add_subcommand(text.name, text.summary);
+    command->group("Commands");
+    command->footer(std::string("Example: ") + text.example +
+                    "\n\nThe flags of \"kelpctl --help\" may follow as well.");
+    return *command;
+}
+
+void addContainer(CLI::App& command, Raw& raw)
+{
+    command.add_option("--container", raw.request.container, "Container, \"kelp_hub\" when not given")
+        ->type_name("NAME");
+}
+
+void addVariables(CLI::App& command, Raw& raw)
+{
+    command.add_option("-e", raw.variables, "Variable for the program, may be repeated")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+}
+
+void addFlags(CLI::App& command, Raw& raw)
+{
+    const std::string name = command.get_name();
+    if (name == "setup") {
+        command.add_option("archive", raw.request.archive, "Archive, the installed one when not given");
+    } else if (name == "provision") {
+        command.add_option("--archive", raw.request.archive, "Archive, the installed one when not given")
+            ->type_name("FILE");
+        command.add_option("--name", raw.request.name, "Distribution or image, the release's when not given")
+            ->type_name("NAME");
+        command.add_flag("--root-fs", raw.request.rootFs, "Docker: the archive is a root file system");
+    } else if (name == "remove") {
+        command.add_option("name", raw.request.name, "Distribution or image, the release's when not given");
+    } else if (name == "start") {
+        addContainer(command, raw);
+        command.add_option("--image", raw.request.image, "Image, the release's when not given")->type_name("NAME");
+    } else if (name == "stop") {
+        addContainer(command, raw);
+    } else if (name == "exec") {
+        addContainer(command, raw);
+        addVariables(command, raw);
+    } else if (name == "prefix") {
+        addContainer(command, raw);
+        command.add_flag("--vector", raw.request.vector, "One argument a line instead of one command line");
+    } else if (name == "env") {
+        addVariables(command, raw);
+    }
+}
+
+// The parser takes "--name=" for a flag whose value is still to come.
+std::vector<std::string> withEmptyValuesApart(const std::vector<std::string>& arguments)
+{
+    std::vector<std::string> result;
+    bool optionsEnded = false;
+    for (const std::string& argument : arguments) {
+        optionsEnded = optionsEnded || argument == endOfOptions;
+        if (!optionsEnded && argument.size() > 3 && argument.starts_with("--") && argument.ends_with('=')) {
+            result.push_back(argument.substr(0, argument.size() - 1));
+            result.emplace_back();
+        } else {
+            result.push_back(argument);
+        }
+    }
+    return result;
+}
+
+void addVariable(Request& request, const std::string& text)
+{
+    const std::size_t equals = text.find('=');
+    if (equals == 0 || equals == std::string::npos || text.front() == '/') {
+        // A name of nothing but a flag ("/p") is none. The text stays out of the message: it may be a secret.
+        throw UsageError(request.command, "-e takes NAME=VALUE");
+    }
+    request.environment.insert_or_assign(text.substr(0, equals), text.substr(equals + 1));
+}
+
+Request finished(Raw&& raw, std::string command)
+{
+    Request request = std::move(raw.request);
+    request.command = std::move(command);
+    if (raw.wsl) {
+        request.backend = Backend::wsl;
+    } else if (raw.docker) {
+        request.backend = Backend::docker;
+    }
+    if (!raw.log.empty()) {
+        request.log = raw.log == "detail" ? LogLevel::detail : LogLevel::error;
+    }
+    for (const std::string& variable : raw.variables) {
+        addVariable(request, variable);
+    }
+    return request;
+}
+
+std::string parsedCommand(const CLI::App& app)
+{
+    const std::vector<CLI::App*> commands = app.get_subcommands();
+    return commands.empty() ? std::string() : commands.front()->get_name();
+}
+
+Request parseWith(const std::vector<std::string>& arguments)
+{
+    Raw raw;
+    CLI::App app("Sets up, runs and removes the Linux environment of the hub.", "kelpctl");
+    // A path that begins with "/" is no flag, on no system.
+    app.allow_windows_style_options(false);
+    app.require_subcommand(0, 1);
+    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    app.fallthrough();
+    app.footer(programHelp());
+    addGlobalFlags(app, raw);
+    for (const CommandText& text : commandTexts) {
+        addFlags(addCommand(app, text), raw);
+    }
+    try {
+        std::vector<std::string> reversed = withEmptyValuesApart(arguments);
+        std::reverse(reversed.begin(), reversed.end());
+        app.parse(std::move(reversed));
+    } catch (const CLI::CallForHelp&) {
+        raw.request.helpText = app.help();
+        return finished(std::move(raw), "help");
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(parsedCommand(app), error.what());
+    }
+    if (raw.version) {
+        return finished(std::move(raw), "version");
+    }
+    if (app.get_subcommands().empty()) {
+        throw UsageError({}, "A command is required");
+    }
+    return finished(std::move(raw), parsedCommand(app));
+}
+
+bool takesProgram(const std::string& command)
+{
+    return command == "exec" || command == "env";
+}
+
+void requireProgram(const Request& request)
+{
+    if (request.command == "exec" && (request.program.empty() || request.program.front().empty())) {
+        throw UsageError(request.command, "exec takes \"--\" and a program behind it");
+    }
+}
+
+} // namespace
+
+Request parseCommandLine(const std::vector<std::string>& arguments)
+{
+    const auto mark = std::find(arguments.begin(), arguments.end(), endOfOptions);
+    // What stands behind the mark is kept away from the parser, which would give some texts a meaning.
+    Request request = parseWith({arguments.begin(), mark});
+    if (mark != arguments.end() && takesProgram(request.command)) {
+        request.program.assign(std::next(mark), arguments.end());
+    } else if (mark != arguments.end()) {
+        request = parseWith(arguments);
+    }
+    requireProgram(request);
+    return request;
+}
+
+bool asksForJson(const std::vector<std::string>& arguments)
+{
+    const auto mark = std::find(arguments.begin(), arguments.end(), endOfOptions);
+    return std::find(arguments.begin(), mark, "--json") != mark;
+}
+
+} // namespace kelpctl

@@ -1,0 +1,34 @@
+// The command line: its commands, flags and help.
+#pragma once
+
+#include "request.h"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace kelpctl {
+
+// A command line that means nothing. what() says why.
+class UsageError : public std::runtime_error {
+public:
+    UsageError(std::string command, const std::string& reason)
+        : std::runtime_error(reason), command_(std::move(command))
+    {
+    }
+
+    // The command that was recognised, empty when none was.
+    const std::string& command() const noexcept { return command_; }
+
+private:
+    std::string command_;
+};
+
+// Reads the arguments behind the program's name. Throws UsageError.
+Request parseCommandLine(const std::vector<std::string>& arguments);
+
+// Whether "--json" stands among the arguments, in front of "--": errors must be reported the right way also
+// when the command line cannot be read.
+bool asksForJson(const std::vector<std::string>& arguments);
+
+} // namespace kelpctl

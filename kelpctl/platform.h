@@ -1,0 +1,48 @@
+// What kelpctl needs of the operating system itself. Chosen by CMake from windows/ and posix/.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelpctl {
+
+// The arguments behind the program's name, UTF-8. On Windows they are taken from the process's own command line, since
+// those of main() have lost every character outside the code page; text that is not well-formed there throws
+// std::system_error.
+std::vector<std::string> programArguments(int argc, const char* const argv[]);
+
+// A variable of this process's environment, UTF-8; nothing when it is not set.
+std::optional<std::string> environmentVariable(const std::string& name);
+
+// Sets a variable so that std::getenv() in any library of this process sees it. ASCII only; `value` is not empty.
+// Not to be called while other threads run.
+void setEnvironmentVariable(const std::string& name, const std::string& value);
+
+enum class StandardStream { input, output, error };
+
+// Whether the stream is a terminal.
+bool isTerminal(StandardStream stream);
+
+// The exit status by which wsl.exe tells that it failed itself.
+std::int32_t wslFailureStatus();
+
+// Whether a program inside the distribution can have had that very status.
+bool wslFailureIsAmbiguous();
+
+// Standard output and error carry the bytes written, and a console shows them as UTF-8, while this lives.
+class StandardStreams {
+public:
+    StandardStreams();
+    ~StandardStreams();
+
+    StandardStreams(const StandardStreams&) = delete;
+    StandardStreams& operator=(const StandardStreams&) = delete;
+
+private:
+    // The console's code page to go back to; 0 when it was not changed.
+    unsigned int codePage_ = 0;
+};
+
+} // namespace kelpctl

@@ -1,0 +1,56 @@
+#include "platform.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+#include <unistd.h>
+
+namespace kelpctl {
+
+std::vector<std::string> programArguments(int argc, const char* const argv[])
+{
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>{};
+}
+
+std::optional<std::string> environmentVariable(const std::string& name)
+{
+    const char* value = std::getenv(name.c_str());
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+void setEnvironmentVariable(const std::string& name, const std::string& value)
+{
+    if (setenv(name.c_str(), value.c_str(), 1) != 0) {
+        throw std::system_error(errno, std::generic_category(), "cannot set " + name);
+    }
+}
+
+bool isTerminal(StandardStream stream)
+{
+    switch (stream) {
+    case StandardStream::input:
+        return isatty(STDIN_FILENO) == 1;
+    case StandardStream::output:
+        return isatty(STDOUT_FILENO) == 1;
+    case StandardStream::error:
+        break;
+    }
+    return isatty(STDERR_FILENO) == 1;
+}
+
+// Exit statuses have eight bits here: -1 and 255 are one.
+std::int32_t wslFailureStatus()
+{
+    return 255;
+}
+
+bool wslFailureIsAmbiguous()
+{
+    return true;
+}
+
+StandardStreams::StandardStreams() = default;
+StandardStreams::~StandardStreams() = default;
+
+} // namespace kelpctl

@@ -1,0 +1,43 @@
+// What the user asked for: the command line as a value.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelpctl {
+
+enum class Backend { wsl, docker };
+enum class LogLevel { none, error, detail };
+
+struct Request {
+    // The name of the command; "help" and "version" stand for the two flags.
+    std::string command;
+
+    // Global flags.
+    std::optional<std::string> root;
+    std::optional<std::string> release;
+    std::optional<std::string> language;
+    std::optional<std::string> logFile;
+    std::optional<Backend> backend;
+    LogLevel log = LogLevel::none;
+    bool json = false;
+
+    // Of the commands that take them. Empty names mean the library's defaults.
+    std::string archive;
+    std::string name;
+    std::string container;
+    std::string image;
+    bool rootFs = false;
+    bool vector = false;
+    std::map<std::string, std::string> environment;
+
+    // What stood behind "--", byte for byte.
+    std::vector<std::string> program;
+
+    // The text to show for "help".
+    std::string helpText;
+};
+
+} // namespace kelpctl

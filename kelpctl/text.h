@@ -1,0 +1,20 @@
+// Text for people and logs.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelpctl {
+
+// Control characters written out: \n, \r, \t, any other as \xNN. The result stays on one line, and a terminal obeys
+// nothing in it.
+std::string escaped(std::string_view text);
+
+// The lines of a text, each escaped, without blank lines at the end.
+std::vector<std::string> displayLines(std::string_view text);
+
+// `text` with each occurrence of each secret replaced by "***". Empty secrets are ignored.
+std::string redacted(std::string_view text, const std::vector<std::string>& secrets);
+
+} // namespace kelpctl

@@ -1,0 +1,163 @@
+// libzqorb_lvm: a Linux environment for the host's companion service, the hub.
+//
+// The environment is a WSL distribution or a Docker image with a long-lived container. Which of the two is decided
+// by the environment variable USE_WSL, read by each function below that depends on it: unset or exactly "1" is
+// WSL, anything else is Docker. Once the variable has been found set, its first value stays in force for the process.
+//
+// Text            All narrow strings are UTF-8. Paths are in the system's native form.
+// Threads         Every function may be called from any thread; each runs its child processes on the caller's thread
+// and
+//                 returns when they have ended. There is no lock: two threads that provision at the same time may both
+//                 try, and the one that the backend refuses gets the backend's error.
+// Default names   The distribution and the image are "kelp_hub_" followed by the host's release ("kelp_hub" when the
+//                 host reports none), the container is "kelp_hub".
+// Cached          For the life of the process: the path of wsl.exe, the release text, the archive directory, and
+//                 USE_WSL once it is set. Nothing else; distributions, images and docker.exe are asked for every time.
+// Read            USE_WSL; USE_DOCKER_REPOSITORY ("1": pull the image from the registry before the archive is used);
+//                 AUX_DOCKER_ARGS (further arguments of "docker run", split at white space, no quoting);
+//                 KELP_ADDITIONAL_LOGGING ("1": log the arguments and the result of each distribution listing).
+// Logged          On the channels "orb:lvm:common", "orb:lvm:wsl" and "orb:lvm:docker", at the levels 8 (detail) and
+//                 512 (error).
+// Errors          Besides those named at each function: std::system_error when a program cannot be started, and
+//                 std::filesystem::filesystem_error when a file cannot be looked at. The five errors of the catalogue
+//                 are foundation::core::except::Exception<TAG, std::exception, void> with a TAG of
+//                 orb::container_support; catch foundation::core::except::IMsgIDException for all of them.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#if defined(ZQORB_LVM_STATIC)
+#define ZQORB_LVM_API
+#elif defined(_WIN32)
+#if defined(ZQORB_LVM_BUILD)
+#define ZQORB_LVM_API __declspec(dllexport)
+#else
+#define ZQORB_LVM_API __declspec(dllimport)
+#endif
+#else
+#define ZQORB_LVM_API __attribute__((visibility("default")))
+#endif
+
+#if defined(_WIN32)
+#define ZQORB_LVM_TAG
+#else
+#define ZQORB_LVM_TAG __attribute__((visibility("default")))
+#endif
+
+class hxArray;
+
+// The errors of the message catalogue "orb:container_support", one tag type each, with their arguments in order.
+namespace orb::container_support {
+
+inline constexpr char catalogue[] = "orb:container_support";
+
+// The Docker client was not found. No arguments.
+struct ZQORB_LVM_TAG DOCKER_NOT_AVAILABLE {
+    static constexpr char identifier[] = "DOCKER_NOT_AVAILABLE";
+};
+// The image is not listed after it was pulled, loaded or imported. 1: the image name.
+struct ZQORB_LVM_TAG IMAGE_NOT_EXIST {
+    static constexpr char identifier[] = "IMAGE_NOT_EXIST";
+};
+// Docker could not load or import the archive. 1: the archive; 2: the image name; 3: what the client printed on
+// standard error.
+struct ZQORB_LVM_TAG TAR_FILE_LOAD_ERROR {
+    static constexpr char identifier[] = "TAR_FILE_LOAD_ERROR";
+};
+// The archive does not exist. 1: the archive.
+struct ZQORB_LVM_TAG TAR_FILE_NOT_AVAILABLE {
+    static constexpr char identifier[] = "TAR_FILE_NOT_AVAILABLE";
+};
+// WSL could not import the archive. 1: the archive; 2: "cout = ", a line end, what wsl.exe printed on standard output,
+// a line end, "cerr = ", a line end, its standard error and a line end, as captured.
+struct ZQORB_LVM_TAG WSL_CANNOT_IMPORT_TAR_FILE {
+    static constexpr char identifier[] = "WSL_CANNOT_IMPORT_TAR_FILE";
+};
+
+} // namespace orb::container_support
+
+namespace orb::lvm {
+
+// Makes the environment exist: does nothing when the distribution or image is there, otherwise creates it from an
+// archive. Under WSL a distribution that is there but stopped, while the host has no address on the WSL network, is
+// started, and its address waited for, at most 0.3 s.
+//
+// tarPath            The archive file. Empty: "kelp_hub_distro.tar.gz" (WSL) or "kelp_hub_docker.tar.gz" (Docker), or
+//                    the same name without ".gz", in getContainerTarsDirectory().
+// imageName          The distribution or image. Empty: the default name. For Docker it is the repository's last
+//                    component, without registry, path or tag.
+// useRootFsArchive   Docker only. True: the archive is a root file system for "docker import" (default
+//                    "kelp_hub_distro.tar.gz", else "kelp_hub_docker.tar"); name the image then, an empty
+//                    imageName is passed to "docker import" as it is. False: a saved image for "docker load".
+//
+// Throws WSL_CANNOT_IMPORT_TAR_FILE; DOCKER_NOT_AVAILABLE, TAR_FILE_NOT_AVAILABLE, TAR_FILE_LOAD_ERROR,
+// IMAGE_NOT_EXIST. A failed import leaves its empty folder in the temporary directory. When the registry pull is
+// enabled and fails, one line beginning "ERROR in pullImageFromRegistry: " goes to standard output and the archive is
+// used.
+ZQORB_LVM_API void importFromTarIfNecessary(const std::string& tarPath, const std::string& imageName,
+                                            bool useRootFsArchive);
+
+// Removes the distribution with its files, or the image. Empty name: the default. Failure is only logged, at the error
+// level on "orb:lvm:common".
+ZQORB_LVM_API void clearDistroImage(const std::string& imageName);
+
+// Starts the container `containerName` (empty: "kelp_hub") of the image `imageName` (empty: the default), detached, on
+// the host's network, with the arguments of AUX_DOCKER_ARGS. True when the client reports success; a container that
+// runs already makes it false. Under WSL there is nothing to start: true.
+ZQORB_LVM_API bool startContainerIfNecessary(const std::string& containerName, const std::string& imageName);
+
+// Stops and removes the container (empty: "kelp_hub"). True when the client reports success. Under WSL: true.
+ZQORB_LVM_API bool stopContainerIfNecessary(const std::string& containerName);
+
+// The start of a command line that runs a program inside the environment; the program and its arguments are appended.
+// The path is quoted when it holds a blank. The WSL form ends in " --exec " with a blank, the Docker form in the
+// container name without one. `containerName` is ignored under WSL; empty: "kelp_hub".
+ZQORB_LVM_API std::string getContainerCommandPrefix(const std::string& containerName);
+
+// The same as an argument vector, unquoted: the program and its arguments are appended as elements.
+ZQORB_LVM_API std::vector<std::string> getContainerArgumentsPrefix(const std::string& containerName);
+
+// The path of wsl.exe, or of docker.exe. Empty when there is no Docker client.
+ZQORB_LVM_API std::string getContainerExecutablePath();
+
+// Prepares a command that runs inside the environment so that it sees the variables of `env`. The hub runtime's library
+// path is put at the end of LD_LIBRARY_PATH in `env` first, in both backends.
+//
+// WSL: `args` is left alone, and `env` gains a WSLENV entry that names its variables (a WSLENV entry of the caller
+// stays as it is); start wsl.exe with `env` added to its environment. A key may carry a WSLENV flag ("NAME/p"). Docker:
+// for each variable "-e" and "NAME=VALUE" are put in front of the last element of `args`, so pass the vector of
+// getContainerArgumentsPrefix() before the program is appended. A flag is dropped from the name; empty `args` stay
+// empty.
+ZQORB_LVM_API void applySharedEnvironment(std::vector<std::string>& args, std::map<std::string, std::string>& env);
+
+// `name`, "_" and the host's release; `name` alone when the host reports none.
+ZQORB_LVM_API std::string addKVRelease(const std::string& name);
+
+// The folder of the archives: "toolbox/shared/kavori/kelp/tar_files" under the host's installation root, in native form
+// without a separator at the end. The same object at each call, valid until the process exits.
+ZQORB_LVM_API const std::u16string& getContainerTarsDirectory();
+
+} // namespace orb::lvm
+
+extern "C" {
+
+// The gateways that the host's interpreter calls. Each takes the number of outputs, the output slots, the number of
+// inputs and the inputs.
+
+// Provisions: importFromTarIfNecessary(inputs[0], "", false). A first input that is missing or no character array
+// means the default archive; further inputs are ignored. Writes no output. Throws what importFromTarIfNecessary throws.
+ZQORB_LVM_API void kelp_container_setup(int outputCount, hxArray* outputs[], int inputCount, hxArray* inputs[]);
+
+// Removes: clearDistroImage(""). Inputs and outputs are ignored.
+ZQORB_LVM_API void kelp_container_teardown(int outputCount, hxArray* outputs[], int inputCount, hxArray* inputs[]);
+
+// Tests WSL, whichever backend is selected: stores a double scalar in outputs[0], 0 when distributions can be listed,
+// -3 when not. There must be room for outputs[0] even when outputCount is 0; the array is the caller's to destroy.
+ZQORB_LVM_API void kelp_container_wsl_check(int outputCount, hxArray* outputs[], int inputCount, hxArray* inputs[]);
+
+// The library's version, four numbers separated by dots, and the day it was built ("Nov 21 2026").
+extern ZQORB_LVM_API const char* const libzqorb_lvm_version;
+extern ZQORB_LVM_API const char* const libzqorb_lvm_build_date;
+}

@@ -1,0 +1,147 @@
+// The exported operations that serve both backends. Each asks useWsl() at each call.
+#include "orb/lvm.h"
+
+#include "docker.h"
+#include "frame.h"
+#include "runner.h"
+#include "wsl.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace orb::lvm {
+
+using namespace detail;
+
+namespace {
+
+constexpr char libraryPathVariable[] = "LD_LIBRARY_PATH";
+constexpr char runtimeLibraryPath[] = "/opt/vrun/korvane/bin/plat64:/opt/vrun/korvane/sys/os/plat64";
+
+std::string quotedIfBlank(const std::string& path)
+{
+    return path.find(' ') == std::string::npos ? path : '"' + path + '"';
+}
+
+std::string containerOrHub(const std::string& containerName)
+{
+    return containerName.empty() ? hubName : containerName;
+}
+
+// The caller's directories stay in front.
+void addRuntimeLibraryPath(std::map<std::string, std::string>& env)
+{
+    const auto [entry, inserted] = env.try_emplace(libraryPathVariable, runtimeLibraryPath);
+    if (!inserted) {
+        entry->second += ':';
+        entry->second += runtimeLibraryPath;
+    }
+}
+
+// A key may end in "/" and one flag letter, the form that WSLENV gives a meaning to.
+std::string withoutFlag(const std::string& key)
+{
+    const bool flagged = key.size() > 2 && key[key.size() - 2] == '/';
+    return flagged ? key.substr(0, key.size() - 2) : key;
+}
+
+void addEnvironmentOptions(std::vector<std::string>& args, const std::map<std::string, std::string>& env)
+{
+    if (args.empty()) {
+        return;
+    }
+    std::vector<std::string> options;
+    options.reserve(2 * env.size());
+    for (const auto& [key, value] : env) {
+        options.emplace_back("-e");
+        options.push_back(withoutFlag(key) + "=" + value);
+    }
+    args.insert(std::prev(args.end()), std::make_move_iterator(options.begin()),
+                std::make_move_iterator(options.end()));
+}
+
+void addWslEnvironment(std::map<std::string, std::string>& env)
+{
+    std::string names;
+    for (const auto& [key, value] : env) {
+        if (!names.empty()) {
+            names += ':';
+        }
+        names += key;
+    }
+    // A list that the caller made wins.
+    env.try_emplace("WSLENV", names);
+}
+
+} // namespace
+
+void importFromTarIfNecessary(const std::string& tarPath, const std::string& imageName, bool useRootFsArchive)
+{
+    if (useWsl()) {
+        log(wslLogger(), Level::Detail, "importFromTarIfNecessary: WSL");
+        wslImportFromTarIfNecessary(tarPath, imageName);
+    } else {
+        dockerImportFromTarIfNecessary(tarPath, imageName, useRootFsArchive);
+    }
+}
+
+void clearDistroImage(const std::string& imageName)
+{
+    log(commonLogger(), Level::Detail, "clearDistroImage: COMMON");
+    const std::string name = imageName.empty() ? addKVRelease(hubName) : imageName;
+    log(commonLogger(), Level::Detail, "clearDistroImage: imageName = ", name);
+    const std::string commandPath = getContainerExecutablePath();
+    log(commonLogger(), Level::Detail, "clearDistroImage: commandPath = ", commandPath);
+    const RunResult result = useWsl() ? runCommand({commandPath, "--unregister", name})
+                                      : runCommand({commandPath, "image", "rm", "--force", name});
+    log(commonLogger(), Level::Detail, "clearDistroImage: status = ", result.status);
+    if (result.status != 0) {
+        log(commonLogger(), Level::Error,
+            "clearDistroImage: distro's clear unsuccessful cout = ", result.standardOutput);
+        log(commonLogger(), Level::Error,
+            "clearDistroImage: distro's clear unsuccessful cerr = ", result.standardError);
+    }
+}
+
+bool startContainerIfNecessary(const std::string& containerName, const std::string& imageName)
+{
+    return useWsl() || runHubContainer(imageName, containerName);
+}
+
+bool stopContainerIfNecessary(const std::string& containerName)
+{
+    return useWsl() || removeHubContainer(containerName);
+}
+
+std::string getContainerCommandPrefix(const std::string& containerName)
+{
+    if (useWsl()) {
+        return quotedIfBlank(getExecutablePath()) + " -d " + addKVRelease(hubName) + " --exec ";
+    }
+    return quotedIfBlank(getDockerExecutablePath()) + " exec " + containerOrHub(containerName);
+}
+
+std::vector<std::string> getContainerArgumentsPrefix(const std::string& containerName)
+{
+    if (useWsl()) {
+        return wslArgumentsPrefix();
+    }
+    return {getDockerExecutablePath(), "exec", containerOrHub(containerName)};
+}
+
+std::string getContainerExecutablePath()
+{
+    return useWsl() ? getExecutablePath() : getDockerExecutablePath();
+}
+
+void applySharedEnvironment(std::vector<std::string>& args, std::map<std::string, std::string>& env)
+{
+    addRuntimeLibraryPath(env);
+    if (useWsl()) {
+        addWslEnvironment(env);
+    } else {
+        addEnvironmentOptions(args, env);
+    }
+}
+
+} // namespace orb::lvm

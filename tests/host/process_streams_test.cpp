@@ -1,0 +1,276 @@
+// Capturing what programs print, and feeding what they read.
+#include "process_system.h"
+
+#include "host/process.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <deque>
+#include <stdexcept>
+#include <string>
+
+using orb::process::detail::ExitReport;
+using orb::process::detail::run;
+using orb::process::detail::RunOptions;
+using orb::process::detail::RunResult;
+using orb::process::detail::Stream;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using std::chrono::steady_clock;
+using testing::HasSubstr;
+using testing::Lt;
+
+namespace {
+
+RunResult runWith(const RunOptions& options, const std::vector<std::string>& arguments)
+{
+    return run(child(arguments), {}, {}, false, options);
+}
+
+// An input handler that gives these, then the end of the input.
+std::function<std::string()> pieces(std::deque<std::string> all)
+{
+    return [all = std::move(all)]() mutable {
+        std::string next;
+        if (!all.empty()) {
+            next = all.front();
+            all.pop_front();
+        }
+        return next;
+    };
+}
+
+} // namespace
+
+TEST(ProcessStreams, areCapturedEachOnItsOwnAndUnchanged)
+{
+    const RunResult result = run(child({"print", "out\r\n\t\xC3\xA4", "error \n"}));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.standardOutput, "out\r\n\t\xC3\xA4");
+    EXPECT_EQ(result.standardError, "error \n");
+}
+
+TEST(ProcessStreams, mayBothBeLargeAndInterleaved)
+{
+    const RunResult result = run(child({"flood", "1048576", "1048576"}));
+    EXPECT_EQ(result.standardOutput, std::string(1048576, 'o'));
+    EXPECT_EQ(result.standardError, std::string(1048576, 'e'));
+}
+
+TEST(ProcessStreams, mayBeFloodedOnTheErrorStreamAlone)
+{
+    const RunResult result = run(child({"flood", "0", "3000000"}));
+    EXPECT_EQ(result.standardOutput, "");
+    EXPECT_EQ(result.standardError, std::string(3000000, 'e'));
+}
+
+TEST(ProcessStreams, giveTheProgramAnEmptyInput)
+{
+    EXPECT_EQ(run(child({"copy-input"})).standardOutput, "(end)");
+}
+
+TEST(InputHandler, feedsTheProgramUntilItGivesAnEmptyPiece)
+{
+    RunOptions options;
+    options.inputHandler = pieces({"first ", std::string(300000, 'x'), " last"});
+    EXPECT_EQ(runWith(options, {"copy-input"}).standardOutput, "first " + std::string(300000, 'x') + " last(end)");
+}
+
+TEST(InputHandler, mayGiveNothingAtAll)
+{
+    RunOptions options;
+    options.inputHandler = pieces({});
+    EXPECT_EQ(runWith(options, {"copy-input"}).standardOutput, "(end)");
+}
+
+TEST(InputHandler, isNoHindranceToAProgramThatDoesNotRead)
+{
+    RunOptions options;
+    const std::string endless(300000, 'x');
+    options.inputHandler = [&] { return endless; };
+    const RunResult result = runWith(options, {"print", "done", ""});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.standardOutput, "done");
+}
+
+TEST(InputHandler, isNoHindranceWhenADescendantKeepsTheInputOpen)
+{
+    RunOptions options;
+    const std::string endless(300000, 'x');
+    options.inputHandler = [&] { return endless; };
+    options.streamTimeout = milliseconds{200};
+    const auto begin = steady_clock::now();
+    EXPECT_EQ(runWith(options, {"leave-behind", "sleep", "8000"}).standardOutput, "parent");
+    EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{6}));
+}
+
+TEST(InputHandler, canAnswerWhatTheLoggerSees)
+{
+    RunOptions options;
+    std::atomic<int> heard = 0;
+    options.outputLogger = [&](Stream, std::string_view) { ++heard; };
+    int asked = 0;
+    options.inputHandler = [&]() -> std::string {
+        while (heard < asked) {
+            std::this_thread::sleep_for(milliseconds{1});
+        }
+        return asked++ < 3 ? "line " + std::to_string(asked) + '\n' : "";
+    };
+    EXPECT_EQ(runWith(options, {"answer"}).standardOutput, "heard line 1\nheard line 2\nheard line 3\n");
+}
+
+TEST(InputHandler, passesItsExceptionToTheCallerAndEndsTheProgram)
+{
+    RunOptions options;
+    options.inputHandler = []() -> std::string { throw std::runtime_error("no more input"); };
+    const auto begin = steady_clock::now();
+    EXPECT_THAT(
+        [&] {
+            runWith(options, {"sleep", "60000"});
+        },
+        testing::ThrowsMessage<std::runtime_error>("no more input"));
+    EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
+}
+
+TEST(OutputLogger, seesEveryPieceAsItArrives)
+{
+    RunOptions options;
+    std::string output;
+    std::string error;
+    options.outputLogger = [&](Stream stream, std::string_view piece) {
+        (stream == Stream::output ? output : error) += piece;
+    };
+    const RunResult result = runWith(options, {"flood", "400000", "300000"});
+    EXPECT_EQ(output, result.standardOutput);
+    EXPECT_EQ(error, result.standardError);
+    EXPECT_EQ(output.size(), 400000U);
+    EXPECT_EQ(error.size(), 300000U);
+}
+
+TEST(OutputLogger, seesOutputWhileTheProgramStillRuns)
+{
+    RunOptions options;
+    std::vector<steady_clock::time_point> seen;
+    options.outputLogger = [&](Stream, std::string_view) { seen.push_back(steady_clock::now()); };
+    EXPECT_EQ(runWith(options, {"dots", "300", "3"}).standardOutput, "...");
+    ASSERT_GE(seen.size(), 2U);
+    EXPECT_GE(seen.back() - seen.front(), milliseconds{200});
+}
+
+TEST(OutputLogger, passesItsExceptionToTheCallerAndEndsTheProgram)
+{
+    RunOptions options;
+    options.outputLogger = [](Stream, std::string_view) { throw std::runtime_error("disk full"); };
+    const auto begin = steady_clock::now();
+    EXPECT_THAT(
+        [&] {
+            runWith(options, {"dots", "100", "600"});
+        },
+        testing::ThrowsMessage<std::runtime_error>("disk full"));
+    EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
+}
+
+TEST(TerminationHandler, endsTheProgramAndKeepsWhatItPrinted)
+{
+    RunOptions options;
+    bool printed = false;
+    ExitReport report;
+    options.outputLogger = [&](Stream, std::string_view) { printed = true; };
+    options.terminationHandler = [&] { return printed; };
+    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    const auto begin = steady_clock::now();
+    const RunResult result = runWith(options, {"dots", "500", "120"});
+    EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
+    EXPECT_THAT(result.standardOutput, HasSubstr("."));
+    EXPECT_NE(result.status, 0);
+    EXPECT_EQ(report.status, result.status);
+    EXPECT_TRUE(report.terminated);
+    EXPECT_FALSE(report.streamsAbandoned);
+}
+
+TEST(TerminationHandler, isAskedAboutTenTimesASecond)
+{
+    RunOptions options;
+    int asked = 0;
+    options.terminationHandler = [&] {
+        ++asked;
+        return false;
+    };
+    EXPECT_EQ(runWith(options, {"sleep", "1000"}).status, 0);
+    EXPECT_THAT(asked, testing::AllOf(testing::Ge(3), testing::Le(15)));
+}
+
+TEST(TerminationHandler, passesItsExceptionToTheCallerAndEndsTheProgram)
+{
+    RunOptions options;
+    options.terminationHandler = []() -> bool { throw std::runtime_error("cancelled"); };
+    const auto begin = steady_clock::now();
+    EXPECT_THAT([&] { runWith(options, {"sleep", "60000"}); }, testing::ThrowsMessage<std::runtime_error>("cancelled"));
+    EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
+}
+
+TEST(ExitCallback, isCalledOnceWithTheReportAndTheUserObject)
+{
+    RunOptions options;
+    int calls = 0;
+    int object = 0;
+    options.userObject = &object;
+    options.exitCallback = [&](const ExitReport& report, void* userObject) {
+        ++calls;
+        EXPECT_EQ(report.status, 3);
+        EXPECT_EQ(report.signal, 0);
+        EXPECT_FALSE(report.terminated);
+        EXPECT_FALSE(report.streamsAbandoned);
+        EXPECT_EQ(userObject, &object);
+    };
+    EXPECT_EQ(runWith(options, {"exit", "3"}).status, 3);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(ExitCallback, passesItsExceptionToTheCaller)
+{
+    RunOptions options;
+    options.exitCallback = [](const ExitReport&, void*) { throw std::runtime_error("unwanted"); };
+    EXPECT_THROW(runWith(options, {"exit", "0"}), std::runtime_error);
+}
+
+TEST(StreamTimeout, givesUpStreamsThatADescendantKeepsOpen)
+{
+    RunOptions options;
+    options.streamTimeout = milliseconds{300};
+    ExitReport report;
+    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    const auto begin = steady_clock::now();
+    const RunResult result = runWith(options, {"leave-behind", "sleep", "8000"});
+    EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{6}));
+    EXPECT_EQ(result.standardOutput, "parent");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(report.streamsAbandoned);
+}
+
+TEST(StreamTimeout, countsFromTheLastByteThatADescendantPrinted)
+{
+    RunOptions options;
+    options.streamTimeout = milliseconds{2500};
+    ExitReport report;
+    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    const RunResult result = runWith(options, {"leave-behind", "dots", "500", "8"});
+    EXPECT_EQ(std::count(result.standardOutput.begin(), result.standardOutput.end(), '.'), 8);
+    EXPECT_FALSE(report.streamsAbandoned);
+}
+
+TEST(StreamTimeout, doesNotCutASilentProgramShort)
+{
+    RunOptions options;
+    options.streamTimeout = milliseconds{0};
+    EXPECT_EQ(runWith(options, {"dots", "400", "2"}).standardOutput, "..");
+}
+
+TEST(StreamTimeout, mayBeForEver)
+{
+    RunOptions options;
+    options.streamTimeout = milliseconds::max();
+    EXPECT_EQ(runWith(options, {"leave-behind", "dots", "300", "2"}).standardOutput.size(),
+              std::string("parent..").size());
+}

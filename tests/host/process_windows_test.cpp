@@ -1,0 +1,147 @@
+// What the process service promises on Windows only.
+#include "environment_variable.h"
+#include "process_system.h"
+#include "temporary_folder.h"
+
+#include "host/process.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <system_error>
+
+#include <windows.h>
+
+using orb::process::detail::run;
+using orb::process::detail::runAttached;
+using orb::process::detail::RunResult;
+using testing::Contains;
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::system_error failureOf(const std::vector<std::string>& arguments)
+{
+    try {
+        run(arguments);
+    } catch (const std::system_error& error) {
+        return error;
+    }
+    return {0, std::system_category()};
+}
+
+// An argument that makes the command line of the test child this long.
+std::vector<std::string> childWithLine(std::size_t length)
+{
+    const std::size_t before = orb::process::detail::joinArguments(child({"exit", "0", "x"})).size() - 1;
+    return child({"exit", "0", std::string(length - before, 'x')});
+}
+
+} // namespace
+
+TEST(ProcessStatusWindows, isTheWholeExitCode)
+{
+    EXPECT_EQ(run(child({"exit", "-1"})).status, -1);
+    EXPECT_EQ(run(child({"exit", "259"})).status, 259);
+    EXPECT_EQ(run(child({"exit", std::to_string(0xC0000005)})).status, static_cast<std::int32_t>(0xC0000005));
+    EXPECT_EQ(run(child({"exit", std::to_string(0xC000013A)})).status, static_cast<std::int32_t>(0xC000013A));
+    EXPECT_EQ(runAttached(child({"exit", "259"})), 259);
+}
+
+TEST(CommandLineWindows, mayBeAsLongAsTheSystemTakes)
+{
+    EXPECT_EQ(run(childWithLine(32766)).status, 0);
+}
+
+TEST(CommandLineWindows, thatIsTooLongIsAClearError)
+{
+    const std::system_error failure = failureOf(childWithLine(32767));
+    EXPECT_EQ(failure.code(), std::error_code(ERROR_FILENAME_EXCED_RANGE, std::system_category()));
+    EXPECT_THAT(failure.what(), HasSubstr("command line is 32767 characters long"));
+}
+
+TEST(ProcessArgumentsWindows, mustBeUtf8)
+{
+    EXPECT_THROW(run(child({"print", "\xFF", ""})), std::invalid_argument);
+    EXPECT_THROW(run(child({"folder"}), {}, "\xC3"), std::invalid_argument);
+    EXPECT_THROW(run(child({"folder"}), {{"NAME", "\xFF"}}), std::invalid_argument);
+    EXPECT_THROW(run({"a\"b"}), std::invalid_argument);
+}
+
+TEST(ProcessStartWindows, refusesWhatIsNoProgram)
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "text.exe";
+    std::ofstream(file) << "text";
+    const DWORD code = static_cast<DWORD>(failureOf({file.string()}).code().value());
+    EXPECT_THAT(code, testing::AnyOf(DWORD{ERROR_BAD_EXE_FORMAT}, DWORD{ERROR_INVALID_EXE_SIGNATURE}));
+}
+
+TEST(ProcessStartWindows, refusesABatchFileBehindARoundaboutPath)
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "planted.bat";
+    std::ofstream(file) << "@echo ran\r\n";
+    EXPECT_THROW(run({file.string() + R"(\x\..)"}), std::invalid_argument);
+    EXPECT_THROW(run({file.string() + R"(\.)"}), std::invalid_argument);
+}
+
+TEST(ProgramSearchWindows, addsTheExtensionToABareNameOnly)
+{
+    const TemporaryFolder folder;
+    const fs::path program = plantChild(folder.path(), "probe_twin");
+    const orb::process::detail::Environment environment{{"PATH", folder.path().string()}};
+    EXPECT_EQ(run({"probe_twin", "print", "found", ""}, environment).standardOutput, "found");
+    EXPECT_EQ(run({"probe_twin.exe", "print", "found", ""}, environment).standardOutput, "found");
+    EXPECT_EQ(run({"PROBE_TWIN.EXE", "print", "found", ""}, environment).standardOutput, "found");
+    EXPECT_EQ(failureOf({(folder.path() / "probe_twin").string()}).code().value(), ERROR_FILE_NOT_FOUND);
+}
+
+TEST(ProgramSearchWindows, understandsQuotedEntriesAndAnyCaseOfTheVariable)
+{
+    const TemporaryFolder folder;
+    const fs::path inner = folder.path() / "a;b";
+    fs::create_directory(inner);
+    plantChild(inner, "probe_twin");
+    EXPECT_EQ(
+        run({"probe_twin", "print", "found", ""}, {{"Path", ";C:;\\;\"" + inner.string() + "\";x"}}).standardOutput,
+        "found");
+}
+
+TEST(WorkingFolderWindows, ofADriveDesignatorIsTheDrivesCurrentFolder)
+{
+    SetEnvironmentVariableW(L"=C:", L"C:\\windows");
+    const std::string folder = run(child({"folder"}), {}, "c:").standardOutput;
+    SetEnvironmentVariableW(L"=C:", nullptr);
+    EXPECT_TRUE(fs::equivalent(folder, "C:\\windows")) << folder;
+    const std::string root = run(child({"folder"}), {}, "C:").standardOutput;
+    EXPECT_TRUE(fs::equivalent(root, "C:\\")) << root;
+    const std::string own = fs::current_path().root_name().string();
+    EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, own).standardOutput, fs::current_path()));
+}
+
+TEST(ProcessEnvironmentWindows, replacesAnEntryWhateverItsCase)
+{
+    SetEnvironmentVariableW(L"Process_Test_Variable", L"old");
+    const RunResult result = run(child({"variables", "Process_Test_Variable"}), {{"PROCESS_test_VARIABLE", "new"}});
+    SetEnvironmentVariableW(L"Process_Test_Variable", nullptr);
+    EXPECT_EQ(result.standardOutput, "new\n");
+}
+
+TEST(ProcessEnvironmentWindows, isSortedHasEachNameOnceAndKeepsTheDrivesFolders)
+{
+    SetEnvironmentVariableW(L"=C:", L"C:\\windows");
+    const RunResult result = run(child({"variable-names"}), {{"b_test", "1"}, {"A_test", "2"}, {"_test", "3"}});
+    SetEnvironmentVariableW(L"=C:", nullptr);
+    std::vector<std::string> names;
+    std::istringstream lines(result.standardOutput);
+    for (std::string line; std::getline(lines, line);) {
+        names.push_back(line);
+    }
+    EXPECT_THAT(names, testing::IsSupersetOf({"=C:", "A_TEST", "B_TEST", "_TEST", "SYSTEMROOT"}));
+    EXPECT_EQ(std::adjacent_find(names.begin(), names.end(), std::greater_equal<>()), names.end())
+        << result.standardOutput;
+}

@@ -1,0 +1,144 @@
+#include "test_child.h"
+
+#include <iostream>
+
+#include <windows.h>
+
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+
+namespace {
+
+std::string utf8(const std::wstring& text)
+{
+    const int units = static_cast<int>(text.size());
+    const int size =
+        WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, text.data(), units, nullptr, 0, nullptr, nullptr);
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, text.data(), units, bytes.data(), size, nullptr, nullptr);
+    return bytes;
+}
+
+std::wstring utf16(const std::string& text)
+{
+    const int bytes = static_cast<int>(text.size());
+    const int size = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), bytes, nullptr, 0);
+    std::wstring units(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), bytes, units.data(), size);
+    return units;
+}
+
+// Whether the system's own rules give the same arguments as the C runtime's.
+bool systemAgrees(int count, wchar_t** arguments)
+{
+    int systemCount = 0;
+    wchar_t** const systemArguments = CommandLineToArgvW(GetCommandLineW(), &systemCount);
+    bool same = systemCount == count;
+    for (int i = 0; same && i < count; ++i) {
+        same = std::wstring(systemArguments[i]) == arguments[i];
+    }
+    LocalFree(static_cast<void*>(systemArguments));
+    return same;
+}
+
+} // namespace
+
+void useBinaryStreams()
+{
+    for (const int stream : {0, 1, 2}) {
+        _setmode(stream, _O_BINARY);
+    }
+}
+
+std::optional<std::string> variable(const std::string& name)
+{
+    std::wstring value(32768, L'\0');
+    SetLastError(ERROR_SUCCESS);
+    const DWORD size = GetEnvironmentVariableW(utf16(name).c_str(), value.data(), static_cast<DWORD>(value.size()));
+    if (size == 0 && GetLastError() != ERROR_SUCCESS) {
+        return std::nullopt;
+    }
+    value.resize(size);
+    return utf8(value);
+}
+
+std::string currentFolder()
+{
+    std::wstring folder(32768, L'\0');
+    folder.resize(GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data()));
+    return utf8(folder);
+}
+
+long long openFileSize(const std::string& handle)
+{
+    LARGE_INTEGER size{};
+    const auto value = static_cast<std::uintptr_t>(std::stoull(handle));
+    const BOOL known = GetFileSizeEx(reinterpret_cast<HANDLE>(value), &size); // NOLINT: a handle is a number here
+    return known != FALSE ? size.QuadPart : -1;
+}
+
+void exitWith(long long status)
+{
+    std::cout.flush();
+    ExitProcess(static_cast<UINT>(status));
+}
+
+void startAgain(const std::vector<std::string>& arguments)
+{
+    std::wstring program(MAX_PATH, L'\0');
+    program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
+    std::wstring line = L'"' + program + L'"';
+    for (const std::string& argument : arguments) {
+        line += L" \"" + utf16(argument) + L'"';
+    }
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process) !=
+        FALSE) {
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+}
+
+namespace {
+
+// The names of all variables in upper case, a line each, in the order that they arrived in.
+int printVariableNames()
+{
+    wchar_t* const strings = GetEnvironmentStringsW();
+    for (const wchar_t* next = strings; *next != L'\0';) {
+        std::wstring line = next;
+        next += line.size() + 1;
+        line.resize(line.find(L'=', 1));
+        CharUpperBuffW(line.data(), static_cast<DWORD>(line.size()));
+        std::cout << utf8(line) << '\n';
+    }
+    FreeEnvironmentStringsW(strings);
+    return 0;
+}
+
+} // namespace
+
+std::optional<int> systemMode(const std::vector<std::string>& arguments)
+{
+    return arguments[1] == "variable-names" ? std::optional<int>(printVariableNames()) : std::nullopt;
+}
+
+int wmain(int count, wchar_t** wideArguments)
+{
+    constexpr int disagreement = 96;
+    if (!systemAgrees(count, wideArguments)) {
+        return disagreement;
+    }
+    std::vector<std::string> arguments;
+    for (int i = 0; i < count; ++i) {
+        arguments.push_back(utf8(wideArguments[i]));
+    }
+    return testChild(arguments);
+}

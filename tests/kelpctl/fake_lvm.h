@@ -1,0 +1,27 @@
+// A library that does nothing but write down how it was called and do what a test tells it to.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+struct FakeLvm {
+    // One text a call: "<function> <arguments, each in brackets>".
+    std::vector<std::string> calls;
+
+    // What happens inside the calls.
+    std::function<void()> duringImport = [] {};
+    std::function<void()> duringClear = [] {};
+    bool containerStarts = true;
+    bool containerStops = true;
+    double checkResult = 0;
+
+    // Of the backend that is not WSL.
+    std::string dockerPath = "/usr/bin/docker";
+};
+
+FakeLvm& fakeLvm();
+
+// Writes a record the way the library does.
+void logAs(const char* channel, std::uint32_t severity, const std::string& message);

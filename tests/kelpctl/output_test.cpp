@@ -1,0 +1,120 @@
+#include "output.h"
+
+#include "fake_lvm.h"
+#include "session.h"
+
+#include "host/exceptions.h"
+#include "orb/lvm.h"
+#include "run.h"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+void throwMissingArchive()
+{
+    using namespace orb::container_support;
+    throw foundation::core::except::Exception<TAR_FILE_NOT_AVAILABLE, std::exception, void>(
+        {catalogue, TAR_FILE_NOT_AVAILABLE::identifier, {std::string("hub.tar")}});
+}
+
+TEST(Output, FailureIsTextOnStandardError)
+{
+    fakeLvm().duringImport = throwMissingArchive;
+    Session session;
+    EXPECT_EQ(session.run({"setup"}), 1);
+    EXPECT_EQ(session.out, "");
+    EXPECT_THAT(session.error, testing::StartsWith("kelpctl setup: The archive hub.tar does not exist.\n"
+                                                   "error: TAR_FILE_NOT_AVAILABLE\n"
+                                                   "next step: "));
+}
+
+TEST(Output, FailureIsAnObjectForPrograms)
+{
+    fakeLvm().duringImport = throwMissingArchive;
+    Session session;
+    EXPECT_EQ(session.run({"setup", "--json"}), 1);
+    EXPECT_EQ(session.error, "");
+    const json object = session.json();
+    EXPECT_EQ(object["command"], "setup");
+    EXPECT_EQ(object["ok"], false);
+    EXPECT_TRUE(object["result"].is_null());
+    EXPECT_EQ(object["error"]["identifier"], "TAR_FILE_NOT_AVAILABLE");
+    EXPECT_EQ(object["error"]["message"], "The archive hub.tar does not exist.");
+    EXPECT_EQ(object["error"]["arguments"], json::array({"hub.tar"}));
+    EXPECT_FALSE(object["error"]["next"].get<std::string>().empty());
+}
+
+TEST(Output, SuccessIsAnObjectForPrograms)
+{
+    Session session;
+    EXPECT_EQ(session.run({"--json", "setup"}), 0);
+    EXPECT_EQ(session.out, R"({"command":"setup","ok":true,"result":null,"error":null})"
+                           "\n");
+}
+
+TEST(Output, WrongUsageIsText)
+{
+    Session session;
+    EXPECT_EQ(session.run({"remove", "a", "b"}), 2);
+    EXPECT_EQ(session.out, "");
+    EXPECT_THAT(session.error, testing::StartsWith("kelpctl remove: "));
+    EXPECT_THAT(session.error, HasSubstr("error: USAGE\n"));
+    EXPECT_THAT(session.error, HasSubstr("kelpctl --help"));
+    EXPECT_TRUE(fakeLvm().calls.empty());
+}
+
+TEST(Output, WrongUsageIsAnObjectForPrograms)
+{
+    Session session;
+    EXPECT_EQ(session.run({"--json", "nonsense"}), 2);
+    EXPECT_EQ(session.error, "");
+    EXPECT_EQ(session.json()["command"], "");
+    EXPECT_EQ(session.json()["ok"], false);
+    EXPECT_EQ(session.json()["error"]["identifier"], "USAGE");
+}
+
+TEST(Output, HelpGoesToStandardOutput)
+{
+    Session session;
+    EXPECT_EQ(session.run({"--help"}), 0);
+    EXPECT_THAT(session.out, HasSubstr("Examples:"));
+    EXPECT_EQ(session.error, "");
+}
+
+TEST(Output, TerminalObeysNothingInAFailure)
+{
+    std::ostringstream out;
+    std::ostringstream error;
+    kelpctl::Console console{out, error, false, false, {}};
+    kelpctl::Report report;
+    report.identifier = "X";
+    report.text = "one\n\x1b[2Jtwo\n";
+    report.evidence = {"first\nsecond"};
+    report.nextStep = "Do it.";
+    kelpctl::writeText(console, "", {{}, nullptr, report});
+    EXPECT_EQ(error.str(), "kelpctl: one\n    \\x1B[2Jtwo\nerror: X\nevidence: first\n    second\nnext step: Do it.\n");
+}
+
+TEST(Output, TextThatIsNotUtf8StillMakesAnObject)
+{
+    Session session;
+    EXPECT_EQ(session.run({"env", "--json", "--", "\xFF"}), 0);
+    EXPECT_EQ(session.json()["result"]["arguments"], json::array({"\xEF\xBF\xBD"}));
+}
+
+TEST(Output, ResultThatCannotBeWrittenIsAFailure)
+{
+    std::ostream out(nullptr);
+    std::ostringstream error;
+    kelpctl::Console console{out, error, false, false, {}};
+    EXPECT_EQ(kelpctl::run({"prefix", "--wsl"}, console), 1);
+    EXPECT_THAT(error.str(), HasSubstr("error: OUTPUT_NOT_WRITABLE\n"));
+}
+
+} // namespace

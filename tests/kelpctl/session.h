@@ -1,0 +1,35 @@
+// One run of kelpctl inside the test's own process.
+#pragma once
+
+#include "environment_variable.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+// Runs kelpctl with streams of its own. The variables that it reads start out unset, and are brought back at the end.
+class Session {
+public:
+    // What the console is like, and what the program that exec starts exits with.
+    bool errorIsTerminal = false;
+    bool interactive = false;
+    std::int32_t programStatus = 0;
+
+    int run(const std::vector<std::string>& arguments);
+
+    // Of the last run.
+    std::string out;
+    std::string error;
+    std::vector<std::string> startedArguments;
+    std::map<std::string, std::string> startedEnvironment;
+
+    // The object that the last run printed.
+    nlohmann::json json() const { return nlohmann::json::parse(out); }
+
+private:
+    EnvironmentVariable useWsl_{"USE_WSL"};
+    EnvironmentVariable wslenv_{"WSLENV"};
+};

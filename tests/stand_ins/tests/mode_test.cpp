@@ -1,0 +1,64 @@
+// The ways to misbehave.
+#include "wsl_test.h"
+
+#include <algorithm>
+
+class Mode : public WslTest {
+protected:
+    void set(const std::string& mode) { environment["WSL_STAND_IN_MODE"] = mode; }
+};
+
+TEST_F(Mode, StatusFailsEveryCommandSilently)
+{
+    set("status=50");
+    for (const char* option : {"-v", "-l", "--status"}) {
+        const Outcome outcome = wsl({option});
+        EXPECT_EQ(outcome.status, 50);
+        EXPECT_EQ(outcome.output + outcome.errors, "");
+    }
+}
+
+TEST_F(Mode, CanBeLimitedToAVerb)
+{
+    set("status=3@list,status=4@import,status=5@exec");
+    EXPECT_EQ(wsl({"-v"}).status, 0);
+    EXPECT_EQ(wsl({"-l", "-q"}).status, 3);
+    EXPECT_EQ(wsl({"--import", "a", "b", "c"}).status, 4);
+    EXPECT_EQ(wsl({"-d", "a", "--exec", "b"}).status, 5);
+}
+
+TEST_F(Mode, NothingSucceedsWithoutDoingAnything)
+{
+    set("nothing");
+    EXPECT_THAT(importAs("Hub"), succeedsWith(""));
+    set("");
+    EXPECT_EQ(list({"-q", "--all"}), "");
+}
+
+TEST_F(Mode, GarbageIsNoTextInAnyEncoding)
+{
+    set("garbage");
+    const Outcome outcome = wsl({"-l", "-q"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output.size() % 2, 1U);
+    EXPECT_EQ(outcome.output[0], '\xFF');
+    EXPECT_NE(outcome.output.find('\0'), std::string::npos);
+    EXPECT_EQ(outcome.errors, outcome.output);
+}
+
+TEST_F(Mode, FloodPrintsOneHundredMebibytes)
+{
+    set("flood");
+    const Outcome outcome = wsl({"-l", "-q"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output.size(), 100U << 20);
+}
+
+TEST_F(Mode, HangEndsOnlyWhenItIsKilled)
+{
+    set("hang@list");
+    const Outcome outcome =
+        runProgram({"/usr/bin/timeout", {"0.5", WSL_PROGRAM, "-l", "-q"}, environment, "", folder.path()});
+    EXPECT_EQ(outcome.status, 124);
+    EXPECT_EQ(wsl({"-v"}).status, 0);
+}

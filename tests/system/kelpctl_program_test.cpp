@@ -1,0 +1,215 @@
+// The program kelpctl as a whole, with real archives and real Linux programs behind it.
+#include "docker_machine.h"
+#include "machine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+using orb::process::detail::RunOptions;
+using orb::process::detail::RunResult;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+RunResult kelpctl(const InstallTree& tree, std::vector<std::string> arguments, const std::string& input = {})
+{
+    const std::vector<std::string> front = {KELPCTL_PROGRAM, "--root", utf8(tree.root())};
+    arguments.insert(arguments.begin(), front.begin(), front.end());
+    RunOptions options;
+    bool given = false;
+    if (!input.empty()) {
+        options.inputHandler = [&] { return std::exchange(given, true) ? std::string() : input; };
+    }
+    return orb::process::detail::run(arguments, {}, {}, false, options);
+}
+
+std::string withoutCarriageReturns(std::string text)
+{
+    std::erase(text, '\r');
+    return text;
+}
+
+class KelpctlOnWsl : public testing::Test {
+protected:
+    RunResult kelpctl(std::vector<std::string> arguments, const std::string& input = {}) const
+    {
+        arguments.insert(arguments.begin(), {"--wsl", "--release", "R2026b"});
+        return ::kelpctl(tree, std::move(arguments), input);
+    }
+
+    InstallTree tree;
+    Wsl wsl;
+    // Last: the others have folders of their own.
+    TemporaryDirectory temporary;
+};
+
+TEST_F(KelpctlOnWsl, CheckPrintsTheGatewaysAnswer)
+{
+    const RunResult works = kelpctl({"check"});
+    EXPECT_EQ(withoutCarriageReturns(works.standardOutput), "0\n");
+    EXPECT_EQ(works.status, 0);
+    const EnvironmentVariable mode("WSL_STAND_IN_MODE", "status=1");
+    EXPECT_EQ(withoutCarriageReturns(kelpctl({"check"}).standardOutput), "-3\n");
+}
+
+TEST_F(KelpctlOnWsl, SetupExecAndTeardownDoTheMainJob)
+{
+    tree.install();
+    EXPECT_EQ(kelpctl({"setup"}).status, 0);
+    EXPECT_THAT(wsl.distributions(), ElementsAre("kelp_hub_R2026b"));
+    const RunResult uname = kelpctl({"exec", "--", "uname"});
+    EXPECT_EQ(uname.status, 0);
+    EXPECT_EQ(uname.standardOutput, "Linux\n");
+    EXPECT_EQ(uname.standardError, "");
+    EXPECT_EQ(kelpctl({"teardown"}).status, 0);
+    EXPECT_THAT(wsl.distributions(), IsEmpty());
+    EXPECT_TRUE(temporaryDirectoryIsClean(temporary.path()));
+}
+
+TEST_F(KelpctlOnWsl, SetupTakesAnArchive)
+{
+    EXPECT_EQ(kelpctl({"setup", utf8(hubArchive())}).status, 0);
+    EXPECT_THAT(wsl.distributions(), ElementsAre("kelp_hub_R2026b"));
+}
+
+TEST_F(KelpctlOnWsl, ProvisionAndRemoveTakeANameOfTheirOwn)
+{
+    EXPECT_EQ(kelpctl({"provision", "--archive", utf8(hubArchive()), "--name", "mine"}).status, 0);
+    EXPECT_THAT(wsl.distributions(), ElementsAre("mine"));
+    EXPECT_EQ(kelpctl({"remove", "mine"}).status, 0);
+    EXPECT_THAT(wsl.distributions(), IsEmpty());
+    const RunResult again = kelpctl({"remove", "mine"});
+    EXPECT_EQ(again.status, 1);
+    EXPECT_THAT(again.standardError, HasSubstr("WSL_E_DISTRO_NOT_FOUND"));
+}
+
+TEST_F(KelpctlOnWsl, AProgramInsideGetsArgumentsEnvironmentAndInputUnchanged)
+{
+    tree.install();
+    ASSERT_EQ(kelpctl({"setup"}).status, 0);
+    EXPECT_EQ(kelpctl({"exec", "--", "printf", "[%s]", "a b", "", "--json", "\"q\"", "é漢字"}).standardOutput,
+              "[a b][][--json][\"q\"][é漢字]");
+    EXPECT_EQ(
+        kelpctl({"exec", "-e", "A=1 2", "-e", "B==", "--", "sh", "-c", "printf %s,%s \"$A\" \"$B\""}).standardOutput,
+        "1 2,=");
+    EXPECT_EQ(kelpctl({"exec", "--", "cat"}, "input \xff\r\n\n").standardOutput, "input \xff\r\n\n");
+}
+
+TEST_F(KelpctlOnWsl, TheStatusIsTheProgramsOwn)
+{
+    tree.install();
+    ASSERT_EQ(kelpctl({"setup"}).status, 0);
+    for (const int status : {0, 1, 2, 42, 254}) {
+        EXPECT_EQ(kelpctl({"exec", "--", "sh", "-c", "exit " + std::to_string(status)}).status, status);
+    }
+}
+
+TEST_F(KelpctlOnWsl, AnErrorHasTheTextTheIdentifierAndANextStep)
+{
+    const std::string missing = utf8(temporary.path() / "missing.tar.gz");
+    const RunResult failed = kelpctl({"setup", missing});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_EQ(failed.standardOutput, "");
+    EXPECT_THAT(failed.standardError, HasSubstr("WSL_CANNOT_IMPORT_TAR_FILE"));
+    EXPECT_THAT(failed.standardError, HasSubstr(missing));
+    EXPECT_THAT(failed.standardError, HasSubstr("Wsl/ERROR_FILE_NOT_FOUND"));
+}
+
+TEST_F(KelpctlOnWsl, JsonIsOneObjectAlsoForErrors)
+{
+    const auto good = nlohmann::json::parse(kelpctl({"--json", "check"}).standardOutput);
+    EXPECT_EQ(good.at("ok"), true);
+    EXPECT_EQ(good.at("result"), 0);
+    const auto bad = nlohmann::json::parse(kelpctl({"--json", "setup", "missing.tar.gz"}).standardOutput);
+    EXPECT_EQ(bad.at("ok"), false);
+    EXPECT_EQ(bad.at("error").at("identifier"), "WSL_CANNOT_IMPORT_TAR_FILE");
+}
+
+TEST_F(KelpctlOnWsl, PrefixPrintsWhatTheLibraryReturns)
+{
+    const std::string text = withoutCarriageReturns(kelpctl({"prefix"}).standardOutput);
+    EXPECT_THAT(text, HasSubstr(" -d kelp_hub_R2026b --exec "));
+    const std::string vector = withoutCarriageReturns(kelpctl({"prefix", "--vector"}).standardOutput);
+    EXPECT_THAT(vector, testing::EndsWith("\n-d\nkelp_hub_R2026b\n--exec\n"));
+}
+
+TEST_F(KelpctlOnWsl, TheLogHoldsTheStepsAndNoSecret)
+{
+    tree.install();
+    const std::filesystem::path log = temporary.path() / "log";
+    ASSERT_EQ(kelpctl({"setup", "--log", "detail", "--log-file", utf8(log)}).status, 0);
+    ASSERT_EQ(
+        kelpctl({"exec", "--log", "detail", "--log-file", utf8(log), "-e", "PASSWORD=tr0ub4dor", "--", "true"}).status,
+        0);
+    std::ifstream file(log);
+    const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    EXPECT_THAT(content, HasSubstr("orb:lvm:wsl"));
+    EXPECT_THAT(content, HasSubstr("importFromTarIfNecessary: attempt to import distro"));
+    EXPECT_THAT(content, Not(HasSubstr("tr0ub4dor")));
+}
+
+TEST_F(KelpctlOnWsl, WrongUsageEndsWithTwo)
+{
+    for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
+             {}, {"no-such-command"}, {"check", "--no-such-flag"}, {"exec"}, {"exec", "-e", "=1", "--", "true"}}) {
+        const RunResult result = kelpctl(wrong);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_FALSE(result.standardError.empty());
+    }
+}
+
+class KelpctlOnDocker : public testing::Test {
+protected:
+    RunResult kelpctl(std::vector<std::string> arguments, const std::string& input = {}) const
+    {
+        arguments.insert(arguments.begin(), {"--docker", "--release", "r2026b"});
+        return ::kelpctl(tree, std::move(arguments), input);
+    }
+
+    InstallTree tree{"r2026b"};
+    DockerEngine docker;
+};
+
+TEST_F(KelpctlOnDocker, SetupStartExecStopAndTeardownDoTheMainJob)
+{
+    EXPECT_EQ(kelpctl({"setup", utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"))}).status, 0);
+    EXPECT_THAT(docker.images(), ElementsAre("kelp_hub_r2026b:latest"));
+    EXPECT_EQ(kelpctl({"start"}).status, 0);
+    EXPECT_EQ(kelpctl({"start"}).status, 1) << "it runs already";
+    EXPECT_EQ(kelpctl({"exec", "--", "uname"}).standardOutput, "Linux\n");
+    EXPECT_EQ(kelpctl({"stop"}).status, 0);
+    EXPECT_EQ(kelpctl({"teardown"}).status, 0);
+    EXPECT_THAT(docker.images(), IsEmpty());
+}
+
+TEST_F(KelpctlOnDocker, AProgramInsideGetsEnvironmentInputAndStatusUnchanged)
+{
+    ASSERT_EQ(kelpctl({"setup", utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"))}).status, 0);
+    ASSERT_EQ(kelpctl({"start"}).status, 0);
+    EXPECT_THAT(kelpctl({"exec", "-e", "GREETING=grüß dich, 漢字", "--", "/opt/vrun/korvane/bin/hub"}).standardOutput,
+                testing::AllOf(HasSubstr("hub: GREETING=grüß dich, 漢字\n"),
+                               HasSubstr("/opt/vrun/korvane/bin/plat64:/opt/vrun/korvane/sys/os/plat64")));
+    EXPECT_EQ(kelpctl({"exec", "--", "cat"}, "input \xff\r\n\n").standardOutput, "input \xff\r\n\n");
+    EXPECT_EQ(kelpctl({"exec", "--", "sh", "-c", "exit 42"}).status, 42);
+}
+
+TEST_F(KelpctlOnDocker, AMissingArchiveIsExplained)
+{
+    const RunResult failed = kelpctl({"setup"});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.standardError, HasSubstr("TAR_FILE_NOT_AVAILABLE"));
+    EXPECT_THAT(failed.standardError, HasSubstr("kelp_hub_docker.tar"));
+}
+
+} // namespace
