@@ -21,6 +21,9 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 
+# The installed tree may be moved: programs find their libraries from where they are themselves.
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../lib")
+
 find_package(Threads REQUIRED)
 find_package(Boost 1.81 REQUIRED COMPONENTS log filesystem)
 

@@ -20,8 +20,9 @@ bool equalWithoutCase(std::string_view left, std::string_view right)
 
 void refuseNul(const std::string& text, const char* what)
 {
-    if (text.find('\0') != std::string::npos) {
-        throw std::invalid_argument(std::string(what) + " holds a NUL character: '" + text.c_str() + "'");
+    const std::size_t nul = text.find('\0');
+    if (nul != std::string::npos) {
+        throw std::invalid_argument(std::string(what) + " holds a NUL character after '" + text.substr(0, nul) + "'");
     }
 }
 

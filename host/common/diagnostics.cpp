@@ -90,6 +90,8 @@ struct record::State {
         if (opened) {
             stream.emplace(opened);
             stream->imbue(std::locale::classic());
+            // Boost.Log writes flags as words otherwise.
+            stream->stream().unsetf(std::ios_base::boolalpha);
         }
     }
 

@@ -93,6 +93,7 @@ char* writable(const char* text)
 std::vector<char*> argumentPointers(const std::vector<std::string>& arguments)
 {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) {
         pointers.push_back(writable(argument.c_str()));
     }
@@ -104,7 +105,8 @@ std::vector<std::string> assignments(const Environment& environment)
 {
     std::vector<std::string> lines;
     for (const auto& [name, value] : environment) {
-        lines.push_back(name + '=' + value);
+        lines.push_back(name);
+        lines.back().append("=").append(value);
     }
     return lines;
 }

@@ -115,6 +115,17 @@ protected:
     std::string do_grouping() const override { return "\3"; }
 };
 
+TEST(Diagnostics, FlagsAreWrittenAsDigits)
+{
+    Collected collected;
+    basic_diagnostic_logger logger("test:channel");
+    diag::record record(logger, 8);
+    record.stream() << true << false;
+    record.push();
+    ASSERT_EQ(collected.records.size(), 1U);
+    EXPECT_EQ(collected.records[0].message, "10");
+}
+
 TEST(Diagnostics, NumbersAreWrittenAlikeInEveryLocale)
 {
     const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));

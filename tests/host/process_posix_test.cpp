@@ -150,6 +150,7 @@ TEST(ProcessStartPosix, refusesWhatCannotBeExecuted)
     const fs::path plain = writeFile(folder.path() / "plain", "text", fs::perms::owner_read);
     const fs::path noProgram = writeFile(folder.path() / "no-program", "text", fs::perms::owner_all);
     EXPECT_EQ(failureOf({plain.string()}).value(), EACCES);
+    EXPECT_EQ(failureOf({folder.path().string()}).value(), EACCES);
     EXPECT_EQ(failureOf({noProgram.string()}).value(), ENOEXEC);
     EXPECT_EQ(failureOf(child({std::string(std::size_t{4} * 1024 * 1024, 'x')})).value(), E2BIG);
 }

@@ -7,8 +7,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
-#include <limits>
+#include <set>
 #include <sstream>
 #include <system_error>
 
@@ -17,7 +18,6 @@
 using orb::process::detail::run;
 using orb::process::detail::runAttached;
 using orb::process::detail::RunResult;
-using testing::Contains;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
@@ -38,6 +38,12 @@ std::vector<std::string> childWithLine(std::size_t length)
 {
     const std::size_t before = orb::process::detail::joinArguments(child({"exit", "0", "x"})).size() - 1;
     return child({"exit", "0", std::string(length - before, 'x')});
+}
+
+// Wine's loader sets these again in every program, and so at the end.
+bool isSetByTheLoader(const std::string& name)
+{
+    return name.starts_with("WINE") || name == "SYSTEMROOT" || name == "SYSTEMDRIVE";
 }
 
 } // namespace
@@ -73,6 +79,8 @@ TEST(ProcessArgumentsWindows, mustBeUtf8)
 
 TEST(ProcessStartWindows, refusesWhatIsNoProgram)
 {
+    // A folder has one code on Windows and another under Wine.
+    EXPECT_NE(failureOf({fs::temp_directory_path().string()}).code().value(), 0);
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "text.exe";
     std::ofstream(file) << "text";
@@ -142,6 +150,7 @@ TEST(ProcessEnvironmentWindows, isSortedHasEachNameOnceAndKeepsTheDrivesFolders)
         names.push_back(line);
     }
     EXPECT_THAT(names, testing::IsSupersetOf({"=C:", "A_TEST", "B_TEST", "_TEST", "SYSTEMROOT"}));
-    EXPECT_EQ(std::adjacent_find(names.begin(), names.end(), std::greater_equal<>()), names.end())
-        << result.standardOutput;
+    EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size()) << result.standardOutput;
+    std::erase_if(names, isSetByTheLoader);
+    EXPECT_TRUE(std::is_sorted(names.begin(), names.end())) << result.standardOutput;
 }

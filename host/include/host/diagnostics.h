@@ -52,7 +52,8 @@ public:
 
     // False when the core's filters reject the record: nothing needs to be formatted then.
     explicit operator bool() const noexcept;
-    // Formats in the classic locale, whatever the program's global locale is. Only valid while *this is true.
+    // Formats in the classic locale, whatever the program's global locale is, and flags as 1 and 0. Only valid while
+    // *this is true.
     std::ostream& stream();
     // Hands the record to the core. Only valid while *this is true; the record is empty afterwards.
     void push();

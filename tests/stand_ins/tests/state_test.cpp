@@ -172,11 +172,12 @@ TEST_F(State, KilledClientLeavesTheProgramRunning)
     importAs("Hub");
     environment["WSL_STAND_IN_IDLE_MS"] = "0";
     Environment variables = environment;
-    const Outcome outcome = runProgram({"/usr/bin/timeout",
-                                        {"-s", "KILL", "0.5", WSL_PROGRAM, "-d", "Hub", "--exec", "sleep", "60"},
-                                        variables,
-                                        "",
-                                        folder.path()});
+    const Outcome outcome =
+        runProgram({"/usr/bin/timeout",
+                    {"--foreground", "-s", "KILL", "0.5", WSL_PROGRAM, "-d", "Hub", "--exec", "sleep", "60"},
+                    variables,
+                    "",
+                    folder.path()});
     EXPECT_EQ(outcome.status, 128 + 9);
     EXPECT_EQ(list({"-q", "--running"}), "Hub\r\n");
     EXPECT_THAT(wsl({"-t", "Hub"}), succeedsWith(success));
