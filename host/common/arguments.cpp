@@ -40,7 +40,7 @@ void checkVariable(const std::string& name, const std::string& value)
 void checkArguments(const std::vector<std::string>& arguments, const Environment& environment,
                     const std::string& workingDir)
 {
-    if (arguments.empty() || arguments.front().empty()) {
+    if (arguments.empty()) {
         throw std::invalid_argument("no program to run");
     }
     for (const std::string& argument : arguments) {

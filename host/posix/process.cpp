@@ -3,6 +3,7 @@
 #include "arguments.h"
 #include "child.h"
 #include "pipe.h"
+#include "run_program.h"
 #include "run_session.h"
 #include "start.h"
 
@@ -108,6 +109,8 @@ void awaitEnd(std::future<pid_t> program)
     }
 }
 
+} // namespace
+
 // Somebody has to take note of the program's end. The thread that does so is there before the program is, so that
 // nothing can go wrong once the program runs.
 void startDetached(const std::vector<std::string>& arguments, const Environment& environment,
@@ -124,16 +127,9 @@ void startDetached(const std::vector<std::string>& arguments, const Environment&
     }
 }
 
-} // namespace
-
-RunResult run(const std::vector<std::string>& arguments, const Environment& environment, const std::string& workingDir,
-              bool detach, const RunOptions& options)
+RunResult runProgram(const std::vector<std::string>& arguments, const Environment& environment,
+                     const std::string& workingDir, const RunOptions& options)
 {
-    checkArguments(arguments, environment, workingDir);
-    if (detach) {
-        startDetached(arguments, environment, workingDir);
-        return {};
-    }
     Pipe output = makePipe();
     Pipe error = makePipe();
     Pipe input = options.inputHandler ? makePipe() : Pipe{};

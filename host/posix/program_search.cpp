@@ -1,6 +1,7 @@
 #include "program_search.h"
 
 #include "arguments.h"
+#include "run_program.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -38,6 +39,11 @@ int checkExecutable(const std::string& file)
     return ::faccessat(AT_FDCWD, file.c_str(), X_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 
+bool isMissing(const std::string& file)
+{
+    return ::access(file.c_str(), F_OK) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
 // Takes the first entry off the list.
 std::string_view takeEntry(std::string_view& list)
 {
@@ -51,10 +57,17 @@ std::string_view takeEntry(std::string_view& list)
 std::string findProgram(const std::string& program, const Environment& environment)
 {
     if (program.find('/') != std::string::npos) {
-        return std::filesystem::absolute(program).string();
+        std::string file = std::filesystem::absolute(program).string();
+        if (isMissing(file)) {
+            throw ProgramNotFound(program);
+        }
+        return file;
+    }
+    if (program.empty()) {
+        throw ProgramNotFound(program);
     }
     const std::string path = searchPath(environment);
-    int error = ENOENT;
+    bool refused = false;
     for (std::string_view list = path; !list.empty();) {
         const std::string_view folder = takeEntry(list);
         if (!folder.starts_with('/')) {
@@ -65,11 +78,12 @@ std::string findProgram(const std::string& program, const Environment& environme
         if (refusal == 0) {
             return file;
         }
-        if (refusal == EACCES) {
-            error = EACCES;
-        }
+        refused = refused || refusal == EACCES;
     }
-    throw std::system_error(error, std::system_category(), startFailure(program, {}));
+    if (refused) {
+        throw std::system_error(EACCES, std::system_category(), startFailure(program, {}));
+    }
+    throw ProgramNotFound(program);
 }
 
 } // namespace orb::process::detail

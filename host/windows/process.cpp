@@ -4,6 +4,7 @@
 #include "child.h"
 #include "last_error.h"
 #include "pipe.h"
+#include "run_program.h"
 #include "run_session.h"
 #include "start.h"
 
@@ -105,14 +106,15 @@ Handle ownStream(DWORD stream)
 
 } // namespace
 
-RunResult run(const std::vector<std::string>& arguments, const Environment& environment, const std::string& workingDir,
-              bool detach, const RunOptions& options)
+void startDetached(const std::vector<std::string>& arguments, const Environment& environment,
+                   const std::string& workingDir)
 {
-    checkArguments(arguments, environment, workingDir);
-    if (detach) {
-        startProgram({arguments, environment, workingDir, {openNullDevice(), openNullDevice(), openNullDevice()}});
-        return {};
-    }
+    startProgram({arguments, environment, workingDir, {openNullDevice(), openNullDevice(), openNullDevice()}});
+}
+
+RunResult runProgram(const std::vector<std::string>& arguments, const Environment& environment,
+                     const std::string& workingDir, const RunOptions& options)
+{
     Pipe output = makePipe(Direction::fromProgram);
     Pipe error = makePipe(Direction::fromProgram);
     Pipe input = options.inputHandler ? makePipe(Direction::toProgram) : Pipe{{}, openNullDevice()};

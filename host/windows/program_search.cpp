@@ -1,12 +1,11 @@
 #include "program_search.h"
 
-#include "arguments.h"
 #include "last_error.h"
+#include "run_program.h"
 #include "wide_text.h"
 
 #include <algorithm>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include <windows.h>
@@ -19,6 +18,15 @@ bool isFile(const std::wstring& path)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+bool isMissing(const std::wstring& path)
+{
+    if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+        return false;
+    }
+    const DWORD error = GetLastError();
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 bool isSlash(wchar_t character)
@@ -86,12 +94,16 @@ std::wstring findProgram(const std::string& program, const Variables& variables)
 {
     const std::wstring name = wide(program);
     if (program.find_first_of("\\/:") != std::string::npos) {
-        return fullPath(name);
+        std::wstring file = fullPath(name);
+        if (isMissing(file)) {
+            throw ProgramNotFound(program);
+        }
+        return file;
     }
     const bool hasExtension = name.find(L'.') != std::wstring::npos;
     const std::wstring file = searchFolders(hasExtension ? name : name + L".exe", variables);
     if (file.empty()) {
-        throw std::system_error(ERROR_FILE_NOT_FOUND, std::system_category(), startFailure(program, {}));
+        throw ProgramNotFound(program);
     }
     return file;
 }

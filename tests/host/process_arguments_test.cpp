@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -160,7 +161,6 @@ TEST(ProcessArguments, thatCannotBePassedFaithfullyAreRefused)
 {
     const std::string nul("a\0b", 3);
     EXPECT_THROW(run({}), std::invalid_argument);
-    EXPECT_THROW(run({""}), std::invalid_argument);
     EXPECT_THROW(run(child({"print", nul, ""})), std::invalid_argument);
     EXPECT_THROW(run({nul}), std::invalid_argument);
     EXPECT_THROW(run(child({"folder"}), {}, nul), std::invalid_argument);

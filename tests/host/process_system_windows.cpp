@@ -51,7 +51,7 @@ std::size_t openHandles()
     std::size_t count = 0;
     for (std::ptrdiff_t value = 4; value < farthest; value += 4) {
         DWORD flags = 0;
-        count += GetHandleInformation(asHandle(value), &flags) != FALSE ? 1 : 0;
+        count += GetHandleInformation(asHandle(value), &flags) != FALSE ? 1U : 0U;
     }
     return count;
 }

@@ -181,6 +181,17 @@ int awaitFile(const Arguments& arguments)
     return 0;
 }
 
+// GO DONE: prints "ready", waits for the one file and makes the other appear.
+int relay(const Arguments& arguments)
+{
+    std::cout << "ready" << std::flush;
+    while (!std::filesystem::exists(arguments.at(2))) {
+        pause("10");
+    }
+    std::ofstream(arguments.at(3)) << "";
+    return 0;
+}
+
 // A test that hangs.
 int hang(const Arguments&)
 {
@@ -207,6 +218,7 @@ const std::map<std::string, std::function<int(const Arguments&)>>& modes()
         {"pour", pour},
         {"print", print},
         {"program-name", printProgramName},
+        {"relay", relay},
         {"sleep", sleep},
         {"touch", touch},
         {"variables", printVariables},

@@ -90,12 +90,17 @@ TEST_F(DockerSearch, AFailedLookUpMeansNoClient)
     EXPECT_FALSE(orb::lvm::getContainerCommandPrefix("").empty());
 }
 
-TEST_F(DockerSearch, WithoutAClientStartAndStopReportTheEmptyPath)
+TEST_F(DockerSearch, WithoutAClientStartAndStopReportFailureAndRemovalReturns)
 {
     programs.add("where", "", 1);
-    EXPECT_THROW(orb::lvm::startContainerIfNecessary("", ""), std::invalid_argument);
-    EXPECT_THROW(orb::lvm::stopContainerIfNecessary(""), std::invalid_argument);
-    EXPECT_THROW(orb::lvm::clearDistroImage(""), std::invalid_argument);
+    EXPECT_FALSE(orb::lvm::startContainerIfNecessary("", ""));
+    EXPECT_FALSE(orb::lvm::stopContainerIfNecessary(""));
+    EXPECT_NO_THROW(orb::lvm::clearDistroImage(""));
+}
+
+TEST_F(DockerSearch, WithoutALookUpCommandThereIsNoClient)
+{
+    EXPECT_EQ(orb::lvm::getContainerExecutablePath(), "");
 }
 
 } // namespace

@@ -156,6 +156,23 @@ TEST_F(DockerProvisioning, AGivenArchiveIsTakenAsItIs)
                            images(client)}));
 }
 
+TEST_F(DockerProvisioning, AnArchiveOfAnyTypeIsLeftToTheClient)
+{
+    const std::string archive = folder.makeFolder("archive");
+    expectStart("");
+    host().expectRun({client, "load", "-i", archive});
+    expectImages(client, hub);
+    dockerImportFromTarIfNecessary(archive, "", false);
+}
+
+TEST_F(DockerProvisioning, AClientPathOfAnyTypeIsTakenForAClient)
+{
+    const std::string directory = folder.makeFolder("folder/docker.exe");
+    expectDockerLookup(directory);
+    expectImages(directory, hub);
+    dockerImportFromTarIfNecessary("", "", false);
+}
+
 TEST_F(DockerProvisioning, NoClientIsAnErrorThatIsLogged)
 {
     host().expectRun({"where", "docker.exe"}, {1, "", ""});

@@ -114,6 +114,13 @@ TEST_F(Setup, TheTextBecomesUtf8)
     callWithoutOutput(kelp_container_setup, 0, 1, {&text});
 }
 
+TEST_F(Setup, AZeroCharacterDoesNotEndTheText)
+{
+    text.text = std::u16string(u"a\0b", 3);
+    expectImport(std::string("a\0b", 3));
+    callWithoutOutput(kelp_container_setup, 0, 1, {&text});
+}
+
 TEST_F(Setup, AnEmptyTextMeansTheDefaultArchive)
 {
     text.text.clear();

@@ -73,8 +73,12 @@ struct RunOptions {
 //              current folder on Windows and the caller's folder elsewhere.
 // detach       Do not wait: streams are the null device, and the result is all empty. The options are not used then.
 //
-// Throws std::system_error with the system's own code when the program cannot be found or started (what() names the
-// program), and std::invalid_argument for what cannot be passed faithfully: an empty vector or program name, an
+// A program that does not exist, or whose name is empty, is no exception but a run that failed: the status is 127, as
+// shells report it, and one line on standard error names the program. So a look-up command that is not installed reads
+// like one that found nothing. Handlers are not called then. With `detach` it is an exception.
+//
+// Throws std::system_error with the system's own code when the program cannot be started for any other reason (what()
+// names the program), and std::invalid_argument for what cannot be passed faithfully: an empty vector, an
 // embedded NUL, the name of a variable that is empty or holds "=", text that is not UTF-8 on Windows, a program name
 // with a double quote on Windows, a .bat or .cmd file on any system. A status other than zero is not an error. An
 // exception from a handler ends the program and passes to the caller.
@@ -82,7 +86,8 @@ KORVANE_HOST_API RunResult run(const std::vector<std::string>& arguments, const 
                                const std::string& workingDir = {}, bool detach = false, const RunOptions& options = {});
 
 // Runs a program with the caller's own standard streams and gives back its exit status. Arguments, environment,
-// working folder and errors are those of run().
+// working folder and errors are those of run(), except that a program that does not exist is a std::system_error here
+// (errc::no_such_file_or_directory).
 KORVANE_HOST_API std::int32_t runAttached(const std::vector<std::string>& arguments,
                                           const Environment& environment = {}, const std::string& workingDir = {});
 
