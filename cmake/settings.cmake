@@ -29,6 +29,8 @@ find_package(Boost 1.81 REQUIRED COMPONENTS log filesystem)
 
 # Sanitizers must cover every object of a program, third-party ones included.
 if(ZQORB_SANITIZE)
+    # The code that sanitizers add makes the compiler see uninitialised variables where there are none.
+    add_compile_options(-Wno-maybe-uninitialized)
     add_compile_options(-fsanitize=${ZQORB_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${ZQORB_SANITIZE})
 endif()

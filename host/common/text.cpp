@@ -2,7 +2,6 @@
 
 #include "unicode.h"
 
-#include <filesystem>
 #include <limits>
 #include <system_error>
 
@@ -49,23 +48,16 @@ std::u16string cvt_utf8_ustring(std::string_view text)
 
 std::string cvt_ustring_string(std::u16string_view text)
 {
-    cvt_ustring_utf8(text);
-    return std::filesystem::path(text).string();
+    return cvt_ustring_utf8(text);
 }
 
 std::u16string cvt_string_ustring(std::string_view text)
 {
-    // The converter of the file-system layer counts in int.
+    // The converters of file-system layers count in int.
     if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
         throw std::system_error(std::make_error_code(std::errc::value_too_large), "text is too long for a path");
     }
-    std::u16string result;
-    try {
-        result = std::filesystem::path(text).u16string();
-    } catch (const std::system_error&) {
-        throwMalformed("text is not well-formed in the native narrow encoding");
-    }
-    return result;
+    return cvt_utf8_ustring(text);
 }
 
 namespace {

@@ -80,11 +80,10 @@ TEST(Text, MalformedUtf8IsAnError)
     }
 }
 
-TEST(Text, TheNativeNarrowEncodingIsThatOfFileSystemPaths)
+TEST(Text, TheNativeNarrowEncodingIsUtf8)
 {
-    const std::u16string name = u"distro é";
-    EXPECT_EQ(cvt_string_ustring(cvt_ustring_string(name)), name);
-    EXPECT_EQ(cvt_ustring_string(u"plain"), "plain");
+    EXPECT_EQ(cvt_ustring_string(u"distro é"), "distro \xc3\xa9");
+    EXPECT_EQ(cvt_string_ustring("distro \xc3\xa9"), u"distro é");
     const char16_t high[] = {0xD83D};
     expectIllegal([&] { cvt_ustring_string({high, 1}); });
     expectIllegal([&] { cvt_string_ustring("\xff\xfe"); });

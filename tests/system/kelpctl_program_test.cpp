@@ -42,6 +42,8 @@ std::string withoutCarriageReturns(std::string text)
 
 class KelpctlOnWsl : public testing::Test {
 protected:
+    ~KelpctlOnWsl() override { wsl.clear(); }
+
     RunResult kelpctl(std::vector<std::string> arguments, const std::string& input = {}) const
     {
         arguments.insert(arguments.begin(), {"--wsl", "--release", "R2026b"});

@@ -80,6 +80,11 @@ Wsl::Wsl()
 
 Wsl::~Wsl()
 {
+    clear();
+}
+
+void Wsl::clear() const
+{
     for (const std::string& name : distributions()) {
         run({"--unregister", name});
     }

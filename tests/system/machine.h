@@ -82,6 +82,8 @@ public:
     orb::process::detail::RunResult run(std::vector<std::string> arguments) const;
     // Registers a distribution from the hub's archive.
     void import(const std::string& name) const;
+    // Unregisters all. A distribution's folder must go this way: it holds links that mean nothing on Windows.
+    void clear() const;
     // The registered distributions, or those that run.
     std::vector<std::string> distributions() const;
     std::vector<std::string> running() const;

@@ -38,7 +38,6 @@ std::vector<std::unique_ptr<EnvironmentVariable>> bridgeVariables()
 {
     const std::string folder = unixPath(standInFolder());
     std::vector<std::unique_ptr<EnvironmentVariable>> variables;
-    variables.push_back(std::make_unique<EnvironmentVariable>("WINEDLLPATH", folder));
     variables.push_back(std::make_unique<EnvironmentVariable>("WINE_BRIDGE_WSL", folder + "/linux/wsl"));
     variables.push_back(std::make_unique<EnvironmentVariable>("WINE_BRIDGE_DOCKER", "/usr/bin/docker"));
     return variables;

@@ -53,7 +53,11 @@ class WslFailures : public testing::Test {
 protected:
     WslFailures() { wsl.import("bystander"); }
     // Whatever was tried, what was there before is there still, and nothing new.
-    ~WslFailures() override { EXPECT_THAT(wsl.distributions(), ElementsAre("bystander")); }
+    ~WslFailures() override
+    {
+        EXPECT_THAT(wsl.distributions(), ElementsAre("bystander"));
+        wsl.clear();
+    }
 
     std::filesystem::path file(const std::string& content) const
     {

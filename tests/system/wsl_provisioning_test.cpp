@@ -31,6 +31,8 @@ RunResult runInside(const std::vector<std::string>& program, std::map<std::strin
 
 class WslProvisioning : public testing::Test {
 protected:
+    ~WslProvisioning() override { wsl.clear(); }
+
     InstallTree tree;
     Wsl wsl;
     // Last: the others have folders of their own.

@@ -26,12 +26,15 @@ inline std::string cvt_ustring_utf8(std::u16string_view text)
 // values above U+10FFFF.
 KORVANE_HOST_API std::u16string cvt_utf8_ustring(std::string_view text);
 
-// UTF-16 to the native narrow encoding: the encoding in which std::filesystem::path takes a narrow string on this
-// toolchain (UTF-8 on Linux and with mingw-w64, the ANSI code page with MSVC).
-// Throws std::system_error when the text is not well-formed or has no form in that encoding.
+// UTF-16 to the native narrow encoding, in which paths are passed to programs. It is UTF-8 on all our systems. Make a
+// std::filesystem::path of such text through cvt_string_ustring(): on Windows the standard library would read the bytes
+// by rules of its own.
+// Throws std::system_error (errc::illegal_byte_sequence) on an unpaired surrogate.
 KORVANE_HOST_API std::string cvt_ustring_string(std::u16string_view text);
 
-// The native narrow encoding to UTF-16. Throws std::system_error as above.
+// The native narrow encoding to UTF-16.
+// Throws std::system_error: errc::illegal_byte_sequence for text that is not well-formed, errc::value_too_large for
+// more bytes than a path can have (2,147,483,647).
 KORVANE_HOST_API std::u16string cvt_string_ustring(std::string_view text);
 
 // What a program printed, as UTF-8 that can be shown to a person. wsl.exe and the programs it starts write UTF-16LE
