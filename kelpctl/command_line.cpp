@@ -21,7 +21,7 @@ struct CommandText {
 constexpr std::array<CommandText, 10> commandTexts = {{
     {"setup", "Create the environment, as the host's interpreter does", "kelpctl setup kelp_hub_distro.tar.gz"},
     {"teardown", "Remove the environment, as the host's interpreter does", "kelpctl teardown"},
-    {"check", "Print 0 when WSL can be used, -3 when it cannot", "kelpctl check"},
+    {"check", "Print 0 when WSL can be used, -3 when it cannot, whichever backend is selected", "kelpctl check"},
     {"provision", "Create a distribution or an image from an archive",
      "kelpctl --docker provision --archive rootfs.tar --name my_hub --root-fs"},
     {"remove", "Remove a distribution or an image", "kelpctl remove my_hub"},

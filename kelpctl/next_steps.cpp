@@ -9,7 +9,8 @@ constexpr std::array identifiers = {
     NextStep{"DOCKER_NOT_AVAILABLE",
              "Install Docker, or put the folder of docker.exe into PATH; with --wsl, WSL is used instead."},
     NextStep{"IMAGE_NOT_EXIST", "See with \"docker images\" what the archive holds, and name that image with --name."},
-    NextStep{"TAR_FILE_LOAD_ERROR", "Check the archive: \"provision --root-fs\" takes a root file system, "
+    NextStep{"TAR_FILE_LOAD_ERROR", "See with \"docker version\" that Docker runs, then check the archive: \"provision "
+                                    "--root-fs\" takes a root file system, "
                                     "\"provision\" without it an image that \"docker save\" wrote."},
     NextStep{"TAR_FILE_NOT_AVAILABLE", "Name an archive that exists, or the installation that holds it with --root."},
     NextStep{"WSL_CANNOT_IMPORT_TAR_FILE",
@@ -45,7 +46,9 @@ constexpr char busy[] =
 
 constexpr std::array wslCodes = {
     NextStep{"ERROR_FILE_NOT_FOUND", "Name an archive that exists, or the installation that holds it with --root."},
-    NextStep{"ERROR_PATH_NOT_FOUND", "Check that the folder that TEMP names exists and that you may write to it."},
+    NextStep{"ERROR_PATH_NOT_FOUND",
+             "Put kelp_hub_distro.tar.gz into the folder named above, or name an archive, or the installation that "
+             "holds one with --root. If the archive is there, check that the folder that TEMP names exists."},
     NextStep{"ERROR_ALREADY_EXISTS", nameTaken},
     NextStep{"0x800700b7", nameTaken},
     NextStep{"ERROR_FILE_EXISTS", "Try again: each try uses a new folder. See with \"wsl --list\" who uses this one."},

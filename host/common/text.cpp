@@ -2,6 +2,7 @@
 
 #include "unicode.h"
 
+#include <algorithm>
 #include <limits>
 #include <system_error>
 
@@ -92,6 +93,15 @@ bool beginsUtf16Line(std::string_view captured, std::size_t length)
     return nul != std::string_view::npos && (nul <= length || nul % 2 == 1);
 }
 
+// A log line or a message may put a label in front of what a program printed: ASCII that ends in "= ".
+std::size_t labelLength(std::string_view line)
+{
+    const auto isPrintable = [](char character) { return character >= ' ' && character <= '~'; };
+    const auto end = std::find_if_not(line.begin(), line.end(), isPrintable);
+    const std::size_t mark = std::string_view(line.begin(), end).rfind("= ");
+    return mark == std::string_view::npos ? 0 : mark + 2;
+}
+
 // Takes one line of UTF-16LE, its line end included, from the front of `rest`.
 std::u16string takeUtf16Line(std::string_view& rest)
 {
@@ -157,6 +167,9 @@ std::string readable(std::string_view captured)
             result += line;
             captured.remove_prefix(length);
         } else if (beginsUtf16Line(captured, length)) {
+            const std::size_t label = labelLength(line);
+            result += line.substr(0, label);
+            captured.remove_prefix(label);
             appendReadable(result, takeUtf16Line(captured));
         } else {
             appendReadable(result, line);

@@ -126,6 +126,13 @@ TEST(Readable, OneStreamMayMixBothEncodings)
               "cout = \nKein Zugriff é.\n\ncerr = \nbsdtar: é\n\n");
 }
 
+TEST(Readable, ALabelMayStandInFrontOfUtf16)
+{
+    EXPECT_EQ(readable("unsuccessful cout = " + utf16le(u"There is none.\r\n")),
+              "unsuccessful cout = There is none.\n");
+    EXPECT_EQ(readable("a = b, cout = " + utf16le(u"没有分发\r\n")), "a = b, cout = 没有分发\n");
+}
+
 TEST(Readable, BytesThatAreNeitherBecomeReplacementCharacters)
 {
     EXPECT_EQ(readable("gr\xfc\xdf\n"), "gr\uFFFD\uFFFD\n");

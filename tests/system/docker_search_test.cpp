@@ -90,6 +90,14 @@ TEST_F(DockerSearch, AFailedLookUpMeansNoClient)
     EXPECT_FALSE(orb::lvm::getContainerCommandPrefix("").empty());
 }
 
+TEST_F(DockerSearch, AnErrorOfTheLibraryIsCaughtAsItsExactType)
+{
+    programs.add("where", "", 1);
+    using DockerNotAvailable =
+        foundation::core::except::Exception<orb::container_support::DOCKER_NOT_AVAILABLE, std::exception, void>;
+    EXPECT_THROW(orb::lvm::importFromTarIfNecessary("", "", false), DockerNotAvailable);
+}
+
 TEST_F(DockerSearch, WithoutAClientStartAndStopReportFailureAndRemovalReturns)
 {
     programs.add("where", "", 1);

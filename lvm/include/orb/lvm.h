@@ -2,26 +2,30 @@
 //
 // The environment is a WSL distribution or a Docker image with a long-lived container. Which of the two is decided
 // by the environment variable USE_WSL, read by each function below that depends on it: unset or exactly "1" is
-// WSL, anything else is Docker. Once the variable has been found set, its first value stays in force for the process.
+// WSL, anything else, an empty value included, is Docker. Once the variable has been found set, its first value stays
+// in force for the process.
 //
 // Text            All narrow strings are UTF-8. Paths are in the system's native form.
-// Threads         Every function may be called from any thread; each runs its child processes on the caller's thread
-// and
-//                 returns when they have ended. There is no lock: two threads that provision at the same time may both
-//                 try, and the one that the backend refuses gets the backend's error.
+// Threads         Every function may be called from any thread, and runs its child processes on that thread until they
+//                 have ended. There is no lock: of two threads that provision at the same time both may try, and the
+//                 one that the backend refuses gets the backend's error. The environment is read with getenv, so
+//                 nothing may change it meanwhile.
 // Default names   The distribution and the image are "kelp_hub_" followed by the host's release ("kelp_hub" when the
 //                 host reports none), the container is "kelp_hub".
 // Cached          For the life of the process: the path of wsl.exe, the release text, the archive directory, and
-//                 USE_WSL once it is set. Nothing else; distributions, images and docker.exe are asked for every time.
+//                 USE_WSL once it is set. A later change of the host's configuration is not seen. Nothing else is kept;
+//                 distributions, images and docker.exe are asked for every time.
 // Read            USE_WSL; USE_DOCKER_REPOSITORY ("1": pull the image from the registry before the archive is used);
 //                 AUX_DOCKER_ARGS (further arguments of "docker run", split at white space, no quoting);
 //                 KELP_ADDITIONAL_LOGGING ("1": log the arguments and the result of each distribution listing).
 // Logged          On the channels "orb:lvm:common", "orb:lvm:wsl" and "orb:lvm:docker", at the levels 8 (detail) and
 //                 512 (error).
-// Errors          Besides those named at each function: std::system_error when a program cannot be started, and
-//                 std::filesystem::filesystem_error when a file cannot be looked at. The five errors of the catalogue
-//                 are foundation::core::except::Exception<TAG, std::exception, void> with a TAG of
-//                 orb::container_support; catch foundation::core::except::IMsgIDException for all of them.
+// Errors          The five errors of the catalogue are foundation::core::except::Exception<TAG, std::exception, void>
+//                 with a TAG of orb::container_support, declared in host/exceptions.h; catch
+//                 foundation::core::except::IMsgIDException for all of them. Besides these: std::system_error when a
+//                 program is there but cannot be started, or a text is not UTF-8;
+//                 std::filesystem::filesystem_error when a file cannot be looked at. A program that is not there is no
+//                 exception but a run that failed with status 127.
 #pragma once
 
 #include <map>
@@ -66,12 +70,12 @@ struct ZQORB_LVM_TAG IMAGE_NOT_EXIST {
 struct ZQORB_LVM_TAG TAR_FILE_LOAD_ERROR {
     static constexpr char identifier[] = "TAR_FILE_LOAD_ERROR";
 };
-// The archive does not exist. 1: the archive.
+// Docker only: the archive does not exist. 1: the archive.
 struct ZQORB_LVM_TAG TAR_FILE_NOT_AVAILABLE {
     static constexpr char identifier[] = "TAR_FILE_NOT_AVAILABLE";
 };
-// WSL could not import the archive. 1: the archive; 2: "cout = ", a line end, what wsl.exe printed on standard output,
-// a line end, "cerr = ", a line end, its standard error and a line end, as captured.
+// WSL could not import the archive, which may also be missing. 1: the archive; 2: "cout = ", a line end, what wsl.exe
+// printed on standard output, a line end, "cerr = ", a line end, its standard error and a line end, as captured.
 struct ZQORB_LVM_TAG WSL_CANNOT_IMPORT_TAR_FILE {
     static constexpr char identifier[] = "WSL_CANNOT_IMPORT_TAR_FILE";
 };
@@ -84,13 +88,16 @@ namespace orb::lvm {
 // archive. Under WSL a distribution that is there but stopped, while the host has no address on the WSL network, is
 // started, and its address waited for, at most 0.3 s.
 //
-// tarPath            The archive file. Empty: "kelp_hub_distro.tar.gz" (WSL) or "kelp_hub_docker.tar.gz" (Docker), or
+// tarPath            The archive file, relative paths from the current folder; not looked at when the environment is
+//                    there. Empty: "kelp_hub_distro.tar.gz" (WSL) or "kelp_hub_docker.tar.gz" (Docker), or
 //                    the same name without ".gz", in getContainerTarsDirectory().
 // imageName          The distribution or image. Empty: the default name. For Docker it is the repository's last
 //                    component, without registry, path or tag.
 // useRootFsArchive   Docker only. True: the archive is a root file system for "docker import" (default
 //                    "kelp_hub_distro.tar.gz", else "kelp_hub_docker.tar"); name the image then, an empty
 //                    imageName is passed to "docker import" as it is. False: a saved image for "docker load".
+//
+// A new distribution's files lie in a new folder of the temporary directory, for as long as the distribution exists.
 //
 // Throws WSL_CANNOT_IMPORT_TAR_FILE; DOCKER_NOT_AVAILABLE, TAR_FILE_NOT_AVAILABLE, TAR_FILE_LOAD_ERROR,
 // IMAGE_NOT_EXIST. A failed import leaves its empty folder in the temporary directory. When the registry pull is
@@ -112,22 +119,25 @@ ZQORB_LVM_API bool startContainerIfNecessary(const std::string& containerName, c
 ZQORB_LVM_API bool stopContainerIfNecessary(const std::string& containerName);
 
 // The start of a command line that runs a program inside the environment; the program and its arguments are appended.
-// The path is quoted when it holds a blank. The WSL form ends in " --exec " with a blank, the Docker form in the
-// container name without one. `containerName` is ignored under WSL; empty: "kelp_hub".
+// Under WSL it is always the default distribution that runs the program, and `containerName` is ignored; under Docker it
+// is the container of that name (empty: "kelp_hub"). The path is quoted when it holds a blank. The WSL form ends in
+// " --exec " with a blank, the Docker form in the container name without one.
 ZQORB_LVM_API std::string getContainerCommandPrefix(const std::string& containerName);
 
 // The same as an argument vector, unquoted: the program and its arguments are appended as elements.
 ZQORB_LVM_API std::vector<std::string> getContainerArgumentsPrefix(const std::string& containerName);
 
-// The path of wsl.exe, or of docker.exe. Empty when there is no Docker client.
+// The path of wsl.exe ("C:\Windows\System32\wsl.exe" when none was found), or of docker.exe (empty when the look-up
+// found none).
 ZQORB_LVM_API std::string getContainerExecutablePath();
 
 // Prepares a command that runs inside the environment so that it sees the variables of `env`. The hub runtime's library
 // path is put at the end of LD_LIBRARY_PATH in `env` first, in both backends.
 //
-// WSL: `args` is left alone, and `env` gains a WSLENV entry that names its variables (a WSLENV entry of the caller
-// stays as it is); start wsl.exe with `env` added to its environment. A key may carry a WSLENV flag ("NAME/p"). Docker:
-// for each variable "-e" and "NAME=VALUE" are put in front of the last element of `args`, so pass the vector of
+// WSL: `args` is left alone, and `env` gains a WSLENV entry that names its variables; a WSLENV entry that `env` has
+// already stays as it is and decides alone what is shared. Start wsl.exe with `env` added to its environment. A key may carry a
+// WSLENV flag ("NAME/p").
+// Docker: for each variable "-e" and "NAME=VALUE" are put in front of the last element of `args`, so pass the vector of
 // getContainerArgumentsPrefix() before the program is appended. A flag is dropped from the name; empty `args` stay
 // empty.
 ZQORB_LVM_API void applySharedEnvironment(std::vector<std::string>& args, std::map<std::string, std::string>& env);
@@ -143,8 +153,8 @@ ZQORB_LVM_API const std::u16string& getContainerTarsDirectory();
 
 extern "C" {
 
-// The gateways that the host's interpreter calls. Each takes the number of outputs, the output slots, the number of
-// inputs and the inputs.
+// The gateways that the host's interpreter calls; host/array.h has hxArray and its functions. Each takes the number of
+// outputs, the output slots, the number of inputs and the inputs.
 
 // Provisions: importFromTarIfNecessary(inputs[0], "", false). A first input that is missing or no character array
 // means the default archive; further inputs are ignored. Writes no output. Throws what importFromTarIfNecessary throws.
