@@ -119,8 +119,8 @@ ZQORB_LVM_API bool startContainerIfNecessary(const std::string& containerName, c
 ZQORB_LVM_API bool stopContainerIfNecessary(const std::string& containerName);
 
 // The start of a command line that runs a program inside the environment; the program and its arguments are appended.
-// Under WSL it is always the default distribution that runs the program, and `containerName` is ignored; under Docker it
-// is the container of that name (empty: "kelp_hub"). The path is quoted when it holds a blank. The WSL form ends in
+// Under WSL it is always the default distribution that runs the program, and `containerName` is ignored; under Docker
+// it is the container of that name (empty: "kelp_hub"). The path is quoted when it holds a blank. The WSL form ends in
 // " --exec " with a blank, the Docker form in the container name without one.
 ZQORB_LVM_API std::string getContainerCommandPrefix(const std::string& containerName);
 
@@ -135,8 +135,8 @@ ZQORB_LVM_API std::string getContainerExecutablePath();
 // path is put at the end of LD_LIBRARY_PATH in `env` first, in both backends.
 //
 // WSL: `args` is left alone, and `env` gains a WSLENV entry that names its variables; a WSLENV entry that `env` has
-// already stays as it is and decides alone what is shared. Start wsl.exe with `env` added to its environment. A key may carry a
-// WSLENV flag ("NAME/p").
+// already stays as it is and decides alone what is shared. Start wsl.exe with `env` added to its environment. A key may
+// carry a WSLENV flag ("NAME/p").
 // Docker: for each variable "-e" and "NAME=VALUE" are put in front of the last element of `args`, so pass the vector of
 // getContainerArgumentsPrefix() before the program is appended. A flag is dropped from the name; empty `args` stay
 // empty.
