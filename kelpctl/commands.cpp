@@ -123,7 +123,7 @@ Outcome env(const Request& request, Console& /*console*/)
         outcome.lines.push_back("argument: " + argument);
     }
     for (const auto& [name, value] : environment) {
-        outcome.lines.push_back("environment: " + name + "=" + value);
+        outcome.lines.emplace_back("environment: ").append(name).append("=").append(value);
     }
     return outcome;
 }

@@ -19,6 +19,7 @@ using foundation::core::text::readable;
 std::vector<std::string> readableAll(const std::vector<std::string>& texts)
 {
     std::vector<std::string> result;
+    result.reserve(texts.size());
     for (const std::string& text : texts) {
         result.push_back(readable(text));
     }

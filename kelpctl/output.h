@@ -16,7 +16,7 @@
 namespace kelpctl {
 
 // What a command has to say: the same for people and for programs.
-struct Outcome {
+struct Outcome { // NOLINT(bugprone-exception-escape): the JSON library does not say that moving is safe
     std::vector<std::string> lines;
     nlohmann::ordered_json result;
     std::optional<Report> failure;

@@ -35,14 +35,14 @@ bool wslFailureIsAmbiguous();
 class StandardStreams {
 public:
     StandardStreams();
-    ~StandardStreams();
+    ~StandardStreams(); // NOLINT(performance-trivially-destructible): on Windows it has something to do
 
     StandardStreams(const StandardStreams&) = delete;
     StandardStreams& operator=(const StandardStreams&) = delete;
 
 private:
     // The console's code page to go back to; 0 when it was not changed.
-    unsigned int codePage_ = 0;
+    [[maybe_unused]] unsigned int codePage_ = 0;
 };
 
 } // namespace kelpctl

@@ -56,6 +56,7 @@ public:
     // A copy on the heap, the caller's to delete.
     const boost::exception_detail::clone_base* clone() const override { return new Exception(*this); }
     // Throws a copy of this exception as its exact type.
+    // NOLINTNEXTLINE(cert-err60-cpp): its copies do not throw, but boost::exception does not say so
     [[noreturn]] void rethrow() const override { throw *this; }
 
     const char* what() const noexcept override { return description(); }
