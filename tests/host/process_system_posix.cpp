@@ -43,7 +43,7 @@ ForeignFile::ForeignFile(const std::filesystem::path& folder)
     // Far from the numbers that a program's own files get.
     constexpr int farAway = 200;
     const std::filesystem::path file = folder / "foreign";
-    const int opened = ::open(file.c_str(), O_RDWR | O_CREAT, 0600); // NOLINT: O_CLOEXEC is what it lacks on purpose
+    const int opened = ::open(file.c_str(), O_RDWR | O_CREAT, 0600); // O_CLOEXEC is what it lacks on purpose
     handle_ = ::fcntl(opened, F_DUPFD, farAway);
     ::close(opened);
     std::filesystem::resize_file(file, size);

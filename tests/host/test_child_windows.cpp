@@ -74,7 +74,7 @@ long long openFileSize(const std::string& handle)
 {
     LARGE_INTEGER size{};
     const auto value = static_cast<std::uintptr_t>(std::stoull(handle));
-    const BOOL known = GetFileSizeEx(reinterpret_cast<HANDLE>(value), &size); // NOLINT: a handle is a number here
+    const BOOL known = GetFileSizeEx(reinterpret_cast<HANDLE>(value), &size); // a handle is a number here
     return known != FALSE ? size.QuadPart : -1;
 }
 
