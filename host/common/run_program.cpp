@@ -2,6 +2,8 @@
 
 #include "arguments.h"
 
+#include <atomic>
+
 namespace orb::process::detail {
 
 namespace {
@@ -9,7 +11,44 @@ namespace {
 // What shells report.
 constexpr std::int32_t notFoundStatus = 127;
 
+std::atomic<RunObserver*> currentObserver{nullptr};
+
+RunResult runOrReportMissing(const std::vector<std::string>& arguments, const Environment& environment,
+                             const std::string& workingDir, const RunOptions& options)
+{
+    try {
+        return runProgram(arguments, environment, workingDir, options);
+    } catch (const ProgramNotFound& failure) {
+        return {notFoundStatus, {}, std::string(failure.what()) + "\n"};
+    }
+}
+
+RunResult runObserved(RunObserver& observer, const std::vector<std::string>& arguments, const Environment& environment,
+                      const std::string& workingDir, const RunOptions& options)
+{
+    RunOptions observed = options;
+    observed.terminationHandler = [&observer, &options] {
+        return observer.endWanted() || (options.terminationHandler && options.terminationHandler());
+    };
+    observer.started(arguments);
+    try {
+        RunResult result = runOrReportMissing(arguments, environment, workingDir, observed);
+        observer.ended(arguments, &result);
+        return result;
+    } catch (...) {
+        observer.ended(arguments, nullptr);
+        throw;
+    }
+}
+
 } // namespace
+
+RunObserver::~RunObserver() = default;
+
+RunObserver* observeRuns(RunObserver* observer) noexcept
+{
+    return currentObserver.exchange(observer);
+}
 
 ProgramNotFound::ProgramNotFound(const std::string& program)
     : std::system_error(std::make_error_code(std::errc::no_such_file_or_directory), startFailure(program, {}))
@@ -24,11 +63,10 @@ RunResult run(const std::vector<std::string>& arguments, const Environment& envi
         startDetached(arguments, environment, workingDir);
         return {};
     }
-    try {
-        return runProgram(arguments, environment, workingDir, options);
-    } catch (const ProgramNotFound& failure) {
-        return {notFoundStatus, {}, std::string(failure.what()) + "\n"};
+    if (RunObserver* const observer = currentObserver.load()) {
+        return runObserved(*observer, arguments, environment, workingDir, options);
     }
+    return runOrReportMissing(arguments, environment, workingDir, options);
 }
 
 } // namespace orb::process::detail

@@ -36,9 +36,9 @@ void RunSession::extendStreamDeadline()
 {
     // A limit too long to be added to the clock is no limit.
     const Clock::time_point now = Clock::now();
-    const bool endless =
-        options_.streamTimeout >= std::chrono::floor<std::chrono::milliseconds>(Clock::time_point::max() - now);
-    streamDeadline_ = endless ? Clock::time_point::max() : now + options_.streamTimeout;
+    const auto limit = terminated_ ? std::min(options_.streamTimeout, terminatedStreamTimeout) : options_.streamTimeout;
+    const bool endless = limit >= std::chrono::floor<std::chrono::milliseconds>(Clock::time_point::max() - now);
+    streamDeadline_ = endless ? Clock::time_point::max() : now + limit;
 }
 
 std::optional<std::chrono::milliseconds> RunSession::patience() const

@@ -49,6 +49,7 @@ public:
 
 private:
     static constexpr std::chrono::milliseconds questionInterval{100};
+    static constexpr std::chrono::milliseconds terminatedStreamTimeout{500};
 
     Capture& capture(Stream stream) { return stream == Stream::output ? output_ : error_; }
     void extendStreamDeadline();

@@ -211,6 +211,18 @@ TEST(TerminationHandler, isAskedAboutTenTimesASecond)
     EXPECT_THAT(asked, testing::AllOf(testing::Ge(3), testing::Le(15)));
 }
 
+TEST(TerminationHandler, doesNotWaitLongForTheDescendantsOfTheEndedProgram)
+{
+    RunOptions options;
+    ExitReport report;
+    options.terminationHandler = [] { return true; };
+    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    const auto begin = steady_clock::now();
+    runWith(options, {"keep-company", "sleep", "8000"});
+    EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{4}));
+    EXPECT_TRUE(report.terminated);
+}
+
 TEST(TerminationHandler, passesItsExceptionToTheCallerAndEndsTheProgram)
 {
     RunOptions options;

@@ -160,6 +160,15 @@ int leaveBehind(const Arguments& arguments)
     return 0;
 }
 
+// MODE...: the same, but this program goes on.
+int keepCompany(const Arguments& arguments)
+{
+    const int status = leaveBehind(arguments);
+    std::cout << std::flush;
+    pause("120000");
+    return status;
+}
+
 // FILE: makes the file appear, complete.
 int touch(const Arguments& arguments)
 {
@@ -213,6 +222,7 @@ const std::map<std::string, std::function<int(const Arguments&)>>& modes()
         {"flood", flood},
         {"folder", printFolder},
         {"hang", hang},
+        {"keep-company", keepCompany},
         {"leave-behind", leaveBehind},
         {"open-file", printOpenFileSize},
         {"pour", pour},

@@ -55,7 +55,8 @@ struct RunOptions {
     // Passed to exitCallback, otherwise untouched.
     void* userObject = nullptr;
     // After the program has exited its streams are read until they end, or until nothing has come for this long, so
-    // that a helper process that keeps a pipe open cannot hang the caller.
+    // that a helper process that keeps a pipe open cannot hang the caller. For a program that was ended on request it is
+    // half a second at most.
     std::chrono::milliseconds streamTimeout{5000};
     // Called once, on the caller's thread, when the program has ended and its streams are read.
     std::function<void(const ExitReport&, void* userObject)> exitCallback;
@@ -84,6 +85,25 @@ struct RunOptions {
 // exception from a handler ends the program and passes to the caller.
 KORVANE_HOST_API RunResult run(const std::vector<std::string>& arguments, const Environment& environment = {},
                                const std::string& workingDir = {}, bool detach = false, const RunOptions& options = {});
+
+// Sees every run() of the process, whichever component asks for it: a program that embeds others shows by it what it
+// waits for, and quotes from it when something fails. Detached runs are not seen.
+//
+// Each call comes on the thread that runs the program, those of one run in the order below.
+class KORVANE_HOST_API RunObserver {
+public:
+    virtual ~RunObserver();
+    // The program is about to be started. An exception keeps it from being started, and passes to the caller of run().
+    virtual void started(const std::vector<std::string>& arguments) = 0;
+    // Asked like a termination handler, in addition to it: true ends the program.
+    virtual bool endWanted() = 0;
+    // How the run ended; null when run() throws.
+    virtual void ended(const std::vector<std::string>& arguments, const RunResult* result) noexcept = 0;
+};
+
+// Makes `observer` see the runs that start from now on; null means that nobody does. Gives back the one before. An
+// observer must live until the runs that it has seen starting have ended.
+KORVANE_HOST_API RunObserver* observeRuns(RunObserver* observer) noexcept;
 
 // Runs a program with the caller's own standard streams and gives back its exit status. Arguments, environment,
 // working folder and errors are those of run(), except that a program that does not exist is a std::system_error here
