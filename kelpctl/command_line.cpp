@@ -4,12 +4,17 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <iterator>
+#include <memory>
+#include <numeric>
 #include <string_view>
 
 namespace kelpctl {
 namespace {
 
+constexpr char programName[] = "kelpctl";
+constexpr char purpose[] = "Sets up, runs and removes the Linux environment of the hub.";
 constexpr char endOfOptions[] = "--";
 
 struct CommandText {
@@ -18,10 +23,11 @@ struct CommandText {
     const char* example;
 };
 
-constexpr std::array<CommandText, 10> commandTexts = {{
+constexpr std::array<CommandText, 13> commandTexts = {{
     {"setup", "Create the environment, as the host's interpreter does", "kelpctl setup kelp_hub_distro.tar.gz"},
     {"teardown", "Remove the environment, as the host's interpreter does", "kelpctl teardown"},
     {"check", "Print 0 when WSL can be used, -3 when it cannot, whichever backend is selected", "kelpctl check"},
+    {"doctor", "Examine this computer: what there is, what is missing, what to do next", "kelpctl doctor"},
     {"provision", "Create a distribution or an image from an archive",
      "kelpctl --docker provision --archive rootfs.tar --name my_hub --root-fs"},
     {"remove", "Remove a distribution or an image", "kelpctl remove my_hub"},
@@ -32,7 +38,22 @@ constexpr std::array<CommandText, 10> commandTexts = {{
     {"prefix", "Print the start of a command line that runs inside the environment", "kelpctl prefix --vector"},
     {"env", "Print the arguments behind \"--\" and the variables, prepared for the environment",
      "kelpctl --docker env -e LEVEL=3 -- docker exec kelp_hub"},
+    {"completion", "Print a script that teaches a shell to complete kelpctl's commands and flags",
+     "source <(kelpctl completion bash)"},
+    {"help", "Show the help of a command", "kelpctl help exec"},
 }};
+
+constexpr std::array shells = {"bash", "powershell"};
+constexpr std::array logLevels = {"error", "detail"};
+constexpr char environmentHelp[] =
+    "\nEnvironment:\n"
+    "  USE_WSL                   unset or 1: WSL; anything else: Docker\n"
+    "  KORVANE_ROOT              installation root, when --root is not given\n"
+    "  KORVANE_RELEASE           release, when --release is not given\n"
+    "  AUX_DOCKER_ARGS           further arguments of \"docker run\", split at blanks\n"
+    "  USE_DOCKER_REPOSITORY     1: pull the image from the registry before the archive is used\n"
+    "  KELP_ADDITIONAL_LOGGING   1: log each distribution listing\n"
+    "  NO_COLOR                  not empty: no colours\n";
 
 std::string programHelp()
 {
@@ -40,7 +61,8 @@ std::string programHelp()
     for (const CommandText& command : commandTexts) {
         text += std::string("  ") + command.example + "\n";
     }
-    text += "\nExit status: 0 done, 1 failed, 2 wrong usage; for \"exec\" the program's own.";
+    text += environmentHelp;
+    text += "\nExit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted; for \"exec\" the program's own.";
     return text;
 }
 
@@ -52,6 +74,8 @@ struct Raw {
     bool version = false;
     std::string log;
     std::vector<std::string> variables;
+    std::string helpOn;
+    long timeLimit = 10;
 };
 
 std::string checkLanguage(const std::string& code)
@@ -67,9 +91,10 @@ void addGlobalFlags(CLI::App& app, Raw& raw)
     app.add_option("--release", raw.request.release, "Release of the host product")->type_name("TEXT");
     CLI::Option* wsl = app.add_flag("--wsl", raw.wsl, "Use WSL, whatever USE_WSL says");
     app.add_flag("--docker", raw.docker, "Use Docker, whatever USE_WSL says")->excludes(wsl);
-    CLI::Option* log = app.add_option("--log", raw.log, "Write log records to standard error")
-                           ->type_name("error|detail")
-                           ->check(CLI::IsMember({"error", "detail"}).description(""));
+    CLI::Option* log =
+        app.add_option("--log", raw.log, "Write log records to standard error")
+            ->type_name("error|detail")
+            ->check(CLI::IsMember(std::vector<std::string>(logLevels.begin(), logLevels.end())).description(""));
     app.add_option("--log-file", raw.request.logFile, "Append the log records to a file instead")
         ->type_name("FILE")
         ->needs(log);
@@ -79,6 +104,24 @@ void addGlobalFlags(CLI::App& app, Raw& raw)
         ->check(CLI::Validator(checkLanguage, ""));
     app.add_flag("--version", raw.version, "Print the version");
 }
+
+bool takesProgram(const std::string& command)
+{
+    return command == "exec" || command == "env" || command == "complete";
+}
+
+// The parser never sees what stands behind "--".
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_usage(const CLI::App* app, std::string name) const override
+    {
+        std::string usage = CLI::Formatter::make_usage(app, std::move(name));
+        if (takesProgram(app->get_name())) {
+            usage.insert(usage.find_last_not_of('\n') + 1, " -- PROGRAM [ARG...]");
+        }
+        return usage;
+    }
+};
 
 CLI::App& addCommand(CLI::App& app, const CommandText& text)
 {
@@ -128,7 +171,25 @@ void addFlags(CLI::App& command, Raw& raw)
         command.add_flag("--vector", raw.request.vector, "One argument a line instead of one command line");
     } else if (name == "env") {
         addVariables(command, raw);
+    } else if (name == "doctor") {
+        command.add_option("--time-limit", raw.timeLimit, "How long to wait for each answer of wsl.exe and Docker, 10")
+            ->type_name("SECONDS")
+            ->check(CLI::Range(1L, 600L).description(""));
+    } else if (name == "completion") {
+        command.add_option("shell", raw.request.shell, "bash or powershell")
+            ->required()
+            ->check(CLI::IsMember(std::vector<std::string>(shells.begin(), shells.end())).description(""));
+    } else if (name == "help") {
+        command.add_option("command", raw.helpOn, "The command, all when not given");
     }
+}
+
+// For the scripts of "completion"; nobody types it.
+void addCompleteCommand(CLI::App& app, Raw& raw)
+{
+    CLI::App* command = app.add_subcommand("complete", "Print the candidates for the last word behind \"--\"");
+    command->group("");
+    command->add_flag("--next", raw.request.nextWord, "A new word is to be completed");
 }
 
 // The parser takes "--name=" for a flag whose value is still to come.
@@ -153,7 +214,7 @@ void addVariable(Request& request, const std::string& text)
     const std::size_t equals = text.find('=');
     if (equals == 0 || equals == std::string::npos || text.front() == '/') {
         // A name of nothing but a flag ("/p") is none. The text stays out of the message: it may be a secret.
-        throw UsageError(request.command, "-e takes NAME=VALUE");
+        throw UsageError(request.command, "-e takes NAME=VALUE.");
     }
     request.environment.insert_or_assign(text.substr(0, equals), text.substr(equals + 1));
 }
@@ -170,6 +231,7 @@ Request finished(Raw&& raw, std::string command)
     if (!raw.log.empty()) {
         request.log = raw.log == "detail" ? LogLevel::detail : LogLevel::error;
     }
+    request.timeLimit = std::chrono::seconds(raw.timeLimit);
     for (const std::string& variable : raw.variables) {
         addVariable(request, variable);
     }
@@ -182,13 +244,52 @@ std::string parsedCommand(const CLI::App& app)
     return commands.empty() ? std::string() : commands.front()->get_name();
 }
 
-Request parseWith(const std::vector<std::string>& arguments)
+// How many letters must be changed, added or left out.
+std::size_t distance(const std::string& from, const std::string& to)
 {
-    Raw raw;
-    CLI::App app("Sets up, runs and removes the Linux environment of the hub.", "kelpctl");
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t j = 1; j <= to.size(); ++j) {
+            const std::size_t change = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1, change});
+        }
+    }
+    return row.back();
+}
+
+std::string noSuchCommand(const std::string& word)
+{
+    constexpr std::size_t typingErrors = 2;
+    std::string text = "There is no command \"" + word + "\".";
+    for (const CommandText& command : commandTexts) {
+        if (distance(word, command.name) <= typingErrors) {
+            return text + " Did you mean \"" + command.name + "\"?";
+        }
+    }
+    return text;
+}
+
+std::string unexpected(const std::string& command, const std::string& word)
+{
+    if (command.empty()) {
+        return word.starts_with("-") ? "There is no flag \"" + word + "\"." : noSuchCommand(word);
+    }
+    if (takesProgram(command) && !word.starts_with("-")) {
+        return "The program needs \"--\" in front of it: \"kelpctl " + command + " -- " + word + "\".";
+    }
+    return (word.starts_with("-") ? "There is no flag \"" : "There is no place for the argument \"") + word + "\".";
+}
+
+void build(CLI::App& app, Raw& raw)
+{
     // A path that begins with "/" is no flag, on no system.
     app.allow_windows_style_options(false);
     app.require_subcommand(0, 1);
+    app.formatter(std::make_shared<HelpFormatter>());
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app.fallthrough();
     app.footer(programHelp());
@@ -196,6 +297,29 @@ Request parseWith(const std::vector<std::string>& arguments)
     for (const CommandText& text : commandTexts) {
         addFlags(addCommand(app, text), raw);
     }
+    addCompleteCommand(app, raw);
+}
+
+std::string helpOn(const std::string& command)
+{
+    Raw raw;
+    CLI::App app(purpose, programName);
+    build(app, raw);
+    if (command.empty()) {
+        return app.help();
+    }
+    try {
+        return app.get_subcommand(command)->help(programName);
+    } catch (const CLI::OptionNotFound&) {
+        throw UsageError("help", noSuchCommand(command));
+    }
+}
+
+Request parseWith(const std::vector<std::string>& arguments)
+{
+    Raw raw;
+    CLI::App app(purpose, programName);
+    build(app, raw);
     try {
         std::vector<std::string> reversed = withEmptyValuesApart(arguments);
         std::reverse(reversed.begin(), reversed.end());
@@ -203,6 +327,10 @@ Request parseWith(const std::vector<std::string>& arguments)
     } catch (const CLI::CallForHelp&) {
         raw.request.helpText = app.help();
         return finished(std::move(raw), "help");
+    } catch (const CLI::ExtrasError& error) {
+        const std::vector<std::string> extras = app.remaining(true);
+        const std::string command = parsedCommand(app);
+        throw UsageError(command, extras.empty() ? error.what() : unexpected(command, extras.front()));
     } catch (const CLI::ParseError& error) {
         throw UsageError(parsedCommand(app), error.what());
     }
@@ -210,24 +338,71 @@ Request parseWith(const std::vector<std::string>& arguments)
         return finished(std::move(raw), "version");
     }
     if (app.get_subcommands().empty()) {
-        throw UsageError({}, "A command is required");
+        throw UsageError({}, "A command is required.");
+    }
+    if (parsedCommand(app) == "help") {
+        raw.request.helpText = helpOn(raw.helpOn);
     }
     return finished(std::move(raw), parsedCommand(app));
 }
 
-bool takesProgram(const std::string& command)
+std::vector<std::string> allowedValues(const std::string& flag)
 {
-    return command == "exec" || command == "env";
+    if (flag == "--log") {
+        return {logLevels.begin(), logLevels.end()};
+    }
+    return {};
+}
+
+std::vector<Flag> flagsOf(const CLI::App& app)
+{
+    std::vector<Flag> flags;
+    for (const CLI::Option* option : app.get_options()) {
+        const bool takesValue = option->get_items_expected_max() > 0;
+        for (const std::string& name : option->get_lnames()) {
+            flags.push_back({"--" + name, takesValue, allowedValues("--" + name)});
+        }
+        for (const std::string& name : option->get_snames()) {
+            flags.push_back({"-" + name, takesValue, {}});
+        }
+    }
+    return flags;
+}
+
+std::vector<std::string> wordsBehind(const std::string& command)
+{
+    if (command == "completion") {
+        return {shells.begin(), shells.end()};
+    }
+    std::vector<std::string> names;
+    if (command == "help") {
+        for (const CommandText& text : commandTexts) {
+            names.emplace_back(text.name);
+        }
+    }
+    return names;
 }
 
 void requireProgram(const Request& request)
 {
     if (request.command == "exec" && (request.program.empty() || request.program.front().empty())) {
-        throw UsageError(request.command, "exec takes \"--\" and a program behind it");
+        throw UsageError(request.command, "A program is required, with \"--\" in front of it.");
     }
 }
 
 } // namespace
+
+std::vector<CommandShape> commandShapes()
+{
+    Raw raw;
+    CLI::App app(purpose, programName);
+    build(app, raw);
+    std::vector<CommandShape> shapes = {{{}, flagsOf(app), {}}};
+    for (const CommandText& text : commandTexts) {
+        shapes.push_back({text.name, flagsOf(*app.get_subcommand(text.name)), wordsBehind(text.name)});
+    }
+    return shapes;
+}
 
 Request parseCommandLine(const std::vector<std::string>& arguments)
 {

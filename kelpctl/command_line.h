@@ -24,6 +24,26 @@ private:
     std::string command_;
 };
 
+// One flag, as completion needs to know it.
+struct Flag {
+    // "--log", "-e".
+    std::string name;
+    bool takesValue = false;
+    // The values it may have, empty when any text will do.
+    std::vector<std::string> values;
+};
+
+struct CommandShape {
+    // Empty for the flags that every command takes.
+    std::string name;
+    std::vector<Flag> flags;
+    // The words that may stand behind it, empty when there are none or any text will do.
+    std::vector<std::string> words;
+};
+
+// All commands that a user may type, the one without a name first.
+std::vector<CommandShape> commandShapes();
+
 // Reads the arguments behind the program's name. Throws UsageError.
 Request parseCommandLine(const std::vector<std::string>& arguments);
 

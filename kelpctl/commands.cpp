@@ -1,13 +1,18 @@
 #include "commands.h"
 
 #include "backend.h"
+#include "completion.h"
+#include "doctor.h"
+#include "errors.h"
 #include "gateways.h"
+#include "interruption.h"
 #include "progress.h"
 #include "removal.h"
 
 #include "orb/lvm.h"
 
 #include <array>
+#include <exception>
 #include <functional>
 #include <iostream>
 #include <optional>
@@ -16,94 +21,155 @@ namespace kelpctl {
 namespace {
 
 // Log records and the progress line would spoil each other.
-bool showsProgress(const Request& request, const Console& console)
+bool showsProgress(const Context& context)
 {
-    const bool logsToError = request.log != LogLevel::none && !request.logFile;
-    return console.errorIsTerminal && !logsToError;
+    const bool logsToError = context.request.log != LogLevel::none && !context.request.logFile;
+    return context.console.errorIsTerminal && !logsToError;
 }
 
-// Does work that may take a while. The library reports a failed registry pull on std::cout, where only results belong;
-// it is shown when the progress line is gone.
-void work(const Request& request, Console& console, const std::function<void()>& step)
+// Does work that may take a while, and may be interrupted. The library reports a failed registry pull on std::cout,
+// where only results belong; it is shown when the progress line is gone.
+void work(const Context& context, const std::function<void()>& step)
 {
-    const StreamDetour detour(std::cout, console.error);
+    const Interruption interruption(Interruption::Meaning::endWork);
+    const StreamDetour detour(std::cout, context.console.error);
     std::optional<Progress> progress;
-    if (showsProgress(request, console)) {
-        progress.emplace(console.error, "kelpctl " + request.command);
+    if (showsProgress(context)) {
+        ProgressOptions options;
+        options.awaited = [&context] { return context.journal.current(); };
+        progress.emplace(context.console.error, "kelpctl " + context.request.command, options);
     }
-    step();
+    // What the library makes of a program that was ended is of no interest.
+    try {
+        step();
+    } catch (...) {
+        if (!interrupted()) {
+            throw;
+        }
+    }
+    if (interrupted()) {
+        throw Failure("INTERRUPTED");
+    }
 }
 
-Outcome setup(const Request& request, Console& console)
+std::string kindOfImage()
 {
-    work(request, console, [&request] { callSetup(request.archive); });
-    return {};
+    return usesWsl() ? "distribution" : "image";
 }
 
-Outcome teardown(const Request& request, Console& console)
+// The archive or registry image that a run made the environment from; nothing for any other run.
+std::optional<std::string> sourceOf(const Run& run)
 {
-    work(request, console, [] {
+    const std::string verb = run.arguments.size() > 2 && !run.failed() ? run.arguments[1] : std::string();
+    if (verb == "--import") {
+        return run.arguments.at(4);
+    }
+    if (verb == "import") {
+        return run.arguments.at(2);
+    }
+    return verb == "load" || verb == "pull" ? std::optional(run.arguments.back()) : std::nullopt;
+}
+
+// What provisioning did, by the programs that ran.
+Outcome provisioned(const Context& context)
+{
+    const std::string name = namesOf(context.request).image;
+    std::optional<std::string> source;
+    for (const Run& run : context.journal.runs()) {
+        source = sourceOf(run) ? sourceOf(run) : source;
+    }
+    const std::string what = "The " + kindOfImage() + " " + name;
+    Outcome outcome;
+    outcome.result = {{"kind", kindOfImage()}, {"name", name}, {"created", source.has_value()}};
+    outcome.result["source"] = source ? nlohmann::ordered_json(*source) : nlohmann::ordered_json(nullptr);
+    outcome.lines = {source ? what + " was created from " + *source + "."
+                            : what + " exists already; nothing was created."};
+    return outcome;
+}
+
+Outcome setup(const Context& context)
+{
+    work(context, [&context] { callSetup(context.request.archive); });
+    return provisioned(context);
+}
+
+Outcome provision(const Context& context)
+{
+    const Request& request = context.request;
+    work(context, [&request] { orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs); });
+    return provisioned(context);
+}
+
+Outcome removed(const Context& context)
+{
+    const std::string name = namesOf(context.request).image;
+    return {{"The " + kindOfImage() + " " + name + " was removed."}, {{"kind", kindOfImage()}, {"name", name}}, {}};
+}
+
+Outcome teardown(const Context& context)
+{
+    work(context, [&context] {
         requireClient();
-        removeThroughGateway();
+        removeThroughGateway(context);
     });
-    return {};
+    return removed(context);
 }
 
-Outcome check(const Request& /*request*/, Console& /*console*/)
+Outcome remove(const Context& context)
+{
+    work(context, [&context] {
+        requireClient();
+        removeImage(context);
+    });
+    return removed(context);
+}
+
+Outcome check(const Context& context)
 {
     const int status = callCheck();
     Outcome outcome{{std::to_string(status)}, status, {}};
     if (status != 0) {
-        outcome.failure = reportOf(Failure("WSL_NOT_USABLE", "WSL cannot list its distributions.", {}));
+        outcome.failure = reportOf(std::make_exception_ptr(Failure("WSL_NOT_USABLE")), context);
     }
     return outcome;
 }
 
-Outcome provision(const Request& request, Console& console)
+Outcome containerChanged(const Context& context, const char* change)
 {
-    work(request, console,
-         [&request] { orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs); });
-    return {};
+    if (usesWsl()) {
+        return {{"WSL needs no container; nothing was done."}, {{"container", nullptr}}, {}};
+    }
+    const std::string container = namesOf(context.request).container;
+    return {{"The container " + container + " was " + change + "."}, {{"container", container}}, {}};
 }
 
-Outcome remove(const Request& request, Console& console)
+Outcome start(const Context& context)
 {
-    work(request, console, [&request] {
-        requireClient();
-        removeImage(request.name);
-    });
-    return {};
-}
-
-std::vector<std::string> containerEvidence(const Request& request)
-{
-    return {"container " + (request.container.empty() ? "kelp_hub" : request.container)};
-}
-
-Outcome start(const Request& request, Console& console)
-{
-    work(request, console, [&request] {
+    const Request& request = context.request;
+    work(context, [&request] {
         requireClient();
         if (!orb::lvm::startContainerIfNecessary(request.container, request.image)) {
-            throw Failure("CONTAINER_NOT_STARTED", "The container could not be started.", containerEvidence(request));
+            throw Failure("CONTAINER_NOT_STARTED");
         }
     });
-    return {};
+    return containerChanged(context, "started");
 }
 
-Outcome stop(const Request& request, Console& console)
+Outcome stop(const Context& context)
 {
-    work(request, console, [&request] {
+    const Request& request = context.request;
+    work(context, [&request] {
         requireClient();
         if (!orb::lvm::stopContainerIfNecessary(request.container)) {
-            throw Failure("CONTAINER_NOT_STOPPED", "The container could not be stopped.", containerEvidence(request));
+            throw Failure("CONTAINER_NOT_STOPPED");
         }
     });
-    return {};
+    return containerChanged(context, "removed");
 }
 
-Outcome prefix(const Request& request, Console& /*console*/)
+Outcome prefix(const Context& context)
 {
+    const Request& request = context.request;
     if (request.vector) {
         const std::vector<std::string> arguments = orb::lvm::getContainerArgumentsPrefix(request.container);
         return {arguments, arguments, {}};
@@ -112,10 +178,10 @@ Outcome prefix(const Request& request, Console& /*console*/)
     return {{line}, line, {}};
 }
 
-Outcome env(const Request& request, Console& /*console*/)
+Outcome env(const Context& context)
 {
-    std::vector<std::string> arguments = request.program;
-    std::map<std::string, std::string> environment = request.environment;
+    std::vector<std::string> arguments = context.request.program;
+    std::map<std::string, std::string> environment = context.request.environment;
     orb::lvm::applySharedEnvironment(arguments, environment);
     Outcome outcome;
     outcome.result = {{"arguments", arguments}, {"environment", environment}};
@@ -128,7 +194,28 @@ Outcome env(const Request& request, Console& /*console*/)
     return outcome;
 }
 
-Outcome version(const Request& /*request*/, Console& /*console*/)
+Outcome completion(const Context& context)
+{
+    const std::string script = completionScript(context.request.shell);
+    return {{script}, {{"shell", context.request.shell}, {"script", script}}, {}};
+}
+
+Outcome complete(const Context& context)
+{
+    std::vector<std::string> words = context.request.program;
+    if (context.request.nextWord || words.empty()) {
+        words.emplace_back();
+    }
+    const std::vector<std::string> candidates = completions(words);
+    return {candidates, candidates, {}};
+}
+
+Outcome help(const Context& context)
+{
+    return {{context.request.helpText}, {{"text", context.request.helpText}}, {}};
+}
+
+Outcome version(const Context& /*context*/)
 {
     return {{std::string("kelpctl ") + libzqorb_lvm_version + " (" + libzqorb_lvm_build_date + ")"},
             {{"version", libzqorb_lvm_version}, {"built", libzqorb_lvm_build_date}},
@@ -137,25 +224,36 @@ Outcome version(const Request& /*request*/, Console& /*console*/)
 
 struct Command {
     const char* name;
-    Outcome (*run)(const Request&, Console&);
+    Outcome (*run)(const Context&);
 };
 
 constexpr std::array commands = {
-    Command{"setup", setup},   Command{"teardown", teardown}, Command{"check", check}, Command{"provision", provision},
-    Command{"remove", remove}, Command{"start", start},       Command{"stop", stop},   Command{"prefix", prefix},
-    Command{"env", env},       Command{"version", version},
+    Command{"setup", setup},
+    Command{"teardown", teardown},
+    Command{"check", check},
+    Command{"doctor", doctor},
+    Command{"provision", provision},
+    Command{"remove", remove},
+    Command{"start", start},
+    Command{"stop", stop},
+    Command{"prefix", prefix},
+    Command{"env", env},
+    Command{"completion", completion},
+    Command{"complete", complete},
+    Command{"help", help},
+    Command{"version", version},
 };
 
 } // namespace
 
-Outcome perform(const Request& request, Console& console)
+Outcome perform(const Context& context)
 {
     for (const Command& command : commands) {
-        if (request.command == command.name) {
-            return command.run(request, console);
+        if (context.request.command == command.name) {
+            return command.run(context);
         }
     }
-    throw std::logic_error("no such command: " + request.command);
+    throw std::logic_error("no such command: " + context.request.command);
 }
 
 } // namespace kelpctl

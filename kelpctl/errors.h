@@ -1,7 +1,12 @@
 // The one place where a failure becomes what the user is told.
 #pragma once
 
+#include "advice.h"
+#include "context.h"
+
+#include <cstdint>
 #include <exception>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -12,20 +17,36 @@ inline constexpr int statusDone = 0;
 inline constexpr int statusFailed = 1;
 inline constexpr int statusUsage = 2;
 
-// A failure that kelpctl itself found. what() is the text for the user.
+// A failure that kelpctl itself found: the key of its advice, and what it is about.
 class Failure : public std::runtime_error {
 public:
-    Failure(std::string identifier, const std::string& text, std::vector<std::string> evidence)
-        : std::runtime_error(text), identifier_(std::move(identifier)), evidence_(std::move(evidence))
+    explicit Failure(const std::string& identifier, std::string subject = {})
+        : std::runtime_error(identifier), subject_(std::move(subject))
     {
     }
 
-    const std::string& identifier() const noexcept { return identifier_; }
-    const std::vector<std::string>& evidence() const noexcept { return evidence_; }
+    std::string identifier() const { return what(); }
+    const std::string& subject() const noexcept { return subject_; }
 
 private:
-    std::string identifier_;
-    std::vector<std::string> evidence_;
+    std::string subject_;
+};
+
+// The child program that a failure is about. Texts are readable UTF-8, without secrets.
+struct Evidence {
+    std::vector<std::string> arguments;
+    // Nothing when the program was not started.
+    std::optional<std::int32_t> status;
+    // Nothing when the streams were the user's own.
+    std::optional<std::string> output;
+    std::optional<std::string> error;
+    // wsl.exe's code path, empty when there is none.
+    std::string code;
+};
+
+struct Cause {
+    std::string identifier;
+    std::string text;
 };
 
 // All texts are readable UTF-8.
@@ -34,16 +55,22 @@ struct Report {
     std::string text;
     // What the error was thrown with.
     std::vector<std::string> arguments;
-    // What the text does not say yet.
-    std::vector<std::string> evidence;
+    std::optional<Cause> cause;
+    std::optional<Evidence> evidence;
     std::string nextStep;
     int status = statusFailed;
 };
 
-// What to tell about a caught exception.
-Report reportOf(const std::exception_ptr& error);
+// The names that advice is filled with.
+Names namesOf(const Request& request);
 
-// What to tell about a failure; kelpctl's own way, without throwing.
-Report reportOf(const Failure& failure);
+// "0x0000007D": the 32 bits of a status.
+std::string hexadecimal(std::int32_t status);
+
+// What to tell about a caught exception. May ask the Docker client further.
+Report reportOf(const std::exception_ptr& error, const Context& context);
+
+// What to tell about a failure of kelpctl's own finding, with a cause that is known already (or an empty one).
+Report reportOf(const Failure& failure, std::string_view cause, const std::optional<Run>& run, const Request& request);
 
 } // namespace kelpctl

@@ -1,19 +1,26 @@
 #include "inside.h"
 
 #include "backend.h"
+#include "causes.h"
+#include "errors.h"
+#include "interruption.h"
 #include "output.h"
 #include "platform.h"
+#include "probes.h"
 
+#include "host/text.h"
 #include "orb/lvm.h"
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string_view>
 
 namespace kelpctl {
 namespace {
 
 constexpr char listVariable[] = "WSLENV";
+constexpr char utf8Variable[] = "WSL_UTF8";
 
 // An entry of the list is a name, or a name, "/" and flag letters.
 std::string_view nameOf(std::string_view entry)
@@ -55,6 +62,9 @@ void applyWsl(const Request& request, InsideCommand& command)
     command.environment = request.environment;
     orb::lvm::applySharedEnvironment(command.arguments, command.environment);
     command.environment = bareNames(command.environment);
+    if (!environmentVariable(utf8Variable)) {
+        command.environment.try_emplace(utf8Variable, "1");
+    }
     if (!request.environment.contains(listVariable)) {
         std::string& list = command.environment[listVariable];
         list = mergedWslenv(environmentVariable(listVariable).value_or(""), list);
@@ -68,16 +78,118 @@ void applyDocker(const Request& request, bool interactive, InsideCommand& comman
     orb::lvm::applySharedEnvironment(command.arguments, variables);
 }
 
-Report wslFailure(int status)
+// A program that ran, or tried to.
+struct InsideRun {
+    Run run;
+    // Its streams were captured; otherwise they were the user's own.
+    bool captured = false;
+
+    std::int32_t status() const { return run.result->status; }
+};
+
+InsideRun runCaptured(const Context& context, const InsideCommand& command)
 {
-    Report report =
-        reportOf(Failure("WSL_FAILED",
-                         wslFailureIsAmbiguous() ? "Either wsl.exe failed before or while it ran the program, or the "
-                                                   "program itself has ended with this status."
-                                                 : "wsl.exe failed before or while it ran the program.",
-                         {"status " + std::to_string(status)}));
-    report.status = status;
+    return {{command.arguments, context.console.run(command.arguments, command.environment), false}, true};
+}
+
+InsideRun runOnTerminal(const Context& context, const InsideCommand& command)
+{
+    const Interruption interruption(Interruption::Meaning::leaveToProgram);
+    const std::int32_t status = context.console.runAttached(command.arguments, command.environment);
+    return {{command.arguments, orb::process::detail::RunResult{status, {}, {}}, false}, false};
+}
+
+Report reportOf(const InsideRun& inside, const char* identifier, const std::string& cause, const Context& context)
+{
+    Report report = kelpctl::reportOf(Failure(identifier), cause, inside.run, context.request);
+    if (!inside.captured) {
+        report.evidence->output.reset();
+        report.evidence->error.reset();
+    }
+    report.status = inside.status();
     return report;
+}
+
+bool lists(const DistributionList& distributions, const std::string& name)
+{
+    return std::any_of(distributions.all.begin(), distributions.all.end(),
+                       [&name](const Distribution& distribution) { return distribution.name == name; });
+}
+
+// wsl.exe says by its status alone that it failed; what it said may have gone to the user's own streams.
+std::optional<Report> wslFailure(const InsideRun& inside, const Context& context)
+{
+    if (inside.status() != wslFailureStatus()) {
+        return std::nullopt;
+    }
+    // "wsl.exe -d NAME --exec ..."
+    const std::string& client = inside.run.arguments.at(0);
+    const std::string& name = inside.run.arguments.at(2);
+    if (const std::string cause = causeOfWslStatus(inside.run); !cause.empty()) {
+        return reportOf(inside, "WSL_FAILED", cause, context);
+    }
+    const DistributionList distributions = askDistributions(context.console, client);
+    if (!distributions.known) {
+        const Run listing{distributions.answer.arguments,
+                          orb::process::detail::RunResult{distributions.answer.status.value_or(-1),
+                                                          distributions.answer.output, distributions.answer.error},
+                          false};
+        return kelpctl::reportOf(Failure("WSL_FAILED"), causeOfWslStatus(listing), listing, context.request);
+    }
+    if (!lists(distributions, name)) {
+        return reportOf(inside, "WSL_FAILED", "DISTRIBUTION_MISSING", context);
+    }
+    return reportOf(inside, wslFailureIsAmbiguous() ? "WSL_OR_PROGRAM_FAILED" : "WSL_FAILED", {}, context);
+}
+
+// Docker's client ends with statuses that programs end with as well, so the container is looked at.
+std::optional<Report> dockerFailure(const InsideRun& inside, const Context& context)
+{
+    constexpr std::int32_t refused = 125;
+    constexpr std::int32_t notExecutable = 126;
+    constexpr std::int32_t notFound = 127;
+    const std::int32_t status = inside.status();
+    if (status != 1 && (status < refused || status > notFound)) {
+        return std::nullopt;
+    }
+    const std::string container = namesOf(context.request).container;
+    switch (askContainer(context.console, inside.run.arguments.front(), container)) {
+    case ContainerState::unknown:
+        return reportOf(inside, "DOCKER_FAILED", "DOCKER_ENGINE_NOT_REACHABLE", context);
+    case ContainerState::missing:
+        return reportOf(inside, "DOCKER_FAILED", "CONTAINER_MISSING", context);
+    case ContainerState::stopped:
+        return reportOf(inside, "DOCKER_FAILED", "CONTAINER_NOT_RUNNING", context);
+    case ContainerState::running:
+        break;
+    }
+    switch (status) {
+    case refused:
+        return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "DOCKER_REFUSED", context);
+    case notExecutable:
+        return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "PROGRAM_NOT_EXECUTABLE", context);
+    case notFound:
+        return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "PROGRAM_NOT_FOUND", context);
+    default:
+        return std::nullopt;
+    }
+}
+
+std::optional<Report> failureOf(const InsideRun& inside, const Context& context)
+{
+    // Without a terminal of its own, a program in a container does not hear of Ctrl-C.
+    if (interrupted() && !usesWsl() && !context.console.interactive) {
+        return reportOf(inside, "INTERRUPTED", "PROGRAM_LEFT", context);
+    }
+    return usesWsl() ? wslFailure(inside, context) : dockerFailure(inside, context);
+}
+
+nlohmann::ordered_json resultOf(const InsideRun& inside)
+{
+    using foundation::core::text::readable;
+    return {{"status", inside.status()},
+            {"output", readable(inside.run.result->standardOutput)},
+            {"error", readable(inside.run.result->standardError)}};
 }
 
 } // namespace
@@ -108,20 +220,20 @@ InsideCommand insideCommand(const Request& request, bool interactive)
     return command;
 }
 
-int runInside(const Request& request, Console& console)
+int runInside(const Context& context)
 {
-    const InsideCommand command = insideCommand(request, console.interactive);
-    const int status = console.runAttached(command.arguments, command.environment);
-    if (!usesWsl() || status != wslFailureStatus()) {
-        return status;
-    }
-    const Outcome outcome{{}, nullptr, wslFailure(status)};
+    const Request& request = context.request;
+    const InsideCommand command = insideCommand(request, context.console.interactive && !request.json);
+    const InsideRun inside = request.json ? runCaptured(context, command) : runOnTerminal(context, command);
+    Outcome outcome;
+    outcome.failure = failureOf(inside, context);
     if (request.json) {
-        writeJson(console, request.command, outcome);
+        outcome.result = resultOf(inside);
+        writeJson(context.console, request.command, outcome);
     } else {
-        writeText(console, request.command, outcome);
+        writeText(context.console, request.command, outcome);
     }
-    return status;
+    return inside.status();
 }
 
 } // namespace kelpctl

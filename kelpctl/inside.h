@@ -1,8 +1,8 @@
 // Running a program inside the environment.
 #pragma once
 
-#include "console.h"
-#include "request.h"
+#include "context.h"
+#include "output.h"
 
 #include <map>
 #include <string>
@@ -21,7 +21,7 @@ struct InsideCommand {
 //
 // WSL: the variables are in the environment under their bare names, and WSLENV lists them. A WSLENV of
 // the user's own shell is put in front of the library's list, without the variables that the library lists itself; one
-// given with "-e" stands as it is.
+// given with "-e" stands as it is. WSL_UTF8 makes wsl.exe's own messages UTF-8, unless the user has set it.
 //
 // Docker: the variables are options. "-i" comes first, so that standard input reaches the program; "-t" as well
 // when all standard streams are terminals, so that a shell is usable. Both stand in front of the container, where the
@@ -33,8 +33,8 @@ InsideCommand insideCommand(const Request& request, bool interactive);
 // The user's own list in front of the library's, the variables of the library's list left out of it.
 std::string mergedWslenv(const std::string& inherited, const std::string& list);
 
-// Runs the program and gives back its exit status. A failure of wsl.exe itself is told on standard error
-// (with "--json" as an object on standard output), and its status passed on.
-int runInside(const Request& request, Console& console);
+// Runs the program and gives back its exit status. What kept it from running is told on standard error. With "--json" its
+// output is captured, and becomes part of the one object on standard output.
+int runInside(const Context& context);
 
 } // namespace kelpctl

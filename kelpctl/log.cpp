@@ -65,7 +65,7 @@ std::ofstream openLogFile(const std::string& name)
     const std::filesystem::path path(foundation::core::text::cvt_utf8_ustring(name));
     std::ofstream file(path, std::ios::app | std::ios::binary);
     if (!file) {
-        throw Failure("LOG_FILE_NOT_WRITABLE", "The log file cannot be written.", {name});
+        throw Failure("LOG_FILE_NOT_WRITABLE", name);
     }
     return file;
 }

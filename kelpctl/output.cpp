@@ -2,30 +2,126 @@
 
 #include "text.h"
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 namespace kelpctl {
 namespace {
 
 using nlohmann::ordered_json;
 
-void writeIndented(std::ostream& stream, const char* label, const std::string& text)
+constexpr char strong[] = "\x1b[1m";
+constexpr char alarming[] = "\x1b[1;31m";
+constexpr char plain[] = "\x1b[0m";
+
+// Writes a report's lines: labels at the margin, what belongs to them indented.
+class ReportWriter {
+public:
+    ReportWriter(std::ostream& stream, bool colours) : stream_(stream), colours_(colours) {}
+
+    void write(const std::string& label, const char* colour, const std::string& text)
+    {
+        const std::vector<std::string> lines = displayLines(text);
+        stream_ << (colours_ ? colour : "") << label << (colours_ ? plain : "");
+        stream_ << (lines.empty() ? std::string() : lines.front()) << '\n';
+        for (std::size_t index = 1; index < lines.size(); ++index) {
+            stream_ << "    " << lines[index] << '\n';
+        }
+    }
+
+    void writeDetail(const char* label, const std::string& text)
+    {
+        for (const std::string& line : displayLines(text)) {
+            stream_ << "    " << label << line << '\n';
+            label = "    ";
+        }
+    }
+
+private:
+    std::ostream& stream_;
+    bool colours_;
+};
+
+std::string commandLine(const std::vector<std::string>& arguments)
 {
-    const char* start = label;
-    for (const std::string& line : displayLines(text)) {
-        stream << start << line << '\n';
-        start = "    ";
+    std::string line;
+    for (const std::string& argument : arguments) {
+        const bool quoted = argument.empty() || argument.find_first_of(" \t") != std::string::npos;
+        line += line.empty() ? "" : " ";
+        line += quoted ? '"' + argument + '"' : argument;
+    }
+    return line;
+}
+
+std::string statusText(const Evidence& evidence)
+{
+    return evidence.status ? std::to_string(*evidence.status) + " (" + hexadecimal(*evidence.status) + ")"
+                           : std::string("not started");
+}
+
+// What the text above says already is not said again.
+void writeStream(ReportWriter& writer, const char* label, const std::optional<std::string>& text, const Report& report)
+{
+    const std::vector<std::string> lines = displayLines(text.value_or(""));
+    const bool said = std::all_of(lines.begin(), lines.end(), [&report](const std::string& line) {
+        return report.text.find(line) != std::string::npos;
+    });
+    if (!said) {
+        writer.writeDetail(label, *text);
     }
 }
 
-void writeReport(std::ostream& stream, const std::string& command, const Report& report)
+void writeEvidence(ReportWriter& writer, const Report& report)
 {
-    const std::string who = command.empty() ? "kelpctl: " : "kelpctl " + command + ": ";
-    writeIndented(stream, who.c_str(), report.text);
-    writeIndented(stream, "error: ", report.identifier);
-    for (const std::string& evidence : report.evidence) {
-        writeIndented(stream, "evidence: ", evidence);
+    const Evidence& evidence = *report.evidence;
+    writer.write("evidence: ", strong, commandLine(evidence.arguments));
+    writer.writeDetail("status: ", statusText(evidence));
+    writer.writeDetail("code: ", evidence.code);
+    writeStream(writer, "standard output: ", evidence.output, report);
+    writeStream(writer, "standard error: ", evidence.error, report);
+}
+
+void writeReport(Console& console, const std::string& command, const Report& report)
+{
+    ReportWriter writer(console.error, console.errorColours);
+    writer.write(command.empty() ? "kelpctl: " : "kelpctl " + command + ": ", strong, report.text);
+    writer.write("error: ", alarming, report.identifier);
+    if (report.cause) {
+        writer.write("cause: ", strong, report.cause->text);
     }
-    writeIndented(stream, "next step: ", report.nextStep);
-    stream << std::flush;
+    if (report.evidence) {
+        writeEvidence(writer, report);
+    }
+    writer.write("next step: ", strong, report.nextStep);
+    console.error << std::flush;
+}
+
+ordered_json causeObject(const std::optional<Cause>& cause)
+{
+    if (!cause) {
+        return nullptr;
+    }
+    return {{"identifier", cause->identifier}, {"message", cause->text}};
+}
+
+template <class Value>
+ordered_json orNull(const std::optional<Value>& value)
+{
+    return value ? ordered_json(*value) : ordered_json(nullptr);
+}
+
+ordered_json evidenceObject(const std::optional<Evidence>& evidence)
+{
+    if (!evidence) {
+        return nullptr;
+    }
+    return {{"arguments", evidence->arguments},
+            {"status", orNull(evidence->status)},
+            {"hexadecimal", evidence->status ? ordered_json(hexadecimal(*evidence->status)) : ordered_json(nullptr)},
+            {"output", orNull(evidence->output)},
+            {"error", orNull(evidence->error)},
+            {"code", evidence->code.empty() ? ordered_json(nullptr) : ordered_json(evidence->code)}};
 }
 
 ordered_json errorObject(const std::optional<Report>& failure)
@@ -36,6 +132,8 @@ ordered_json errorObject(const std::optional<Report>& failure)
     return {{"identifier", failure->identifier},
             {"message", failure->text},
             {"arguments", failure->arguments},
+            {"cause", causeObject(failure->cause)},
+            {"evidence", evidenceObject(failure->evidence)},
             {"next", failure->nextStep}};
 }
 
@@ -48,7 +146,7 @@ void writeText(Console& console, const std::string& command, const Outcome& outc
     }
     console.out << std::flush;
     if (outcome.failure) {
-        writeReport(console.error, command, *outcome.failure);
+        writeReport(console, command, *outcome.failure);
     }
 }
 

@@ -25,6 +25,12 @@ enum class StandardStream { input, output, error };
 // Whether the stream is a terminal.
 bool isTerminal(StandardStream stream);
 
+// Whether the stream is a terminal that obeys colour sequences. On Windows it is asked to.
+bool showsColours(StandardStream stream);
+
+// The user's language, as a lower-case ISO 639 code; empty when the system names none.
+std::string systemLanguage();
+
 // The exit status by which wsl.exe tells that it failed itself.
 std::int32_t wslFailureStatus();
 

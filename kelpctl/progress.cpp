@@ -1,5 +1,8 @@
 #include "progress.h"
 
+#include "text.h"
+
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <stop_token>
@@ -20,7 +23,11 @@ struct Progress::Worker {
     std::string line() const
     {
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(options.clock() - start).count();
-        return label + " ... " + std::to_string(seconds) + " s";
+        const std::string awaited = escaped(options.awaited());
+        const std::string end = " ... " + std::to_string(seconds) + " s";
+        std::string text = label + (awaited.empty() ? "" : ": ") + awaited;
+        text.resize(std::min(text.size(), options.columns - std::min(options.columns, end.size())));
+        return text + end;
     }
 
     // False once the thread is asked to stop.
@@ -44,8 +51,9 @@ struct Progress::Worker {
         std::size_t length = 0;
         while (wait(stop)) {
             const std::string text = line();
-            terminal << '\r' << text << std::flush;
-            length = text.size();
+            const std::string rest(length > text.size() ? length - text.size() : 0, ' ');
+            terminal << '\r' << text << rest << std::flush;
+            length = text.size() + rest.size();
         }
         erase(length);
     }

@@ -1,14 +1,14 @@
 // Removal whose failure is found out. The library only logs it.
 #pragma once
 
-#include <string>
+#include "context.h"
 
 namespace kelpctl {
 
-// Removes a distribution or an image, the default one for an empty name. Throws Failure when that failed.
-void removeImage(const std::string& name);
+// Removes the request's distribution or image, the default one for an empty name. Throws Failure when that failed.
+void removeImage(const Context& context);
 
 // The same through the host's gateway, for the default one.
-void removeThroughGateway();
+void removeThroughGateway(const Context& context);
 
 } // namespace kelpctl

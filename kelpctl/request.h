@@ -1,6 +1,7 @@
 // What the user asked for: the command line as a value.
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,7 +13,7 @@ enum class Backend { wsl, docker };
 enum class LogLevel { none, error, detail };
 
 struct Request {
-    // The name of the command; "help" and "version" stand for the two flags.
+    // The name of the command; "help" and "version" also stand for the two flags.
     std::string command;
 
     // Global flags.
@@ -27,6 +28,7 @@ struct Request {
     // Of the commands that take them. Empty names mean the library's defaults.
     std::string archive;
     std::string name;
+    std::string shell;
     std::string container;
     std::string image;
     bool rootFs = false;
@@ -35,6 +37,12 @@ struct Request {
 
     // What stood behind "--", byte for byte.
     std::vector<std::string> program;
+
+    // complete: the word to complete is an empty one behind the given ones.
+    bool nextWord = false;
+
+    // How long doctor waits for each answer.
+    std::chrono::seconds timeLimit{10};
 
     // The text to show for "help".
     std::string helpText;

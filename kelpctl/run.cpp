@@ -1,5 +1,6 @@
 #include "run.h"
 
+#include "advice.h"
 #include "backend.h"
 #include "command_line.h"
 #include "commands.h"
@@ -7,6 +8,7 @@
 #include "log.h"
 #include "output.h"
 #include "platform.h"
+#include "text.h"
 
 #include "host/configuration.h"
 #include "host/process.h"
@@ -25,11 +27,19 @@ void configureHost(const Request& request)
     if (request.release) {
         configuration.release = request.release;
     }
-    if (request.language) {
-        configuration.language = *request.language;
-    }
+    configuration.language = request.language ? *request.language : systemLanguage();
     configuration.channelMasks["orb"] = channelMask(request.log);
     foundation::core::config::configure(configuration);
+}
+
+// A language of the system's without a translation is no reason for a word; one that was asked for is.
+void warnOfLanguage(const Context& context)
+{
+    const std::string language = context.request.language.value_or("");
+    if (!hasCatalogue(language)) {
+        context.console.error << "kelpctl: there are no messages in \"" << escaped(language)
+                              << "\"; they are in English.\n";
+    }
 }
 
 int finish(bool json, Console& console, const std::string& command, const Outcome& outcome)
@@ -40,38 +50,52 @@ int finish(bool json, Console& console, const std::string& command, const Outcom
         writeText(console, command, outcome);
     }
     if (!console.out) {
-        writeText(console, command,
-                  {{}, nullptr, reportOf(Failure("OUTPUT_NOT_WRITABLE", "The result could not be written.", {}))});
+        writeText(console, command, {{}, nullptr, reportOf(Failure("OUTPUT_NOT_WRITABLE"), {}, std::nullopt, {})});
         return statusFailed;
     }
     return outcome.failure ? outcome.failure->status : statusDone;
 }
 
-int runRequest(const Request& request, Console& console)
+int runRequest(const Context& context)
 {
-    if (request.command == "help") {
-        return finish(false, console, request.command, {{request.helpText}, nullptr, {}});
-    }
+    const Request& request = context.request;
     selectBackend(request.backend);
     // The sink comes before the levels: a record must not go where no sink is.
-    const Log log(request, console.error);
+    const Log log(request, context.console.error);
     configureHost(request);
+    warnOfLanguage(context);
     if (request.command == "exec") {
-        return runInside(request, console);
+        return runInside(context);
     }
-    return finish(request.json, console, request.command, perform(request, console));
+    return finish(request.json, context.console, request.command, perform(context));
 }
 
-int fail(bool json, Console& console, const std::string& command, const std::exception_ptr& error)
+int fail(bool json, const Context& context, const std::string& command, const std::exception_ptr& error)
 {
-    return finish(json, console, command, {{}, nullptr, reportOf(error)});
+    return finish(json, context.console, command, {{}, nullptr, reportOf(error, context)});
+}
+
+// Whether text that goes there may be coloured: never when the user has said no.
+bool mayColour(StandardStream stream)
+{
+    return environmentVariable("NO_COLOR").value_or("").empty() && environmentVariable("TERM").value_or("") != "dumb" &&
+           showsColours(stream);
 }
 
 Console processConsole()
 {
     const bool errorIsTerminal = isTerminal(StandardStream::error);
     const bool interactive = errorIsTerminal && isTerminal(StandardStream::input) && isTerminal(StandardStream::output);
-    return {std::cout, std::cerr, errorIsTerminal, interactive, [](const auto& arguments, const auto& environment) {
+    return {std::cout,
+            std::cerr,
+            errorIsTerminal,
+            interactive,
+            mayColour(StandardStream::output),
+            mayColour(StandardStream::error),
+            [](const auto& arguments, const auto& environment) {
+                return orb::process::detail::run(arguments, environment);
+            },
+            [](const auto& arguments, const auto& environment) {
                 return orb::process::detail::runAttached(arguments, environment);
             }};
 }
@@ -80,18 +104,20 @@ Console processConsole()
 
 int run(const std::vector<std::string>& arguments, Console& console)
 {
+    RunJournal journal;
     Request request;
+    const Context context{request, console, journal};
     try {
         request = parseCommandLine(arguments);
     } catch (const UsageError& error) {
-        return fail(asksForJson(arguments), console, error.command(), std::current_exception());
+        return fail(asksForJson(arguments), context, error.command(), std::current_exception());
     } catch (...) {
-        return fail(asksForJson(arguments), console, {}, std::current_exception());
+        return fail(asksForJson(arguments), context, {}, std::current_exception());
     }
     try {
-        return runRequest(request, console);
+        return runRequest(context);
     } catch (...) {
-        return fail(request.json, console, request.command, std::current_exception());
+        return fail(request.json, context, request.command, std::current_exception());
     }
 }
 
@@ -101,7 +127,8 @@ int runProgram(int argc, const char* const argv[])
     try {
         return run(programArguments(argc, argv), console);
     } catch (...) {
-        return fail(false, console, {}, std::current_exception());
+        RunJournal journal;
+        return fail(false, {{}, console, journal}, {}, std::current_exception());
     }
 }
 

@@ -12,6 +12,7 @@
 #include <fstream>
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 namespace foundation::core::message {
 namespace {
@@ -78,14 +79,21 @@ std::string fill(std::string_view text, const std::vector<Argument>& arguments)
     return result;
 }
 
-bool hasAllPlaceholders(const std::string& text, const Message& message)
+bool hasPlaceholdersOf(const std::string& english, const std::string& text)
 {
-    for (std::size_t index = 0; index < message.arguments.size(); ++index) {
-        if (text.find(placeholder(index)) == std::string::npos) {
+    constexpr std::size_t most = 9;
+    for (std::size_t index = 0; index < most; ++index) {
+        const std::string wanted = placeholder(index);
+        if (english.find(wanted) != std::string::npos && text.find(wanted) == std::string::npos) {
             return false;
         }
     }
     return true;
+}
+
+std::string ownEnglish(const Message& message)
+{
+    return builtInText(message).value_or(bareText(message));
 }
 
 bool isLanguageCode(const std::string& language)
@@ -95,20 +103,31 @@ bool isLanguageCode(const std::string& language)
     });
 }
 
-std::filesystem::path translationFile(const Message& message, const std::string& language)
+std::filesystem::path translationFile(const std::string& catalogue, const std::string& language)
 {
-    std::string name = message.catalogue;
+    std::string name = catalogue;
     std::replace(name.begin(), name.end(), ':', '_');
     return std::filesystem::path(path::get_install_path().text) / "resources" / (name + "." + language + ".json");
 }
 
-std::optional<std::string> translatedText(const Message& message, const std::string& language)
+// Identifiers to texts, or anything else when there is no such file, or it is broken.
+nlohmann::json translation(const std::string& catalogue, const std::string& language)
 {
     if (!isLanguageCode(language)) {
-        return std::nullopt;
+        return nullptr;
     }
-    std::ifstream file(translationFile(message, language), std::ios::binary);
-    const nlohmann::json texts = nlohmann::json::parse(file, nullptr, false);
+    try {
+        std::ifstream file(translationFile(catalogue, language), std::ios::binary);
+        return nlohmann::json::parse(file, nullptr, false);
+    } catch (const std::system_error&) {
+        // The installation root is no text, so there is no file.
+        return nullptr;
+    }
+}
+
+std::optional<std::string> translatedText(const Message& message, const std::string& english)
+{
+    const nlohmann::json texts = translation(message.catalogue, config::configuration().language);
     if (!texts.is_object()) {
         return std::nullopt;
     }
@@ -117,20 +136,29 @@ std::optional<std::string> translatedText(const Message& message, const std::str
         return std::nullopt;
     }
     std::string text = entry->get<std::string>();
-    return hasAllPlaceholders(text, message) ? std::optional(text) : std::nullopt;
+    return hasPlaceholdersOf(english, text) ? std::optional(text) : std::nullopt;
 }
 
 } // namespace
 
 std::string localisedText(const Message& message)
 {
-    const std::optional<std::string> text = translatedText(message, config::configuration().language);
-    return text ? fill(*text, message.arguments) : englishText(message);
+    return localisedText(message, ownEnglish(message));
+}
+
+std::string localisedText(const Message& message, const std::string& english)
+{
+    return fill(translatedText(message, english).value_or(english), message.arguments);
 }
 
 std::string englishText(const Message& message)
 {
-    return fill(builtInText(message).value_or(bareText(message)), message.arguments);
+    return fill(ownEnglish(message), message.arguments);
+}
+
+bool hasLanguage(const std::string& catalogue, const std::string& language)
+{
+    return language.empty() || language == "en" || translation(catalogue, language).is_object();
 }
 
 } // namespace foundation::core::message

@@ -39,6 +39,24 @@ bool isTerminal(StandardStream stream)
     return isatty(STDERR_FILENO) == 1;
 }
 
+bool showsColours(StandardStream stream)
+{
+    return isTerminal(stream);
+}
+
+// The first of the locale's variables that is set decides, "de_DE.UTF-8" being German. "C" and "POSIX" are no language.
+std::string systemLanguage()
+{
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const std::string locale = environmentVariable(variable).value_or("");
+        if (!locale.empty()) {
+            const std::string code = locale.substr(0, locale.find_first_of("_.@"));
+            return code == "C" || code == "POSIX" ? std::string() : code;
+        }
+    }
+    return {};
+}
+
 // Exit statuses have eight bits here: -1 and 255 are one.
 std::int32_t wslFailureStatus()
 {

@@ -84,6 +84,28 @@ bool isTerminal(StandardStream stream)
     return GetConsoleMode(GetStdHandle(handleNumber(stream)), &mode) != 0;
 }
 
+bool showsColours(StandardStream stream)
+{
+    const HANDLE console = GetStdHandle(handleNumber(stream));
+    DWORD mode = 0;
+    return GetConsoleMode(console, &mode) != 0 &&
+           SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+// The first of the languages that the user has chosen for Windows itself, "de-DE" being German.
+std::string systemLanguage()
+{
+    constexpr ULONG enough = 512;
+    ULONG count = 0;
+    ULONG size = enough;
+    std::wstring names(enough, L'\0');
+    if (GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, names.data(), &size) == FALSE || count == 0) {
+        return {};
+    }
+    const std::wstring first = names.c_str();
+    return utf8(first.substr(0, first.find(L'-')));
+}
+
 std::int32_t wslFailureStatus()
 {
     return -1;

@@ -164,4 +164,59 @@ TEST(Exceptions, BoostCarriesThemBetweenThreads)
     EXPECT_THROW(boost::rethrow_exception(carried), TestException);
 }
 
+TEST(OwnCatalogue, BringsItsEnglishAlong)
+{
+    const Message message{"my:catalogue", "GREETING", {std::string("World")}};
+    EXPECT_EQ(message::localisedText(message, "Hello {1}"), "Hello World");
+}
+
+TEST(OwnCatalogue, MayBeTranslated)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_directories(folder.path() / "resources");
+    std::ofstream(folder.path() / "resources" / "my_catalogue.xx.json")
+        << R"({"GREETING": "Hallo {1}", "INCOMPLETE": "Hallo"})";
+    useLanguage(folder.path(), "xx");
+    EXPECT_EQ(message::localisedText({"my:catalogue", "GREETING", {std::string("Welt")}}, "Hello {1}"), "Hallo Welt");
+    EXPECT_EQ(message::localisedText({"my:catalogue", "INCOMPLETE", {std::string("Welt")}}, "Hello {1}"), "Hello Welt");
+    EXPECT_EQ(message::localisedText({"my:catalogue", "MISSING", {std::string("Welt")}}, "Hello {1}"), "Hello Welt");
+}
+
+TEST(OwnCatalogue, TranslationNeedsOnlyThePlaceholdersThatTheEnglishHas)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_directories(folder.path() / "resources");
+    std::ofstream(folder.path() / "resources" / "my_catalogue.xx.json") << R"({"SECOND": "Zweitens {2}"})";
+    useLanguage(folder.path(), "xx");
+    EXPECT_EQ(message::localisedText({"my:catalogue", "SECOND", {std::string("a"), std::string("b")}}, "Second {2}"),
+              "Zweitens b");
+}
+
+TEST(Languages, AreThoseThatHaveAFile)
+{
+    const Translation translation("{}");
+    EXPECT_TRUE(message::hasLanguage(catalogue, "xx"));
+    EXPECT_TRUE(message::hasLanguage(catalogue, "en"));
+    EXPECT_TRUE(message::hasLanguage(catalogue, ""));
+    EXPECT_FALSE(message::hasLanguage(catalogue, "yy"));
+    EXPECT_FALSE(message::hasLanguage(catalogue, "../xx"));
+    EXPECT_FALSE(message::hasLanguage("other", "xx"));
+}
+
+TEST(Languages, FileThatIsBrokenIsNone)
+{
+    const Translation translation("{");
+    EXPECT_FALSE(message::hasLanguage(catalogue, "xx"));
+}
+
+TEST(Messages, RootThatIsNoTextLeavesEnglish)
+{
+    config::Configuration configuration;
+    configuration.installationRoot = "\xFF";
+    configuration.language = "xx";
+    config::configure(configuration);
+    EXPECT_NE(message::localisedText({catalogue, "TAR_FILE_NOT_AVAILABLE", {std::string("a")}}).find("does not exist"),
+              std::string::npos);
+}
+
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+
 namespace {
 
 using kelpctl::asksForJson;
@@ -134,16 +136,79 @@ TEST(CommandLine, HelpShowsAnExampleForEachCommand)
 {
     const Request all = parseCommandLine({"--help"});
     EXPECT_EQ(all.command, "help");
-    for (const char* name :
-         {"setup", "teardown", "check", "provision", "remove", "start", "stop", "exec", "prefix", "env"}) {
+    for (const char* name : {"setup", "teardown", "check", "doctor", "provision", "remove", "start", "stop", "exec",
+                             "prefix", "env", "completion", "help"}) {
         const Request one = parseCommandLine({name, "--help"});
         EXPECT_EQ(one.command, "help");
-        const std::size_t start = one.helpText.find("Example: kelpctl");
+        const std::size_t start = one.helpText.find("Example: ");
         ASSERT_NE(start, std::string::npos) << name;
         EXPECT_THAT(one.helpText.substr(start), HasSubstr(name));
         EXPECT_THAT(all.helpText, HasSubstr(name));
     }
 }
+
+TEST(CommandLine, HelpTellsOfTheEnvironment)
+{
+    const std::string text = parseCommandLine({"--help"}).helpText;
+    for (const char* name : {"USE_WSL", "USE_DOCKER_REPOSITORY", "AUX_DOCKER_ARGS", "KELP_ADDITIONAL_LOGGING",
+                             "KORVANE_ROOT", "KORVANE_RELEASE", "NO_COLOR"}) {
+        EXPECT_THAT(text, HasSubstr(name));
+    }
+}
+
+TEST(CommandLine, HelpOfOneCommandHasTwoNames)
+{
+    EXPECT_EQ(parseCommandLine({"help", "start"}).helpText, parseCommandLine({"start", "--help"}).helpText);
+    EXPECT_EQ(parseCommandLine({"help"}).helpText, parseCommandLine({"--help"}).helpText);
+}
+
+TEST(CommandLine, DoctorTakesATimeLimit)
+{
+    EXPECT_EQ(parseCommandLine({"doctor"}).timeLimit, std::chrono::seconds{10});
+    EXPECT_EQ(parseCommandLine({"doctor", "--time-limit", "3"}).timeLimit, std::chrono::seconds{3});
+}
+
+TEST(CommandLine, CompletionTakesAShell)
+{
+    EXPECT_EQ(parseCommandLine({"completion", "bash"}).shell, "bash");
+    EXPECT_EQ(parseCommandLine({"completion", "powershell"}).shell, "powershell");
+}
+
+struct Answer {
+    Arguments arguments;
+    const char* text;
+};
+
+void PrintTo(const Answer& answer, std::ostream* stream)
+{
+    *stream << answer.text;
+}
+
+class WrongCommand : public testing::TestWithParam<Answer> {};
+
+TEST_P(WrongCommand, GetsAnAnswerThatLeadsToTheRightOne)
+{
+    try {
+        parseCommandLine(GetParam().arguments);
+        FAIL() << "no exception";
+    } catch (const UsageError& error) {
+        EXPECT_STREQ(error.what(), GetParam().text);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CommandLine, WrongCommand,
+    testing::Values(Answer{{}, "A command is required."},
+                    Answer{{"stup"}, "There is no command \"stup\". Did you mean \"setup\"?"},
+                    Answer{{"dotcor"}, "There is no command \"dotcor\". Did you mean \"doctor\"?"},
+                    Answer{{"nonsense"}, "There is no command \"nonsense\"."},
+                    Answer{{"--verbose"}, "There is no flag \"--verbose\"."},
+                    Answer{{"setup", "--archive", "a"}, "There is no flag \"--archive\"."},
+                    Answer{{"setup", "a", "b"}, "There is no place for the argument \"b\"."},
+                    Answer{{"exec", "ls"}, "The program needs \"--\" in front of it: \"kelpctl exec -- ls\"."},
+                    Answer{{"exec"}, "A program is required, with \"--\" in front of it."},
+                    Answer{{"exec", "--", ""}, "A program is required, with \"--\" in front of it."},
+                    Answer{{"help", "exce"}, "There is no command \"exce\". Did you mean \"exec\"?"}));
 
 class WrongUsage : public testing::TestWithParam<Arguments> {};
 
@@ -164,7 +229,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Arguments{"exec", "-e", "NAME", "--", "ls"}, Arguments{"exec", "-e", "=1", "--", "ls"},
                     Arguments{"exec", "-e", "/p=1", "--", "ls"}, Arguments{"exec", "-e", "--", "ls"},
                     Arguments{"exec", "-e", "A=1", "B=2", "--", "ls"}, Arguments{"env", "--container", "c", "--", "ls"},
-                    Arguments{"remove", "a", "b"}, Arguments{"setup", "--archive", "a"}, Arguments{"start", "stop"}));
+                    Arguments{"remove", "a", "b"}, Arguments{"setup", "--archive", "a"}, Arguments{"start", "stop"},
+                    Arguments{"completion"}, Arguments{"completion", "fish"}, Arguments{"doctor", "--time-limit", "0"},
+                    Arguments{"doctor", "--time-limit", "x"}, Arguments{"doctor", "x"}));
 
 TEST(CommandLine, WrongUsageNamesTheCommandThatWasFound)
 {
@@ -183,7 +250,7 @@ TEST(CommandLine, WrongVariableIsNotRepeated)
         parseCommandLine({"exec", "-e", "secret", "--", "ls"});
         FAIL() << "no exception";
     } catch (const UsageError& error) {
-        EXPECT_EQ(std::string(error.what()), "-e takes NAME=VALUE");
+        EXPECT_EQ(std::string(error.what()), "-e takes NAME=VALUE.");
         EXPECT_EQ(error.command(), "exec");
     }
 }

@@ -20,9 +20,119 @@ TEST(Commands, SetupIsTheGateway)
     EXPECT_EQ(session.run({"setup"}), 0);
     EXPECT_EQ(session.run({"setup", "grüße 1.tar"}), 0);
     EXPECT_THAT(fakeLvm().calls, ElementsAre("gateway setup", "gateway setup [grüße 1.tar]"));
-    EXPECT_EQ(session.out, "");
     EXPECT_EQ(session.error, "");
 }
+
+TEST(Commands, ProvisioningThatFindsTheEnvironmentSaysSo)
+{
+    for (const char* command : {"setup", "provision"}) {
+        Session session;
+        EXPECT_EQ(session.run({command}), 0);
+        EXPECT_EQ(session.out, "The distribution kelp_hub_R1 exists already; nothing was created.\n");
+        session.run({command, "--docker", "--json"});
+        EXPECT_EQ(session.json()["result"],
+                  json::parse(R"({"kind": "image", "name": "kelp_hub_R1", "created": false, "source": null})"));
+    }
+}
+
+struct Source {
+    std::vector<std::string> arguments;
+    const char* source;
+};
+
+void PrintTo(const Source& source, std::ostream* stream)
+{
+    *stream << source.arguments.at(1);
+}
+
+class Provisioning : public testing::TestWithParam<Source> {};
+
+TEST_P(Provisioning, SaysWhatTheEnvironmentWasMadeFrom)
+{
+    fakeLvm().duringImport = [] {
+        ranProgram({"tool", "images"}, {0, {}, {}});
+        ranProgram(GetParam().arguments, {0, {}, {}});
+        ranProgram({"tool", "images"}, {0, {}, {}});
+    };
+    Session session;
+    EXPECT_EQ(session.run({"provision", "--name", "hub"}), 0);
+    EXPECT_EQ(session.out, std::string("The distribution hub was created from ") + GetParam().source + ".\n");
+    session.run({"provision", "--json"});
+    EXPECT_EQ(session.json()["result"]["created"], true);
+    EXPECT_EQ(session.json()["result"]["source"], GetParam().source);
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, Provisioning,
+                         testing::Values(Source{{"wsl.exe", "--import", "hub", "folder", "a.tar", "--version", "2"},
+                                                "a.tar"},
+                                         Source{{"docker.exe", "load", "-i", "a.tar"}, "a.tar"},
+                                         Source{{"docker.exe", "import", "a.tar", "hub"}, "a.tar"},
+                                         Source{{"docker.exe", "pull", "-q", "zqkelp/hub:1"}, "zqkelp/hub:1"}));
+
+TEST(Commands, SourceThatFailedIsNone)
+{
+    fakeLvm().duringImport = [] {
+        ranProgram({"docker.exe", "pull", "-q", "zqkelp/hub:1"}, {1, {}, "x"});
+        ranProgram({"docker.exe", "load", "-i", "a.tar"}, {0, {}, {}});
+    };
+    Session session;
+    session.run({"--docker", "setup", "--json"});
+    EXPECT_EQ(session.json()["result"]["source"], "a.tar");
+}
+
+TEST(Commands, HelpIsACommandToo)
+{
+    Session session;
+    EXPECT_EQ(session.run({"help"}), 0);
+    EXPECT_THAT(session.out, HasSubstr("Examples:"));
+    EXPECT_EQ(session.run({"help", "exec"}), 0);
+    EXPECT_THAT(session.out, HasSubstr("Usage: kelpctl exec [OPTIONS] -- PROGRAM [ARG...]\n"));
+    EXPECT_EQ(session.run({"help", "--json", "exec"}), 0);
+    EXPECT_THAT(session.json()["result"]["text"].get<std::string>(), HasSubstr("kelpctl exec"));
+    EXPECT_EQ(session.run({"help", "nonsense"}), 2);
+}
+
+TEST(Commands, CompletionPrintsAScript)
+{
+    Session session;
+    EXPECT_EQ(session.run({"completion", "bash"}), 0);
+    EXPECT_THAT(session.out, HasSubstr("complete -o default -F _kelpctl kelpctl"));
+    EXPECT_EQ(session.run({"completion", "powershell"}), 0);
+    EXPECT_THAT(session.out, HasSubstr("Register-ArgumentCompleter"));
+    EXPECT_EQ(session.run({"completion", "fish"}), 2);
+}
+
+TEST(Commands, CompletePrintsCandidates)
+{
+    Session session;
+    EXPECT_EQ(session.run({"complete", "--", "tear"}), 0);
+    EXPECT_EQ(session.out, "teardown\n");
+    EXPECT_EQ(session.run({"complete", "--next", "--", "completion"}), 0);
+    EXPECT_EQ(session.out, "bash\npowershell\n");
+}
+
+TEST(Commands, LanguageWithoutMessagesIsTold)
+{
+    Session session;
+    EXPECT_EQ(session.run({"--language", "xx", "check"}), 0);
+    EXPECT_EQ(session.out, "0\n");
+    EXPECT_EQ(session.error, "kelpctl: there are no messages in \"xx\"; they are in English.\n");
+    session.run({"--language", "en", "check"});
+    EXPECT_EQ(session.error, "");
+}
+
+#ifndef _WIN32
+TEST(Commands, LanguageIsTheSystemsUnlessGiven)
+{
+    Session session;
+    setVariable("LANG", "fr_FR.UTF-8");
+    session.run({"check"});
+    EXPECT_EQ(foundation::core::config::configuration().language, "fr");
+    EXPECT_EQ(session.error, "");
+    session.run({"check", "--language", "en"});
+    EXPECT_EQ(foundation::core::config::configuration().language, "en");
+}
+#endif
 
 TEST(Commands, CheckPrintsZero)
 {
@@ -38,7 +148,8 @@ TEST(Commands, CheckThatFailsPrintsTheNumberAndTheNextStep)
     Session session;
     EXPECT_EQ(session.run({"check"}), 1);
     EXPECT_EQ(session.out, "-3\n");
-    EXPECT_THAT(session.error, HasSubstr("error: WSL_NOT_USABLE\nnext step: "));
+    EXPECT_THAT(session.error, HasSubstr("error: WSL_NOT_USABLE\n"));
+    EXPECT_THAT(session.error, HasSubstr("next step: "));
     EXPECT_EQ(session.run({"check", "--json"}), 1);
     EXPECT_EQ(session.json()["result"], -3);
     EXPECT_EQ(session.json()["ok"], false);
@@ -76,20 +187,37 @@ TEST(Commands, ContainerPairPassesNamesOn)
     EXPECT_EQ(session.error, "");
 }
 
+TEST(Commands, ContainerPairSaysWhatItDid)
+{
+    Session session;
+    session.run({"--docker", "start"});
+    EXPECT_EQ(session.out, "The container kelp_hub was started.\n");
+    session.run({"--docker", "stop", "--container", "c"});
+    EXPECT_EQ(session.out, "The container c was removed.\n");
+    session.run({"--docker", "start", "--json"});
+    EXPECT_EQ(session.json()["result"]["container"], "kelp_hub");
+    session.run({"--wsl", "start"});
+    EXPECT_EQ(session.out, "WSL needs no container; nothing was done.\n");
+    session.run({"--wsl", "stop", "--json"});
+    EXPECT_TRUE(session.json()["result"]["container"].is_null());
+}
+
 TEST(Commands, ContainerThatDoesNotStartIsAFailure)
 {
-    fakeLvm().containerStarts = false;
+    fakeLvm().duringStart = [] { return false; };
     Session session;
     EXPECT_EQ(session.run({"--docker", "start"}), 1);
-    EXPECT_THAT(session.error, HasSubstr("error: CONTAINER_NOT_STARTED\nevidence: container kelp_hub\nnext step: "));
+    EXPECT_THAT(session.error,
+                HasSubstr("The container kelp_hub could not be started.\nerror: CONTAINER_NOT_STARTED\nnext step: "));
 }
 
 TEST(Commands, ContainerThatDoesNotStopIsAFailure)
 {
-    fakeLvm().containerStops = false;
+    fakeLvm().duringStop = [] { return false; };
     Session session;
     EXPECT_EQ(session.run({"--docker", "stop", "--container", "c"}), 1);
-    EXPECT_THAT(session.error, HasSubstr("error: CONTAINER_NOT_STOPPED\nevidence: container c\nnext step: "));
+    EXPECT_THAT(session.error,
+                HasSubstr("The container c could not be stopped.\nerror: CONTAINER_NOT_STOPPED\nnext step: "));
 }
 
 TEST(Commands, PrefixPrintsTheLine)

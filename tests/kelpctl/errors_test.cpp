@@ -1,7 +1,8 @@
 #include "errors.h"
 
 #include "command_line.h"
-#include "next_steps.h"
+#include "fake_lvm.h"
+#include "session.h"
 
 #include "host/configuration.h"
 #include "host/exceptions.h"
@@ -11,25 +12,90 @@
 
 #include <filesystem>
 #include <new>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
 namespace {
 
 using namespace orb::container_support;
+using kelpctl::adviceFor;
+using kelpctl::adviceNextStep;
+using kelpctl::adviceText;
 using kelpctl::Failure;
-using kelpctl::nextStep;
+using kelpctl::namesOf;
 using kelpctl::Report;
 using kelpctl::reportOf;
+using kelpctl::Request;
+using kelpctl::RunJournal;
+using orb::process::detail::RunResult;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-template <class Thrown>
-Report reportOn(const Thrown& thrown)
+// What stands behind a command that failed.
+class Scene {
+public:
+    Request request;
+
+    // A program that ran before the failure.
+    void ran(const std::vector<std::string>& arguments, const RunResult& result)
+    {
+        journal_.started(arguments);
+        journal_.ended(arguments, &result);
+    }
+
+    // What programs answer when they are asked afterwards; any other fails.
+    void answers(const std::string& commandLine, const std::string& output) { answers_[commandLine] = {0, output, {}}; }
+
+    Report report(const std::exception_ptr& error) { return reportOf(error, {request, console_, journal_}); }
+
+    template <class Thrown>
+    Report reportOn(const Thrown& thrown)
+    {
+        return report(std::make_exception_ptr(thrown));
+    }
+
+private:
+    RunResult answer(const std::vector<std::string>& arguments)
+    {
+        std::string line;
+        for (const std::string& argument : arguments) {
+            line += (line.empty() ? "" : " ") + argument;
+        }
+        const auto known = answers_.find(line);
+        return known == answers_.end() ? RunResult{1, {}, "no"} : known->second;
+    }
+
+    std::map<std::string, RunResult> answers_;
+    std::ostringstream stream_;
+    RunJournal journal_;
+    kelpctl::Console console_{stream_,
+                              stream_,
+                              false,
+                              false,
+                              false,
+                              false,
+                              [this](const auto& arguments, const auto& /*environment*/) { return answer(arguments); },
+                              {}};
+    EnvironmentVariable useWsl_{"USE_WSL"};
+};
+
+class Docker : public Scene {
+public:
+    Docker() { setVariable("USE_WSL", "0"); }
+};
+
+std::string nextStep(const char* key, const Request& request = {}, const std::string& subject = {})
 {
-    return reportOf(std::make_exception_ptr(thrown));
+    kelpctl::Names names = namesOf(request);
+    names.subject = subject;
+    return adviceNextStep(adviceFor(key), names);
 }
+
+constexpr char engineQuestion[] = "docker.exe version --format {{json .}}";
+constexpr char containerQuestion[] = "docker.exe container inspect --format {{.State.Running}} kelp_hub";
+constexpr char imageQuestion[] = "docker.exe image inspect --format {{.Id}} kelp_hub_R1";
 
 template <class ID>
 foundation::core::except::Exception<ID, std::exception, void> catalogueError(const std::vector<std::string>& texts)
@@ -54,12 +120,14 @@ std::string utf16(const std::string& text)
 
 TEST(Errors, CatalogueErrorTellsItsTextAndArguments)
 {
-    const Report report = reportOn(catalogueError<TAR_FILE_NOT_AVAILABLE>({"C:\\hub.tar"}));
+    Scene scene;
+    const Report report = scene.reportOn(catalogueError<TAR_FILE_NOT_AVAILABLE>({"C:\\hub.tar"}));
     EXPECT_EQ(report.identifier, "TAR_FILE_NOT_AVAILABLE");
     EXPECT_THAT(report.text, HasSubstr("C:\\hub.tar"));
     EXPECT_THAT(report.arguments, ElementsAre("C:\\hub.tar"));
-    EXPECT_THAT(report.evidence, IsEmpty());
-    EXPECT_EQ(report.nextStep, nextStep("TAR_FILE_NOT_AVAILABLE", {}));
+    EXPECT_FALSE(report.evidence.has_value());
+    EXPECT_FALSE(report.cause.has_value());
+    EXPECT_EQ(report.nextStep, nextStep("TAR_FILE_NOT_AVAILABLE"));
     EXPECT_EQ(report.status, 1);
 }
 
@@ -69,54 +137,251 @@ TEST(Errors, TextThatCannotBeTranslatedIsEnglish)
     configuration.language = "de";
     configuration.installationRoot = "\xFF";
     foundation::core::config::configure(configuration);
-    const Report report = reportOn(catalogueError<TAR_FILE_NOT_AVAILABLE>({"hub.tar"}));
+    Scene scene;
+    const Report report = scene.reportOn(catalogueError<TAR_FILE_NOT_AVAILABLE>({"hub.tar"}));
     EXPECT_THAT(report.text, HasSubstr("The archive hub.tar does not exist."));
     EXPECT_EQ(report.identifier, "TAR_FILE_NOT_AVAILABLE");
 }
 
-TEST(Errors, CodePathOfWslDecidesTheNextStep)
+TEST(Errors, RunThatFailedIsTheEvidence)
 {
-    const std::string failure = "cout = \n" +
-                                utf16("Fehler\r\nFehlercode: Wsl/Service/RegisterDistro/WSL_E_IMPORT_FAILED\r\n") +
-                                "\ncerr = \nbsdtar: Error opening archive\n\n";
-    const Report report = reportOn(catalogueError<WSL_CANNOT_IMPORT_TAR_FILE>({"hub.tar", failure}));
-    EXPECT_EQ(report.identifier, "WSL_CANNOT_IMPORT_TAR_FILE");
-    EXPECT_THAT(report.evidence, ElementsAre("Wsl/Service/RegisterDistro/WSL_E_IMPORT_FAILED"));
-    EXPECT_EQ(report.nextStep, nextStep({}, "WSL_E_IMPORT_FAILED"));
-    EXPECT_THAT(report.arguments.at(1), HasSubstr("bsdtar"));
-    EXPECT_EQ(report.arguments.at(1).find('\0'), std::string::npos);
+    Scene scene;
+    scene.ran({"where", "wsl.exe"}, {0, "wsl.exe\r\n", {}});
+    scene.ran({"wsl.exe", "--import", "hub"}, {-1, utf16("Fehlercode: Wsl/Service/WSL_E_IMPORT_FAILED\r\n"), "bsdtar"});
+    const Report report = scene.reportOn(catalogueError<WSL_CANNOT_IMPORT_TAR_FILE>({"hub.tar", "x"}));
+    ASSERT_TRUE(report.evidence.has_value());
+    EXPECT_THAT(report.evidence->arguments, ElementsAre("wsl.exe", "--import", "hub"));
+    EXPECT_EQ(report.evidence->status, -1);
+    EXPECT_EQ(report.evidence->output, "Fehlercode: Wsl/Service/WSL_E_IMPORT_FAILED\n");
+    EXPECT_EQ(report.evidence->error, "bsdtar");
+    EXPECT_EQ(report.evidence->code, "Wsl/Service/WSL_E_IMPORT_FAILED");
 }
 
-TEST(Errors, FailureWithoutCodePathHasAStepToo)
+TEST(Errors, CodePathOfWslDecidesCauseAndNextStep)
 {
-    const Report report = reportOn(catalogueError<WSL_CANNOT_IMPORT_TAR_FILE>({"hub.tar", "cout = \n\ncerr = \n\n"}));
-    EXPECT_THAT(report.evidence, IsEmpty());
-    EXPECT_EQ(report.nextStep, nextStep("WSL_CANNOT_IMPORT_TAR_FILE", {}));
+    Scene scene;
+    scene.ran({"wsl.exe", "--import", "hub"},
+              {-1, utf16("Fehler\r\nFehlercode: Wsl/Service/RegisterDistro/WSL_E_IMPORT_FAILED\r\n"), {}});
+    const Report report = scene.reportOn(catalogueError<WSL_CANNOT_IMPORT_TAR_FILE>({"hub.tar", "x"}));
+    ASSERT_TRUE(report.cause.has_value());
+    EXPECT_EQ(report.cause->identifier, "WSL_ARCHIVE_BROKEN");
+    EXPECT_EQ(report.nextStep, nextStep("WSL_ARCHIVE_BROKEN"));
 }
 
-TEST(Errors, OwnFailureShowsItsEvidence)
+TEST(Errors, FailureOfWslWithoutACodeHasAStepToo)
 {
+    Scene scene;
+    scene.ran({"wsl.exe", "--import", "hub"}, {-1, "?", {}});
+    const Report report = scene.reportOn(catalogueError<WSL_CANNOT_IMPORT_TAR_FILE>({"hub.tar", "x"}));
+    EXPECT_FALSE(report.cause.has_value());
+    EXPECT_EQ(report.nextStep, nextStep("WSL_CANNOT_IMPORT_TAR_FILE"));
+}
+
+TEST(Errors, WslThatIsNotInstalledIsToldByItsStatus)
+{
+    for (const std::int32_t status : {1, 50}) {
+        Scene scene;
+        scene.ran({"wsl.exe", "--list", "-q"}, {status, {}, "irgendetwas"});
+        EXPECT_EQ(scene.reportOn(Failure("WSL_NOT_USABLE")).cause->identifier, "WSL_NOT_INSTALLED") << status;
+    }
+}
+
+TEST(Errors, WslThatDoesNotExistIsTold)
+{
+    Scene scene;
+    scene.ran({"C:\\wsl.exe", "--list", "-q"}, {127, {}, "cannot start C:\\wsl.exe\n"});
+    EXPECT_EQ(scene.reportOn(Failure("WSL_NOT_USABLE")).cause->identifier, "WSL_NOT_FOUND");
+}
+
+TEST(Errors, CheckOfWslSpeaksOfWslUnderDockerToo)
+{
+    Docker scene;
+    scene.ran({"wsl.exe", "--list", "-q"}, {-1, "Wsl/Service/E_UNEXPECTED", {}});
+    EXPECT_EQ(scene.reportOn(Failure("WSL_NOT_USABLE")).cause->identifier, "WSL_SERVICE_BROKEN");
+}
+
+TEST(Errors, DockerEngineThatDoesNotAnswerIsTheCause)
+{
+    Docker scene;
+    scene.ran({"docker.exe", "load", "-i", "hub.tar"}, {1, {}, "cannot connect"});
+    const Report report = scene.reportOn(catalogueError<TAR_FILE_LOAD_ERROR>({"hub.tar", "hub", "cannot connect"}));
+    EXPECT_EQ(report.cause->identifier, "DOCKER_ENGINE_NOT_REACHABLE");
+    EXPECT_EQ(report.nextStep, nextStep("DOCKER_ENGINE_NOT_REACHABLE"));
+}
+
+TEST(Errors, ArchiveIsToBlameWhenTheEngineAnswers)
+{
+    Docker scene;
+    scene.answers(engineQuestion, "{}");
+    scene.ran({"docker.exe", "load", "-i", "hub.tar"}, {1, {}, "archive/tar: invalid tar header"});
+    const Report report = scene.reportOn(catalogueError<TAR_FILE_LOAD_ERROR>({"hub.tar", "hub", "invalid"}));
+    EXPECT_FALSE(report.cause.has_value());
+    EXPECT_EQ(report.nextStep, nextStep("TAR_FILE_LOAD_ERROR"));
+}
+
+TEST(Errors, MissingClientNeedsNoFurtherQuestion)
+{
+    Docker scene;
+    scene.ran({"where", "docker.exe"}, {1, {}, "INFO: nothing\r\n"});
+    const Report report = scene.reportOn(catalogueError<DOCKER_NOT_AVAILABLE>({}));
+    EXPECT_FALSE(report.cause.has_value());
+    EXPECT_THAT(report.evidence->arguments, ElementsAre("where", "docker.exe"));
+}
+
+struct Start {
+    const char* name;
+    std::int32_t status;
+    // What the engine says of itself, the container and the image; empty when it does not.
+    const char* engine;
+    const char* container;
+    const char* image;
+    const char* cause;
+};
+
+void PrintTo(const Start& start, std::ostream* stream)
+{
+    *stream << start.name;
+}
+
+class FailedStart : public testing::TestWithParam<Start> {};
+
+TEST_P(FailedStart, HasItsCause)
+{
+    Docker scene;
+    const Start& start = GetParam();
+    for (const auto& [question, text] : {std::pair{engineQuestion, start.engine},
+                                         {containerQuestion, start.container},
+                                         {imageQuestion, start.image}}) {
+        if (*text != '\0') {
+            scene.answers(question, text);
+        }
+    }
+    scene.ran({"docker.exe", "run", "-di", "kelp_hub_R1"}, {start.status, {}, "x"});
+    EXPECT_EQ(scene.reportOn(Failure("CONTAINER_NOT_STARTED")).cause->identifier, start.cause);
+}
+
+INSTANTIATE_TEST_SUITE_P(Errors, FailedStart,
+                         testing::Values(Start{"engine", 125, "", "", "", "DOCKER_ENGINE_NOT_REACHABLE"},
+                                         Start{"runs", 125, "{}", "true", "id", "CONTAINER_RUNS_ALREADY"},
+                                         Start{"exists", 125, "{}", "false", "id", "CONTAINER_EXISTS"},
+                                         Start{"no image", 125, "{}", "", "", "IMAGE_MISSING"},
+                                         Start{"refused", 125, "{}", "", "id", "DOCKER_REFUSED"},
+                                         Start{"not executable", 126, "{}", "false", "id", "PROGRAM_NOT_EXECUTABLE"},
+                                         Start{"not found", 127, "{}", "false", "id", "PROGRAM_NOT_FOUND"}));
+
+TEST(Errors, RunThatWasEndedForItsTimeIsAHang)
+{
+    Scene scene;
+    RunJournal journal;
+    journal.limitEachRun(std::chrono::milliseconds{0});
+    journal.started({"wsl.exe", "--list"});
+    EXPECT_TRUE(journal.endWanted());
+    const RunResult result{137, {}, {}};
+    journal.ended({"wsl.exe", "--list"}, &result);
+    std::ostringstream stream;
+    kelpctl::Console console{stream, stream, false, false, false, false, {}, {}};
     const Report report =
-        reportOn(Failure("REMOVAL_FAILED", "Text.", {"Fehlercode: Wsl/Service/WSL_E_DISTRO_NOT_FOUND"}));
-    EXPECT_EQ(report.identifier, "REMOVAL_FAILED");
-    EXPECT_EQ(report.text, "Text.");
-    EXPECT_EQ(report.evidence, report.arguments);
-    EXPECT_THAT(report.evidence, ElementsAre("Fehlercode: Wsl/Service/WSL_E_DISTRO_NOT_FOUND"));
-    EXPECT_EQ(report.nextStep, nextStep({}, "WSL_E_DISTRO_NOT_FOUND"));
+        reportOf(std::make_exception_ptr(Failure("WSL_NOT_USABLE")), {scene.request, console, journal});
+    EXPECT_EQ(report.cause->identifier, "TOOL_HANGS");
+    EXPECT_THAT(report.cause->text, HasSubstr("wsl.exe"));
+}
+
+TEST(Errors, AdviceRepeatsTheFlagsThatLedHere)
+{
+    Docker scene;
+    scene.request.backend = kelpctl::Backend::docker;
+    scene.request.release = "R1";
+    scene.request.root = "C:\\Program Files\\Host";
+    scene.answers(engineQuestion, "{}");
+    scene.ran({"docker.exe", "run"}, {125, {}, {}});
+    EXPECT_THAT(scene.reportOn(Failure("CONTAINER_NOT_STARTED")).nextStep,
+                HasSubstr("kelpctl --docker --root \"C:\\Program Files\\Host\" --release R1 setup"));
+}
+
+TEST(Errors, EvidenceHidesSecrets)
+{
+    Scene scene;
+    scene.request.environment = {{"TOKEN", "hush"}};
+    scene.ran({"wsl.exe", "--list", "hush"}, {-1, "hush", "hush"});
+    const Report report = scene.reportOn(Failure("WSL_NOT_USABLE"));
+    EXPECT_EQ(report.evidence->arguments.back(), "***");
+    EXPECT_EQ(report.evidence->output, "***");
+    EXPECT_EQ(report.evidence->error, "***");
+}
+
+struct Left {
+    const char* verb;
+    const char* cause;
+};
+
+void PrintTo(const Left& left, std::ostream* stream)
+{
+    *stream << left.verb;
+}
+
+class Interrupted : public testing::TestWithParam<Left> {};
+
+TEST_P(Interrupted, TellsWhatMayBeLeft)
+{
+    Scene scene;
+    scene.ran({"tool", GetParam().verb, "name", "C:\\Temp\\x", "archive"}, {1, {}, {}});
+    const Report report = scene.reportOn(Failure("INTERRUPTED"));
+    EXPECT_EQ(report.identifier, "INTERRUPTED");
+    EXPECT_EQ(report.status, 130);
+    ASSERT_TRUE(report.cause.has_value());
+    EXPECT_EQ(report.cause->identifier, GetParam().cause);
+    EXPECT_EQ(report.cause->text.find("{"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Errors, Interrupted,
+                         testing::Values(Left{"--import", "IMPORT_LEFT"}, Left{"load", "IMAGE_LEFT"},
+                                         Left{"import", "IMAGE_LEFT"}, Left{"pull", "IMAGE_LEFT"},
+                                         Left{"run", "CONTAINER_LEFT"}, Left{"--unregister", "REMOVAL_LEFT"},
+                                         Left{"image", "REMOVAL_LEFT"}, Left{"container", "REMOVAL_LEFT"}));
+
+TEST(Errors, InterruptionOfAQuestionLeavesNothing)
+{
+    Scene scene;
+    scene.ran({"wsl.exe", "--list", "-q"}, {1, {}, {}});
+    const Report report = scene.reportOn(Failure("INTERRUPTED"));
+    EXPECT_FALSE(report.cause.has_value());
+    EXPECT_THAT(report.nextStep, HasSubstr("nothing was left behind"));
+}
+
+TEST(Errors, FolderOfAnInterruptedImportIsNamed)
+{
+    Scene scene;
+    scene.ran({"wsl.exe", "--import", "hub", "C:\\Temp\\x", "archive"}, {1, {}, {}});
+    EXPECT_THAT(scene.reportOn(Failure("INTERRUPTED")).cause->text, HasSubstr("C:\\Temp\\x"));
+}
+
+TEST(Errors, StatusIsWrittenWithAllItsBits)
+{
+    EXPECT_EQ(kelpctl::hexadecimal(-1), "0xFFFFFFFF");
+    EXPECT_EQ(kelpctl::hexadecimal(0), "0x00000000");
+    EXPECT_EQ(kelpctl::hexadecimal(125), "0x0000007D");
 }
 
 TEST(Errors, WrongUsageHasAStatusOfItsOwn)
 {
-    const Report report = reportOn(kelpctl::UsageError("setup", "Too much"));
+    Scene scene;
+    const Report report = scene.reportOn(kelpctl::UsageError("setup", "Too much"));
     EXPECT_EQ(report.identifier, "USAGE");
     EXPECT_EQ(report.text, "Too much");
+    EXPECT_EQ(report.nextStep, "Run \"kelpctl setup --help\".");
     EXPECT_EQ(report.status, 2);
+}
+
+TEST(Errors, WrongUsageOfNoCommandLeadsToTheWholeHelp)
+{
+    Scene scene;
+    EXPECT_EQ(scene.reportOn(kelpctl::UsageError("", "What?")).nextStep, "Run \"kelpctl --help\".");
 }
 
 TEST(Errors, ProgramThatCannotBeStartedIsNamed)
 {
-    const std::system_error error(ENOENT, std::generic_category(), "where");
-    const Report report = reportOn(error);
+    Scene scene;
+    const Report report = scene.reportOn(std::system_error(ENOENT, std::generic_category(), "where"));
     EXPECT_EQ(report.identifier, "PROGRAM_NOT_STARTED");
     EXPECT_THAT(report.text, HasSubstr("where"));
 }
@@ -136,10 +401,11 @@ class OtherError : public testing::TestWithParam<Other> {};
 
 TEST_P(OtherError, HasAnIdentifierOfItsOwn)
 {
-    const Report report = reportOf(GetParam().error);
+    Scene scene;
+    const Report report = scene.report(GetParam().error);
     EXPECT_EQ(report.identifier, GetParam().identifier);
     EXPECT_THAT(report.text, HasSubstr(GetParam().text));
-    EXPECT_EQ(report.nextStep, nextStep(GetParam().identifier, {}));
+    EXPECT_EQ(report.nextStep, nextStep(GetParam().identifier));
     EXPECT_EQ(report.status, 1);
 }
 

@@ -57,6 +57,17 @@ FakeLvm& fakeLvm()
     return fake;
 }
 
+void ranProgram(const std::vector<std::string>& arguments, const orb::process::detail::RunResult& result)
+{
+    using namespace orb::process::detail;
+    RunObserver* const observer = observeRuns(nullptr);
+    observeRuns(observer);
+    if (observer != nullptr) {
+        observer->started(arguments);
+        observer->ended(arguments, &result);
+    }
+}
+
 void logAs(const char* channel, std::uint32_t severity, const std::string& message)
 {
     foundation::core::diag::basic_diagnostic_logger logger(channel);
@@ -87,13 +98,13 @@ void clearDistroImage(const std::string& imageName)
 bool startContainerIfNecessary(const std::string& containerName, const std::string& imageName)
 {
     note("start", {containerName, imageName});
-    return fakeLvm().containerStarts;
+    return fakeLvm().duringStart();
 }
 
 bool stopContainerIfNecessary(const std::string& containerName)
 {
     note("stop", {containerName});
-    return fakeLvm().containerStops;
+    return fakeLvm().duringStop();
 }
 
 std::string getContainerCommandPrefix(const std::string& containerName)
@@ -125,6 +136,17 @@ void applySharedEnvironment(std::vector<std::string>& args, std::map<std::string
     }
 }
 
+std::string addKVRelease(const std::string& name)
+{
+    return name + "_R1";
+}
+
+const std::u16string& getContainerTarsDirectory()
+{
+    static const std::u16string folder = u"/tree/tar_files";
+    return folder;
+}
+
 } // namespace orb::lvm
 
 void kelp_container_setup(int /*outputCount*/, hxArray* /*outputs*/[], int inputCount, hxArray* inputs[])
@@ -143,6 +165,7 @@ void kelp_container_teardown(int /*outputCount*/, hxArray* /*outputs*/[], int /*
 void kelp_container_wsl_check(int /*outputCount*/, hxArray* outputs[], int /*inputCount*/, hxArray* /*inputs*/[])
 {
     note("gateway check", {});
+    fakeLvm().duringCheck();
     outputs[0] = hxCreateDoubleScalar(fakeLvm().checkResult);
 }
 

@@ -1,6 +1,8 @@
 // A library that does nothing but write down how it was called and do what a test tells it to.
 #pragma once
 
+#include "host/process.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -13,8 +15,9 @@ struct FakeLvm {
     // What happens inside the calls.
     std::function<void()> duringImport = [] {};
     std::function<void()> duringClear = [] {};
-    bool containerStarts = true;
-    bool containerStops = true;
+    std::function<bool()> duringStart = [] { return true; };
+    std::function<bool()> duringStop = [] { return true; };
+    std::function<void()> duringCheck = [] {};
     double checkResult = 0;
 
     // Of the backend that is not WSL.
@@ -22,6 +25,9 @@ struct FakeLvm {
 };
 
 FakeLvm& fakeLvm();
+
+// What the observer of child programs sees when the library runs one.
+void ranProgram(const std::vector<std::string>& arguments, const orb::process::detail::RunResult& result);
 
 // Writes a record the way the library does.
 void logAs(const char* channel, std::uint32_t severity, const std::string& message);

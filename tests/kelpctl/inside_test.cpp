@@ -38,8 +38,9 @@ TEST(Exec, WslGetsTheProgramAndListsTheVariables)
     Session session;
     EXPECT_EQ(session.run({"exec", "-e", "LEVEL=3", "--", "ls", "", "-l"}), 0);
     EXPECT_THAT(session.startedArguments, ElementsAre("/windows/wsl.exe", "-d", "kelp_hub", "--exec", "ls", "", "-l"));
-    EXPECT_THAT(session.startedEnvironment, ElementsAre(Pair("LD_LIBRARY_PATH", "/runtime"), Pair("LEVEL", "3"),
-                                                        Pair("WSLENV", "LD_LIBRARY_PATH:LEVEL")));
+    EXPECT_THAT(session.startedEnvironment,
+                ElementsAre(Pair("LD_LIBRARY_PATH", "/runtime"), Pair("LEVEL", "3"),
+                            Pair("WSLENV", "LD_LIBRARY_PATH:LEVEL"), Pair("WSL_UTF8", "1")));
     EXPECT_EQ(session.out, "");
     EXPECT_EQ(session.error, "");
 }
@@ -105,25 +106,136 @@ TEST(Exec, StatusIsTheProgramsOwn)
     }
 }
 
-TEST(Exec, FailureOfWslItselfIsTold)
+TEST(Exec, WslUtf8OfTheUserStands)
+{
+    Session session;
+    setVariable("WSL_UTF8", "0");
+    session.run({"exec", "--", "ls"});
+    EXPECT_FALSE(session.startedEnvironment.contains("WSL_UTF8"));
+}
+
+constexpr char listing[] = "/windows/wsl.exe --list -q";
+constexpr char table[] = "/windows/wsl.exe --list --verbose";
+
+TEST(Exec, MissingDistributionIsTold)
 {
     Session session;
     session.programStatus = kelpctl::wslFailureStatus();
-    EXPECT_EQ(session.run({"exec", "--", "ls"}), kelpctl::wslFailureStatus());
+    session.answers[listing] = {0, "other\r\n", {}};
+    EXPECT_EQ(session.run({"--release", "R1", "exec", "--", "ls"}), kelpctl::wslFailureStatus());
     EXPECT_EQ(session.out, "");
-    EXPECT_THAT(session.error, HasSubstr("wsl.exe failed"));
     EXPECT_THAT(session.error, HasSubstr("error: WSL_FAILED\n"));
+    EXPECT_THAT(session.error, HasSubstr("cause: There is no distribution kelp_hub_R1.\n"));
+    EXPECT_THAT(session.error, HasSubstr("next step: Create it with \"kelpctl --release R1 setup\".\n"));
+}
+
+TEST(Exec, WslThatCannotListIsTold)
+{
+    Session session;
+    session.programStatus = kelpctl::wslFailureStatus();
+    session.answers[listing] = {-1, "Fehlercode: Wsl/Service/E_UNEXPECTED", {}};
+    session.run({"exec", "--", "ls"});
+    EXPECT_THAT(session.error, HasSubstr("evidence: /windows/wsl.exe --list -q\n"
+                                         "    status: -1 (0xFFFFFFFF)\n"
+                                         "    code: Wsl/Service/E_UNEXPECTED\n"));
+    EXPECT_THAT(session.error, HasSubstr("cause: The WSL service has failed.\n"));
+}
+
+TEST(Exec, StatusOfWslItselfIsToldFromThatOfAProgramWhereItCanBe)
+{
+    Session session;
+    session.programStatus = kelpctl::wslFailureStatus();
+    session.answers[listing] = {0, "kelp_hub\r\n", {}};
+    session.answers[table] = {0, "  NAME STATE VERSION\r\n* kelp_hub Running 2\r\n", {}};
+    session.run({"exec", "--", "ls"});
+    EXPECT_THAT(session.error,
+                HasSubstr(kelpctl::wslFailureIsAmbiguous() ? "error: WSL_OR_PROGRAM_FAILED\n" : "error: WSL_FAILED\n"));
     EXPECT_THAT(session.error, HasSubstr("next step: "));
 }
 
 TEST(Exec, FailureOfWslItselfIsAnObjectForPrograms)
 {
     Session session;
-    session.programStatus = kelpctl::wslFailureStatus();
-    session.run({"exec", "--json", "--", "ls"});
+    session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {
+        kelpctl::wslFailureStatus(), "Wsl/Service/WSL_E_DISTRO_NOT_FOUND", {}};
+    EXPECT_EQ(session.run({"exec", "--json", "--", "ls"}), kelpctl::wslFailureStatus());
     EXPECT_EQ(session.json()["error"]["identifier"], "WSL_FAILED");
+    EXPECT_EQ(session.json()["error"]["cause"]["identifier"], "WSL_DISTRIBUTION_UNKNOWN");
+    EXPECT_EQ(session.json()["error"]["evidence"]["code"], "Wsl/Service/WSL_E_DISTRO_NOT_FOUND");
+    EXPECT_EQ(session.json()["ok"], false);
     EXPECT_EQ(session.error, "");
 }
+
+TEST(Exec, ProgramIsPartOfTheObjectForPrograms)
+{
+    Session session;
+    session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {3, "out\n", "err\n"};
+    EXPECT_EQ(session.run({"exec", "--json", "--", "ls"}), 3);
+    EXPECT_EQ(session.json()["ok"], true);
+    EXPECT_EQ(session.json()["result"], nlohmann::json::parse(R"({"status": 3, "output": "out\n", "error": "err\n"})"));
+    EXPECT_THAT(session.startedArguments, IsEmpty());
+}
+
+TEST(Exec, ObjectForProgramsNeedsNoTerminal)
+{
+    Session session;
+    session.interactive = true;
+    session.answers["/usr/bin/docker exec -i -e LD_LIBRARY_PATH=/runtime kelp_hub ls"] = {0, {}, {}};
+    EXPECT_EQ(session.run({"exec", "--docker", "--json", "--", "ls"}), 0);
+}
+
+constexpr char engineQuestion[] = "/usr/bin/docker version --format {{json .}}";
+constexpr char containerQuestion[] = "/usr/bin/docker container inspect --format {{.State.Running}} kelp_hub";
+
+struct DockerEnd {
+    const char* name;
+    std::int32_t status;
+    // What the engine says of itself and of the container; empty when it does not.
+    const char* engine;
+    const char* container;
+    // What must be told; empty for nothing.
+    const char* told;
+};
+
+void PrintTo(const DockerEnd& end, std::ostream* stream)
+{
+    *stream << end.name;
+}
+
+class ExecInDocker : public testing::TestWithParam<DockerEnd> {};
+
+TEST_P(ExecInDocker, TellsDockersFailuresFromTheProgramsStatus)
+{
+    Session session;
+    const DockerEnd& end = GetParam();
+    session.programStatus = end.status;
+    if (*end.engine != '\0') {
+        session.answers[engineQuestion] = {0, end.engine, {}};
+    }
+    if (*end.container != '\0') {
+        session.answers[containerQuestion] = {0, end.container, {}};
+    }
+    EXPECT_EQ(session.run({"exec", "--docker", "--", "ls"}), end.status);
+    EXPECT_EQ(session.out, "");
+    if (*end.told == '\0') {
+        EXPECT_EQ(session.error, "");
+    } else {
+        EXPECT_THAT(session.error, HasSubstr(end.told));
+        EXPECT_THAT(session.error, HasSubstr("next step: "));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Exec, ExecInDocker,
+    testing::Values(DockerEnd{"no engine", 1, "", "", "cause: The Docker engine does not answer.\n"},
+                    DockerEnd{"no container", 1, "{}", "", "cause: There is no container kelp_hub.\n"},
+                    DockerEnd{"stopped", 1, "{}", "false\n", "cause: The container kelp_hub does not run.\n"},
+                    DockerEnd{"the program's own 1", 1, "{}", "true\n", ""},
+                    DockerEnd{"refused", 125, "{}", "true\n", "cause: The Docker client or the engine refused"},
+                    DockerEnd{"not executable", 126, "{}", "true\n", "cause: Docker could not execute the program"},
+                    DockerEnd{"not found", 127, "{}", "true\n", "cause: The environment has no such program"},
+                    DockerEnd{"the program's own 3", 3, "", "", ""},
+                    DockerEnd{"the program's own 128", 128, "", "", ""}));
 
 TEST(Exec, DockerHasNoStatusOfItsOwn)
 {
@@ -131,13 +243,7 @@ TEST(Exec, DockerHasNoStatusOfItsOwn)
     session.programStatus = kelpctl::wslFailureStatus();
     EXPECT_EQ(session.run({"exec", "--docker", "--", "ls"}), kelpctl::wslFailureStatus());
     EXPECT_EQ(session.error, "");
-}
-
-TEST(Exec, SuccessPrintsNoObject)
-{
-    Session session;
-    EXPECT_EQ(session.run({"exec", "--json", "--", "ls"}), 0);
-    EXPECT_EQ(session.out, "");
+    EXPECT_THAT(session.asked, IsEmpty());
 }
 
 } // namespace

@@ -47,6 +47,8 @@ TEST(Output, FailureIsAnObjectForPrograms)
     EXPECT_EQ(object["error"]["identifier"], "TAR_FILE_NOT_AVAILABLE");
     EXPECT_EQ(object["error"]["message"], "The archive hub.tar does not exist.");
     EXPECT_EQ(object["error"]["arguments"], json::array({"hub.tar"}));
+    EXPECT_TRUE(object["error"]["cause"].is_null());
+    EXPECT_TRUE(object["error"]["evidence"].is_null());
     EXPECT_FALSE(object["error"]["next"].get<std::string>().empty());
 }
 
@@ -54,7 +56,8 @@ TEST(Output, SuccessIsAnObjectForPrograms)
 {
     Session session;
     EXPECT_EQ(session.run({"--json", "setup"}), 0);
-    EXPECT_EQ(session.out, R"({"command":"setup","ok":true,"result":null,"error":null})"
+    EXPECT_EQ(session.out, R"({"command":"setup","ok":true,"result":{"kind":"distribution","name":"kelp_hub_R1",)"
+                           R"("created":false,"source":null},"error":null})"
                            "\n");
 }
 
@@ -65,7 +68,7 @@ TEST(Output, WrongUsageIsText)
     EXPECT_EQ(session.out, "");
     EXPECT_THAT(session.error, testing::StartsWith("kelpctl remove: "));
     EXPECT_THAT(session.error, HasSubstr("error: USAGE\n"));
-    EXPECT_THAT(session.error, HasSubstr("kelpctl --help"));
+    EXPECT_THAT(session.error, HasSubstr("kelpctl remove --help"));
     EXPECT_TRUE(fakeLvm().calls.empty());
 }
 
@@ -91,14 +94,63 @@ TEST(Output, TerminalObeysNothingInAFailure)
 {
     std::ostringstream out;
     std::ostringstream error;
-    kelpctl::Console console{out, error, false, false, {}};
+    kelpctl::Console console{out, error, false, false, false, false, {}, {}};
     kelpctl::Report report;
     report.identifier = "X";
     report.text = "one\n\x1b[2Jtwo\n";
-    report.evidence = {"first\nsecond"};
+    report.cause = {"Y", "Why\x07."};
+    report.evidence = {{"tool", "an argument", ""}, -1, "first\nsecond\x1b[0m", "", "Wsl/X"};
     report.nextStep = "Do it.";
     kelpctl::writeText(console, "", {{}, nullptr, report});
-    EXPECT_EQ(error.str(), "kelpctl: one\n    \\x1B[2Jtwo\nerror: X\nevidence: first\n    second\nnext step: Do it.\n");
+    EXPECT_EQ(error.str(), "kelpctl: one\n"
+                           "    \\x1B[2Jtwo\n"
+                           "error: X\n"
+                           "cause: Why\\x07.\n"
+                           "evidence: tool \"an argument\" \"\"\n"
+                           "    status: -1 (0xFFFFFFFF)\n"
+                           "    code: Wsl/X\n"
+                           "    standard output: first\n"
+                           "        second\\x1B[0m\n"
+                           "next step: Do it.\n");
+}
+
+TEST(Output, EvidenceDoesNotRepeatTheText)
+{
+    std::ostringstream out;
+    std::ostringstream error;
+    kelpctl::Console console{out, error, false, false, false, false, {}, {}};
+    kelpctl::Report report;
+    report.text = "It said: broken\nfor ever";
+    report.evidence = {{"tool"}, 1, "broken\nfor ever\n", "something else", {}};
+    kelpctl::writeText(console, "", {{}, nullptr, report});
+    EXPECT_THAT(error.str(), testing::Not(HasSubstr("standard output")));
+    EXPECT_THAT(error.str(), HasSubstr("    standard error: something else\n"));
+}
+
+TEST(Output, ProgramThatWasNotStartedHasNoStatus)
+{
+    std::ostringstream out;
+    std::ostringstream error;
+    kelpctl::Console console{out, error, false, false, false, false, {}, {}};
+    kelpctl::Report report;
+    report.evidence = {{"tool"}, {}, {}, {}, {}};
+    kelpctl::writeText(console, "", {{}, nullptr, report});
+    EXPECT_THAT(error.str(), HasSubstr("evidence: tool\n    status: not started\nnext step: "));
+    kelpctl::writeJson(console, "", {{}, nullptr, report});
+    EXPECT_EQ(json::parse(out.str())["error"]["evidence"],
+              json::parse(R"({"arguments": ["tool"], "status": null, "hexadecimal": null, "output": null,
+                              "error": null, "code": null})"));
+}
+
+TEST(Output, ColoursAreForTerminalsThatShowThem)
+{
+    fakeLvm().duringImport = throwMissingArchive;
+    Session session;
+    session.run({"setup"});
+    EXPECT_THAT(session.error, testing::Not(HasSubstr("\x1b")));
+    session.errorColours = true;
+    session.run({"setup"});
+    EXPECT_THAT(session.error, HasSubstr("\x1b[1;31merror: \x1b[0mTAR_FILE_NOT_AVAILABLE\n"));
 }
 
 TEST(Output, TextThatIsNotUtf8StillMakesAnObject)
@@ -112,7 +164,7 @@ TEST(Output, ResultThatCannotBeWrittenIsAFailure)
 {
     std::ostream out(nullptr);
     std::ostringstream error;
-    kelpctl::Console console{out, error, false, false, {}};
+    kelpctl::Console console{out, error, false, false, false, false, {}, {}};
     EXPECT_EQ(kelpctl::run({"prefix", "--wsl"}, console), 1);
     EXPECT_THAT(error.str(), HasSubstr("error: OUTPUT_NOT_WRITABLE\n"));
 }

@@ -21,7 +21,9 @@ using testing::HasSubstr;
 // Ten minutes, so that nothing is ever drawn.
 ProgressOptions slow()
 {
-    return {600s, steady_clock::now};
+    ProgressOptions options;
+    options.interval = 600s;
+    return options;
 }
 
 TEST(Progress, ShortWorkShowsNothing)
@@ -47,7 +49,7 @@ TEST(Progress, LineIsDrawnAnewAndErased)
         return steady_clock::time_point(count * 5s);
     };
     {
-        const Progress progress(terminal, "kelpctl setup", {1ms, clock});
+        const Progress progress(terminal, "kelpctl setup", {1ms, clock, [] { return std::string(); }, 79});
         drawnTwice.get_future().wait();
     }
     const std::string text = terminal.str();
@@ -57,8 +59,47 @@ TEST(Progress, LineIsDrawnAnewAndErased)
     EXPECT_THAT(text, testing::EndsWith(std::string("\r").append(length, ' ').append("\r")));
 }
 
+// What the terminal shows after the first line.
+std::string firstLine(const std::string& awaited, std::size_t columns)
+{
+    std::ostringstream terminal;
+    std::promise<void> drawn;
+    std::atomic<int> asked = 0;
+    ProgressOptions options;
+    options.interval = 1ms;
+    options.columns = columns;
+    options.awaited = [&] {
+        if (asked++ == 1) {
+            drawn.set_value();
+        }
+        return awaited;
+    };
+    {
+        const Progress progress(terminal, "kelpctl setup", options);
+        drawn.get_future().wait();
+    }
+    const std::string text = terminal.str();
+    return text.substr(1, text.find('\r', 1) - 1);
+}
+
+TEST(Progress, LineTellsWhatIsAwaited)
+{
+    EXPECT_EQ(firstLine("wsl.exe --import hub", 79), "kelpctl setup: wsl.exe --import hub ... 0 s");
+}
+
+TEST(Progress, LongLineIsCut)
+{
+    EXPECT_EQ(firstLine("wsl.exe --import hub", 30), "kelpctl setup: wsl.exe ... 0 s");
+}
+
+TEST(Progress, TerminalObeysNothingInTheLine)
+{
+    EXPECT_EQ(firstLine("a\x1b[2J", 79), "kelpctl setup: a\\x1B[2J ... 0 s");
+}
+
 void workLongerThanASecond()
 {
+    ranProgram({"/tools/wsl.exe", "--list"}, {0, {}, {}});
     std::this_thread::sleep_for(1300ms);
 }
 
@@ -69,7 +110,7 @@ TEST(Progress, LongWorkShowsItOnATerminal)
     session.errorIsTerminal = true;
     EXPECT_EQ(session.run({"setup"}), 0);
     EXPECT_THAT(session.error, HasSubstr("\rkelpctl setup ... 1 s"));
-    EXPECT_EQ(session.out, "");
+    EXPECT_THAT(session.error, testing::EndsWith("\r"));
 }
 
 TEST(Progress, NothingIsShownWhereNoTerminalIs)

@@ -10,10 +10,15 @@ using testing::HasSubstr;
 
 void failToClear()
 {
-    logAs("orb:lvm:common", 512,
-          "clearDistroImage: distro's clear unsuccessful cout = Nothing there.\r\n"
-          "Fehlercode: Wsl/Service/WSL_E_DISTRO_NOT_FOUND\r\n");
-    logAs("orb:lvm:common", 512, "clearDistroImage: distro's clear unsuccessful cerr = ");
+    ranProgram({"wsl.exe", "--unregister", "kelp_hub_R1"},
+               {-1, "Nichts da.\r\nFehlercode: Wsl/Service/WSL_E_DISTRO_NOT_FOUND\r\n", {}});
+}
+
+void clear()
+{
+    // Looking for the program may fail on the way.
+    ranProgram({"where", "wsl.exe"}, {1, {}, {}});
+    ranProgram({"wsl.exe", "--unregister", "kelp_hub_R1"}, {0, {}, {}});
 }
 
 TEST(Removal, PassesTheNameOn)
@@ -32,48 +37,42 @@ TEST(Removal, TeardownIsTheGateway)
     EXPECT_THAT(fakeLvm().calls, ElementsAre("gateway teardown"));
 }
 
-TEST(Removal, FailureThatIsOnlyLoggedIsFoundOut)
+TEST(Removal, SuccessIsTold)
+{
+    fakeLvm().duringClear = clear;
+    for (const char* command : {"remove", "teardown"}) {
+        Session session;
+        EXPECT_EQ(session.run({command}), 0);
+        EXPECT_EQ(session.out, "The distribution kelp_hub_R1 was removed.\n");
+        session.run({command, "--json", "--docker"});
+        EXPECT_EQ(session.json()["result"], nlohmann::json::parse(R"({"kind": "image", "name": "kelp_hub_R1"})"));
+    }
+}
+
+TEST(Removal, FailureThatTheLibraryOnlyLogsIsFoundOut)
 {
     fakeLvm().duringClear = failToClear;
     for (const char* command : {"remove", "teardown"}) {
         Session session;
         EXPECT_EQ(session.run({command}), 1);
-        EXPECT_THAT(session.error, HasSubstr("error: REMOVAL_FAILED\n"
-                                             "evidence: Nothing there.\n"
-                                             "    Fehlercode: Wsl/Service/WSL_E_DISTRO_NOT_FOUND\n"
-                                             "next step: There is nothing of that name"));
+        EXPECT_EQ(session.out, "");
+        EXPECT_THAT(session.error, HasSubstr("kelp_hub_R1 could not be removed.\n"
+                                             "error: REMOVAL_FAILED\n"
+                                             "cause: There is no distribution of that name.\n"
+                                             "evidence: wsl.exe --unregister kelp_hub_R1\n"
+                                             "    status: -1 (0xFFFFFFFF)\n"
+                                             "    code: Wsl/Service/WSL_E_DISTRO_NOT_FOUND\n"
+                                             "    standard output: Nichts da.\n"));
     }
 }
 
 TEST(Removal, FailureWithoutAWordIsAFailure)
 {
-    fakeLvm().duringClear = [] {
-        logAs("orb:lvm:common", 512, "clearDistroImage: distro's clear unsuccessful cout = ");
-        logAs("orb:lvm:common", 512, "clearDistroImage: distro's clear unsuccessful cerr = ");
-    };
+    fakeLvm().duringClear = [] { ranProgram({"wsl.exe", "--unregister", "x"}, {-1, {}, {}}); };
     Session session;
     EXPECT_EQ(session.run({"remove", "--json"}), 1);
     EXPECT_EQ(session.json()["error"]["identifier"], "REMOVAL_FAILED");
-    EXPECT_TRUE(session.json()["error"]["arguments"].empty());
-}
-
-TEST(Removal, OtherChannelsAndLevelsAreNoFailure)
-{
-    fakeLvm().duringClear = [] {
-        logAs("orb:lvm:wsl", 512, "listing = failed");
-        logAs("orb:lvm:common", 8, "clearDistroImage: COMMON");
-    };
-    Session session;
-    EXPECT_EQ(session.run({"--log", "detail", "remove"}), 0);
-}
-
-TEST(Removal, LogShowsTheFailureAsWell)
-{
-    fakeLvm().duringClear = failToClear;
-    Session session;
-    EXPECT_EQ(session.run({"--log", "error", "remove"}), 1);
-    EXPECT_THAT(session.error, HasSubstr(" orb:lvm:common error "));
-    EXPECT_THAT(session.error, HasSubstr("error: REMOVAL_FAILED\n"));
+    EXPECT_EQ(session.json()["error"]["evidence"]["output"], "");
 }
 
 TEST(Removal, FailureOfOneRunIsNotThatOfTheNext)
@@ -81,7 +80,7 @@ TEST(Removal, FailureOfOneRunIsNotThatOfTheNext)
     fakeLvm().duringClear = failToClear;
     Session session;
     EXPECT_EQ(session.run({"remove"}), 1);
-    fakeLvm().duringClear = [] {};
+    fakeLvm().duringClear = clear;
     EXPECT_EQ(session.run({"remove"}), 0);
     EXPECT_EQ(session.error, "");
 }

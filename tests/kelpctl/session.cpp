@@ -4,16 +4,34 @@
 
 #include <sstream>
 
+namespace {
+
+std::string joined(const std::vector<std::string>& words)
+{
+    std::string line;
+    for (const std::string& word : words) {
+        line += (line.empty() ? "" : " ") + word;
+    }
+    return line;
+}
+
+} // namespace
+
 int Session::run(const std::vector<std::string>& arguments)
 {
     std::ostringstream outStream;
     std::ostringstream errorStream;
-    kelpctl::Console console{outStream, errorStream, errorIsTerminal, interactive,
-                             [this](const auto& started, const auto& environment) {
-                                 startedArguments = started;
-                                 startedEnvironment = environment;
-                                 return programStatus;
-                             }};
+    const auto answer = [this](const std::vector<std::string>& program, const auto& /*environment*/) {
+        asked.push_back(joined(program));
+        const auto known = answers.find(asked.back());
+        return known == answers.end() ? orb::process::detail::RunResult{127, {}, {}} : known->second;
+    };
+    const auto start = [this](const auto& started, const auto& environment) {
+        startedArguments = started;
+        startedEnvironment = environment;
+        return programStatus;
+    };
+    kelpctl::Console console{outStream, errorStream, errorIsTerminal, interactive, false, errorColours, answer, start};
     const int status = kelpctl::run(arguments, console);
     out = outStream.str();
     error = errorStream.str();

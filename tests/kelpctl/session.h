@@ -3,6 +3,8 @@
 
 #include "environment_variable.h"
 
+#include "host/process.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
@@ -15,8 +17,11 @@ class Session {
 public:
     // What the console is like, and what the program that exec starts exits with.
     bool errorIsTerminal = false;
+    bool errorColours = false;
     bool interactive = false;
     std::int32_t programStatus = 0;
+    // What programs that kelpctl runs itself answer, by their command line. Any other fails with status 127.
+    std::map<std::string, orb::process::detail::RunResult> answers;
 
     int run(const std::vector<std::string>& arguments);
 
@@ -25,6 +30,8 @@ public:
     std::string error;
     std::vector<std::string> startedArguments;
     std::map<std::string, std::string> startedEnvironment;
+    // The command lines of programs that were asked, of all runs.
+    std::vector<std::string> asked;
 
     // The object that the last run printed.
     nlohmann::json json() const { return nlohmann::json::parse(out); }
@@ -32,4 +39,8 @@ public:
 private:
     EnvironmentVariable useWsl_{"USE_WSL"};
     EnvironmentVariable wslenv_{"WSLENV"};
+    EnvironmentVariable wslUtf8_{"WSL_UTF8"};
+    EnvironmentVariable localeAll_{"LC_ALL"};
+    EnvironmentVariable localeMessages_{"LC_MESSAGES"};
+    EnvironmentVariable language_{"LANG"};
 };

@@ -33,7 +33,14 @@ struct Message {
 // catalogue knows gives its own name and the arguments. Any thread; files are read at each call.
 KORVANE_HOST_API std::string localisedText(const Message& message);
 
-// The same in English, without reading any file.
+// The same for a program's own catalogue: `english` is the text that a translation must have the placeholders of, and
+// that is used where there is none.
+KORVANE_HOST_API std::string localisedText(const Message& message, const std::string& english);
+
+// The message in English, without reading any file.
 KORVANE_HOST_API std::string englishText(const Message& message);
+
+// Whether there is a translation of the catalogue, however complete. English is always there. Reads a file.
+KORVANE_HOST_API bool hasLanguage(const std::string& catalogue, const std::string& language);
 
 } // namespace foundation::core::message

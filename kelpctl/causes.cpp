@@ -1,0 +1,128 @@
+#include "causes.h"
+
+#include "backend.h"
+#include "probes.h"
+
+#include "orb/lvm.h"
+
+#include <array>
+
+namespace kelpctl {
+namespace {
+
+constexpr std::int32_t noSuchProgram = 127;
+// What Windows' own wsl.exe answers when there is no WSL behind it.
+constexpr std::array<std::int32_t, 2> notInstalled = {1, 50};
+
+// Docker's own statuses of "run".
+constexpr std::int32_t dockerRefused = 125;
+constexpr std::int32_t notExecutable = 126;
+constexpr std::int32_t notFound = 127;
+
+std::string verbOf(const Run& run)
+{
+    return run.arguments.size() > 1 ? run.arguments[1] : std::string();
+}
+
+bool imageExists(const Context& context, const std::string& client, const std::string& image)
+{
+    return ask(context.console, {client, "image", "inspect", "--format", "{{.Id}}", image}).good();
+}
+
+std::string causeOfStart(const Run& run, const Context& context, const std::string& client)
+{
+    const Names names = namesOf(context.request);
+    switch (askContainer(context.console, client, names.container)) {
+    case ContainerState::running:
+        return "CONTAINER_RUNS_ALREADY";
+    case ContainerState::unknown:
+        return "DOCKER_ENGINE_NOT_REACHABLE";
+    case ContainerState::stopped:
+        // The engine makes the container before it finds that the image's program cannot be run.
+        if (run.result && run.result->status == dockerRefused) {
+            return "CONTAINER_EXISTS";
+        }
+        break;
+    case ContainerState::missing:
+        break;
+    }
+    if (!imageExists(context, client, names.image)) {
+        return "IMAGE_MISSING";
+    }
+    const std::int32_t status = run.result ? run.result->status : dockerRefused;
+    return status == notExecutable ? "PROGRAM_NOT_EXECUTABLE"
+           : status == notFound    ? "PROGRAM_NOT_FOUND"
+                                   : "DOCKER_REFUSED";
+}
+
+std::string causeOfDockerFailure(const std::string& identifier, const Run& run, const Context& context)
+{
+    const std::string& client = run.arguments.front();
+    if (identifier == "DOCKER_NOT_AVAILABLE" || verbOf(run) == "docker.exe") {
+        return {};
+    }
+    if (identifier == "CONTAINER_NOT_STARTED") {
+        return causeOfStart(run, context, client);
+    }
+    return askEngine(context.console, client).reachable ? std::string() : "DOCKER_ENGINE_NOT_REACHABLE";
+}
+
+} // namespace
+
+std::string causeOfWslStatus(const Run& run)
+{
+    if (!run.result) {
+        return {};
+    }
+    const std::string printed = readableOutput(*run.result);
+    if (const std::string_view known = causeOfWslCode(wslCodePath(printed)); !known.empty()) {
+        return std::string(known);
+    }
+    if (run.result->status == noSuchProgram) {
+        return "WSL_NOT_FOUND";
+    }
+    for (const std::int32_t status : notInstalled) {
+        if (run.result->status == status) {
+            return "WSL_NOT_INSTALLED";
+        }
+    }
+    return {};
+}
+
+std::string causeOf(const std::string& identifier, const std::optional<Run>& run, const Context& context)
+{
+    if (!run || !run->failed()) {
+        return {};
+    }
+    if (run->timedOut) {
+        return "TOOL_HANGS";
+    }
+    const bool wsl = usesWsl() || identifier == "WSL_NOT_USABLE";
+    return wsl ? causeOfWslStatus(*run) : causeOfDockerFailure(identifier, *run, context);
+}
+
+std::string causeOfInterruption(const std::optional<Run>& run)
+{
+    const std::string verb = run ? verbOf(*run) : std::string();
+    if (verb == "--import") {
+        return "IMPORT_LEFT";
+    }
+    if (verb == "load" || verb == "import" || verb == "pull" || verb == "tag") {
+        return "IMAGE_LEFT";
+    }
+    if (verb == "run") {
+        return "CONTAINER_LEFT";
+    }
+    if (verb == "--unregister" || verb == "image" || verb == "container") {
+        return "REMOVAL_LEFT";
+    }
+    return {};
+}
+
+std::string importFolder(const std::optional<Run>& run)
+{
+    constexpr std::size_t folder = 3;
+    return run && verbOf(*run) == "--import" && run->arguments.size() > folder ? run->arguments[folder] : std::string();
+}
+
+} // namespace kelpctl

@@ -1,0 +1,10 @@
+#include "doctor.h"
+
+namespace kelpctl {
+
+Outcome doctor(const Context& /*context*/)
+{
+    return {};
+}
+
+} // namespace kelpctl

@@ -1,0 +1,148 @@
+#include "probes.h"
+
+#include "text.h"
+
+#include "host/text.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <exception>
+#include <sstream>
+
+namespace kelpctl {
+namespace {
+
+using foundation::core::text::readable;
+using nlohmann::json;
+
+const std::map<std::string, std::string>& plainTexts()
+{
+    static const std::map<std::string, std::string> variables = {{"WSL_UTF8", "1"}, {"WSL_DISABLE_WARNINGS", "1"}};
+    return variables;
+}
+
+std::string textAt(const json& object, const char* part, const char* name)
+{
+    const auto found = object.is_object() ? object.find(part) : object.end();
+    return found != object.end() && found->is_object() ? found->value(name, std::string()) : std::string();
+}
+
+std::vector<std::string> wordsOf(const std::string& line)
+{
+    std::istringstream stream(line);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;) {
+        words.push_back(word);
+    }
+    return words;
+}
+
+bool isNumber(const std::string& word)
+{
+    return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// "* NAME STATE VERSION", the mark for the default only. Any other line is a header.
+std::optional<Distribution> distributionRow(const std::string& line)
+{
+    std::vector<std::string> words = wordsOf(line);
+    const bool isDefault = !words.empty() && words.front() == "*";
+    if (isDefault) {
+        words.erase(words.begin());
+    }
+    if (words.size() != 3 || !isNumber(words.back()) || words.back().size() > 1) {
+        return std::nullopt;
+    }
+    return Distribution{words[0], words[1], words[2].front() - '0', isDefault};
+}
+
+void addMissing(std::vector<Distribution>& all, const std::string& name)
+{
+    const bool there = std::any_of(all.begin(), all.end(), [&name](const Distribution& d) { return d.name == name; });
+    if (!there) {
+        all.push_back({name, {}, 0, false});
+    }
+}
+
+} // namespace
+
+Answer ask(Console& console, const std::vector<std::string>& arguments)
+{
+    try {
+        const orb::process::detail::RunResult result = console.run(arguments, plainTexts());
+        return {arguments, result.status, readable(result.standardOutput), readable(result.standardError)};
+    } catch (const std::exception& error) {
+        return {arguments, std::nullopt, {}, readable(error.what())};
+    }
+}
+
+DockerEngine askEngine(Console& console, const std::string& client)
+{
+    DockerEngine engine;
+    engine.answer = ask(console, {client, "version", "--format", "{{json .}}"});
+    const json versions = json::parse(engine.answer.output, nullptr, false);
+    engine.clientVersion = textAt(versions, "Client", "Version");
+    engine.version = textAt(versions, "Server", "Version");
+    engine.system = textAt(versions, "Server", "Os");
+    engine.reachable = engine.answer.good();
+    return engine;
+}
+
+ContainerState askContainer(Console& console, const std::string& client, const std::string& container)
+{
+    const Answer state = ask(console, {client, "container", "inspect", "--format", "{{.State.Running}}", container});
+    if (state.good()) {
+        return state.output.starts_with("true") ? ContainerState::running : ContainerState::stopped;
+    }
+    return askEngine(console, client).reachable ? ContainerState::missing : ContainerState::unknown;
+}
+
+std::vector<Distribution> distributionTable(std::string_view text)
+{
+    std::vector<Distribution> all;
+    for (const std::string& line : displayLines(text)) {
+        if (const std::optional<Distribution> row = distributionRow(line)) {
+            all.push_back(*row);
+        }
+    }
+    return all;
+}
+
+// The short list is the one that can be empty without being an error; the table has the states.
+DistributionList askDistributions(Console& console, const std::string& wslPath)
+{
+    DistributionList list;
+    list.answer = ask(console, {wslPath, "--list", "-q"});
+    list.known = list.answer.good();
+    if (!list.known) {
+        return list;
+    }
+    const Answer table = ask(console, {wslPath, "--list", "--verbose"});
+    if (table.good()) {
+        list.all = distributionTable(table.output);
+    }
+    for (const std::string& name : wordsOf(list.answer.output)) {
+        addMissing(list.all, name);
+    }
+    return list;
+}
+
+std::string versionNumber(std::string_view text)
+{
+    const auto isPart = [](char c) { return (c >= '0' && c <= '9') || c == '.'; };
+    for (auto start = text.begin(); start != text.end();) {
+        start = std::find_if(start, text.end(), isPart);
+        const auto end = std::find_if_not(start, text.end(), isPart);
+        const std::string number(start, end);
+        const bool ends = !number.empty() && number.front() != '.' && number.back() != '.';
+        if (ends && std::count(number.begin(), number.end(), '.') >= 2) {
+            return number;
+        }
+        start = end;
+    }
+    return {};
+}
+
+} // namespace kelpctl

@@ -1,0 +1,186 @@
+#include "probes.h"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+using kelpctl::askContainer;
+using kelpctl::askDistributions;
+using kelpctl::askEngine;
+using kelpctl::Console;
+using kelpctl::ContainerState;
+using kelpctl::Distribution;
+using kelpctl::DistributionList;
+using kelpctl::distributionTable;
+using kelpctl::versionNumber;
+using orb::process::detail::RunResult;
+using testing::IsEmpty;
+
+// A console whose programs answer by their command line; any other fails.
+class Desk {
+public:
+    std::map<std::string, RunResult> answers;
+    std::map<std::string, std::string> environment;
+    Console console{stream_,
+                    stream_,
+                    false,
+                    false,
+                    false,
+                    false,
+                    [this](const auto& arguments, const auto& given) {
+                        environment = given;
+                        return answer(arguments);
+                    },
+                    {}};
+
+private:
+    RunResult answer(const std::vector<std::string>& arguments)
+    {
+        std::string line;
+        for (const std::string& argument : arguments) {
+            line += (line.empty() ? "" : " ") + argument;
+        }
+        if (line.starts_with("broken")) {
+            throw std::runtime_error("cannot start");
+        }
+        const auto known = answers.find(line);
+        return known == answers.end() ? RunResult{1, {}, "no"} : known->second;
+    }
+
+    std::ostringstream stream_;
+};
+
+constexpr char engineQuestion[] = "docker version --format {{json .}}";
+constexpr char containerQuestion[] = "docker container inspect --format {{.State.Running}} hub";
+
+TEST(Probes, EngineTellsItsVersion)
+{
+    Desk desk;
+    desk.answers[engineQuestion] = {
+        0, R"({"Client":{"Version":"20.10.24"},"Server":{"Version":"24.0.1","Os":"linux"}})", {}};
+    const kelpctl::DockerEngine engine = askEngine(desk.console, "docker");
+    EXPECT_TRUE(engine.reachable);
+    EXPECT_EQ(engine.clientVersion, "20.10.24");
+    EXPECT_EQ(engine.version, "24.0.1");
+    EXPECT_EQ(engine.system, "linux");
+}
+
+TEST(Probes, EngineThatDoesNotAnswerStillLeavesTheClient)
+{
+    Desk desk;
+    desk.answers[engineQuestion] = {1, R"({"Client":{"Version":"20.10.24"},"Server":null})", "Cannot connect"};
+    const kelpctl::DockerEngine engine = askEngine(desk.console, "docker");
+    EXPECT_FALSE(engine.reachable);
+    EXPECT_EQ(engine.clientVersion, "20.10.24");
+    EXPECT_EQ(engine.version, "");
+    EXPECT_EQ(engine.answer.error, "Cannot connect");
+}
+
+TEST(Probes, EngineThatSpeaksOtherwiseHasNoVersion)
+{
+    Desk desk;
+    for (const char* text : {"", "podman version 4", "[1]", R"({"Client": 3, "Server": [])"}) {
+        desk.answers[engineQuestion] = {0, text, {}};
+        const kelpctl::DockerEngine engine = askEngine(desk.console, "docker");
+        EXPECT_TRUE(engine.reachable);
+        EXPECT_EQ(engine.version, "") << text;
+    }
+}
+
+TEST(Probes, ContainerHasAState)
+{
+    Desk desk;
+    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::unknown);
+    desk.answers[engineQuestion] = {0, "{}", {}};
+    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::missing);
+    desk.answers[containerQuestion] = {0, "false\n", {}};
+    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::stopped);
+    desk.answers[containerQuestion] = {0, "true\n", {}};
+    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::running);
+}
+
+TEST(Probes, ProgramThatCannotBeStartedHasNoStatus)
+{
+    Desk desk;
+    const kelpctl::Answer answer = kelpctl::ask(desk.console, {"broken"});
+    EXPECT_FALSE(answer.status.has_value());
+    EXPECT_FALSE(answer.good());
+    EXPECT_EQ(answer.error, "cannot start");
+}
+
+TEST(Probes, WslIsAskedForPlainText)
+{
+    Desk desk;
+    kelpctl::ask(desk.console, {"wsl.exe"});
+    EXPECT_EQ(desk.environment.at("WSL_UTF8"), "1");
+    EXPECT_EQ(desk.environment.at("WSL_DISABLE_WARNINGS"), "1");
+}
+
+TEST(Probes, DistributionsHaveTheirStates)
+{
+    Desk desk;
+    desk.answers["wsl --list -q"] = {0, "kelp_hub\r\nUbuntu\r\n", {}};
+    desk.answers["wsl --list --verbose"] = {
+        0, "  NAME        STATE           VERSION\r\n* kelp_hub    Running         2\r\n  Ubuntu  Stopped 1\r\n", {}};
+    const DistributionList list = askDistributions(desk.console, "wsl");
+    EXPECT_TRUE(list.known);
+    ASSERT_EQ(list.all.size(), 2U);
+    EXPECT_EQ(list.all[0].name, "kelp_hub");
+    EXPECT_EQ(list.all[0].state, "Running");
+    EXPECT_EQ(list.all[0].version, 2);
+    EXPECT_TRUE(list.all[0].isDefault);
+    EXPECT_EQ(list.all[1].state, "Stopped");
+    EXPECT_EQ(list.all[1].version, 1);
+    EXPECT_FALSE(list.all[1].isDefault);
+}
+
+TEST(Probes, DistributionsWithoutATableHaveNoState)
+{
+    Desk desk;
+    desk.answers["wsl --list -q"] = {0, "kelp_hub\r\n", {}};
+    const DistributionList list = askDistributions(desk.console, "wsl");
+    ASSERT_EQ(list.all.size(), 1U);
+    EXPECT_EQ(list.all[0].name, "kelp_hub");
+    EXPECT_EQ(list.all[0].state, "");
+}
+
+TEST(Probes, NoDistributionsIsNoFailure)
+{
+    Desk desk;
+    desk.answers["wsl --list -q"] = {0, {}, {}};
+    const DistributionList list = askDistributions(desk.console, "wsl");
+    EXPECT_TRUE(list.known);
+    EXPECT_THAT(list.all, IsEmpty());
+}
+
+TEST(Probes, FailedListingIsNotAnEmptyOne)
+{
+    Desk desk;
+    EXPECT_FALSE(askDistributions(desk.console, "wsl").known);
+}
+
+TEST(DistributionTable, KnowsStatesThatAreYetToBeInvented)
+{
+    const std::vector<Distribution> all = distributionTable("* a Running 2\n  b Exporting 2\n  c Dreaming 1\n");
+    ASSERT_EQ(all.size(), 3U);
+    EXPECT_EQ(all[2].state, "Dreaming");
+}
+
+TEST(DistributionTable, TakesNoOtherLineForARow)
+{
+    EXPECT_THAT(distributionTable("  NAME  STATE  VERSION\n\nThere is none\n a b 22\n"), IsEmpty());
+}
+
+TEST(VersionNumber, IsFoundInAnyLanguage)
+{
+    EXPECT_EQ(versionNumber("WSL version: 2.3.24.0\nKernel version: 5.15.153.1-2\n"), "2.3.24.0");
+    EXPECT_EQ(versionNumber("WSL-Version: 2.3.24.0"), "2.3.24.0");
+    EXPECT_EQ(versionNumber("WSL2 \xE7\x89\x88\xE6\x9C\xAC\xEF\xBC\x9A 2.0.9"), "2.0.9");
+    EXPECT_EQ(versionNumber("no number 1.2 ... 3."), "");
+    EXPECT_EQ(versionNumber(""), "");
+}
+
+} // namespace
