@@ -128,6 +128,57 @@ TEST_F(KelpctlOnWsl, AnErrorHasTheTextTheIdentifierAndANextStep)
     EXPECT_THAT(failed.standardError, HasSubstr("Wsl/ERROR_FILE_NOT_FOUND"));
 }
 
+TEST_F(KelpctlOnWsl, ExecWithoutTheDistributionLeadsToSetup)
+{
+    const RunResult failed = kelpctl({"exec", "--", "uname"});
+    EXPECT_NE(failed.status, 0);
+    EXPECT_THAT(failed.standardOutput, HasSubstr("Wsl/Service/WSL_E_DISTRO_NOT_FOUND"))
+        << "as wsl.exe said it, in UTF-8";
+    EXPECT_THAT(failed.standardError, HasSubstr("error: WSL_FAILED\n"));
+    EXPECT_THAT(failed.standardError, HasSubstr("cause: There is no distribution kelp_hub_R2026b.\n"));
+    EXPECT_THAT(failed.standardError, HasSubstr("--release R2026b setup\".\n"));
+}
+
+TEST_F(KelpctlOnWsl, ACauseIsFoundInAForeignLanguageToo)
+{
+    const EnvironmentVariable mode("WSL_STAND_IN_MODE", "localised");
+    const RunResult failed = kelpctl({"setup", "missing.tar"});
+    EXPECT_THAT(failed.standardError, HasSubstr("cause: WSL does not find the archive.\n"));
+    EXPECT_THAT(failed.standardError, HasSubstr("    code: Wsl/ERROR_FILE_NOT_FOUND\n"));
+}
+
+TEST_F(KelpctlOnWsl, AWslThatIsNotInstalledIsToldInAnyLanguage)
+{
+    for (const char* mode : {"not-installed-stderr@list", "not-installed-stdout=50@list"}) {
+        // Only for the listing: the library would look for another wsl.exe if the version failed as well.
+        const EnvironmentVariable variable("WSL_STAND_IN_MODE", mode);
+        EXPECT_THAT(kelpctl({"check"}).standardError,
+                    HasSubstr("cause: The Windows Subsystem for Linux is not installed.\n"))
+            << mode;
+    }
+}
+
+TEST_F(KelpctlOnWsl, SetupSaysWhatItDid)
+{
+    tree.install();
+    EXPECT_THAT(kelpctl({"setup"}).standardOutput, HasSubstr("The distribution kelp_hub_R2026b was created from "));
+    EXPECT_EQ(withoutCarriageReturns(kelpctl({"setup"}).standardOutput),
+              "The distribution kelp_hub_R2026b exists already; nothing was created.\n");
+    const auto again = nlohmann::json::parse(kelpctl({"--json", "setup"}).standardOutput);
+    EXPECT_EQ(again.at("result").at("created"), false);
+}
+
+TEST_F(KelpctlOnWsl, ExecAsAnObjectHoldsTheProgramsOutput)
+{
+    tree.install();
+    ASSERT_EQ(kelpctl({"setup"}).status, 0);
+    const RunResult result = kelpctl({"--json", "exec", "--", "sh", "-c", "echo out; echo err >&2; exit 5"});
+    EXPECT_EQ(result.status, 5);
+    const auto object = nlohmann::json::parse(result.standardOutput);
+    EXPECT_EQ(object.at("ok"), true);
+    EXPECT_EQ(object.at("result"), nlohmann::json::parse(R"({"status": 5, "output": "out\n", "error": "err\n"})"));
+}
+
 TEST_F(KelpctlOnWsl, JsonIsOneObjectAlsoForErrors)
 {
     const auto good = nlohmann::json::parse(kelpctl({"--json", "check"}).standardOutput);
@@ -212,6 +263,47 @@ TEST_F(KelpctlOnDocker, AMissingArchiveIsExplained)
     EXPECT_EQ(failed.status, 1);
     EXPECT_THAT(failed.standardError, HasSubstr("TAR_FILE_NOT_AVAILABLE"));
     EXPECT_THAT(failed.standardError, HasSubstr("kelp_hub_docker.tar"));
+}
+
+TEST_F(KelpctlOnDocker, ExecTellsDockersFailuresFromTheProgramsStatus)
+{
+    EXPECT_THAT(kelpctl({"exec", "--", "uname"}).standardError, HasSubstr("cause: There is no container kelp_hub.\n"));
+    ASSERT_EQ(kelpctl({"setup", utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"))}).status, 0);
+    ASSERT_EQ(kelpctl({"start"}).status, 0);
+    const RunResult own = kelpctl({"exec", "--", "false"});
+    EXPECT_EQ(own.status, 1);
+    EXPECT_EQ(own.standardError, "");
+    const RunResult missing = kelpctl({"exec", "--", "no-such-program"});
+    EXPECT_TRUE(missing.status == 126 || missing.status == 127) << missing.status;
+    EXPECT_THAT(missing.standardError, HasSubstr("error: DOCKER_OR_PROGRAM_FAILED\n"));
+    docker.run({"stop", "-t", "0", "kelp_hub"});
+    EXPECT_THAT(kelpctl({"exec", "--", "uname"}).standardError,
+                HasSubstr("cause: The container kelp_hub does not run.\n"));
+}
+
+TEST_F(KelpctlOnDocker, AStartThatFailsTellsWhy)
+{
+    EXPECT_THAT(kelpctl({"start"}).standardError, HasSubstr("cause: There is no image kelp_hub_r2026b.\n"));
+    ASSERT_EQ(kelpctl({"setup", utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"))}).status, 0);
+    ASSERT_EQ(kelpctl({"start"}).status, 0);
+    const RunResult again = kelpctl({"start"});
+    EXPECT_THAT(again.standardError, HasSubstr("cause: The container kelp_hub runs already.\n"));
+    EXPECT_THAT(again.standardError, HasSubstr("    status: 125 (0x0000007D)\n"));
+    docker.run({"stop", "-t", "0", "kelp_hub"});
+    EXPECT_THAT(kelpctl({"start"}).standardError, HasSubstr("cause: A container kelp_hub exists already"));
+}
+
+TEST_F(KelpctlOnDocker, AnEngineThatDoesNotAnswerIsTheCauseOfEverything)
+{
+    const EnvironmentVariable host("DOCKER_HOST", "tcp://127.0.0.1:1");
+    const std::string archive = utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"));
+    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+             {"setup", archive}, {"teardown"}, {"start"}, {"stop"}, {"remove"}, {"exec", "--", "true"}}) {
+        const RunResult failed = kelpctl(command);
+        EXPECT_NE(failed.status, 0) << command.front();
+        EXPECT_THAT(failed.standardError, HasSubstr("cause: The Docker engine does not answer.\n")) << command.front();
+        EXPECT_THAT(failed.standardError, HasSubstr("next step: Start Docker")) << command.front();
+    }
 }
 
 } // namespace
