@@ -18,3 +18,8 @@ endif()
 install(FILES ${runtime_dlls} DESTINATION ${program_dir})
 install(DIRECTORY lvm/include/orb host/include/host DESTINATION include)
 install(DIRECTORY resources/ DESTINATION resources)
+
+# A program of the build folder finds the translations as one of an installed tree does.
+if(NOT WIN32)
+    file(CREATE_LINK ${PROJECT_SOURCE_DIR}/resources ${PROJECT_BINARY_DIR}/resources SYMBOLIC)
+endif()

@@ -1,16 +1,18 @@
 #include "interruption.h"
 
 #include <array>
+#include <atomic>
 #include <csignal>
 
 namespace kelpctl {
 namespace {
 
-volatile std::sig_atomic_t wasInterrupted = 0;
+std::atomic<bool> wasInterrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may use nothing else");
 
 void note(int /*signal*/)
 {
-    wasInterrupted = 1;
+    wasInterrupted = true;
 }
 
 constexpr std::array endingSignals = {SIGINT, SIGTERM, SIGHUP};
@@ -36,13 +38,13 @@ struct Interruption::State {
 
 bool interrupted() noexcept
 {
-    return wasInterrupted != 0;
+    return wasInterrupted;
 }
 
 // Programs that are started meanwhile do not inherit a handler, while they would inherit that a signal is ignored.
 Interruption::Interruption(Meaning meaning) : state_(std::make_unique<State>())
 {
-    wasInterrupted = 0;
+    wasInterrupted = false;
     if (meaning == Meaning::endWork) {
         for (const int signal : endingSignals) {
             state_->handle(signal, note, static_cast<int>(SA_RESETHAND));
