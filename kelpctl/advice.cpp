@@ -144,6 +144,29 @@ constexpr std::array entries = {
            "Look at what the program printed; wsl.exe never passes the status 67 on."},
     Advice{"WSL_STATUS_87", "The program ended with status 87, which wsl.exe takes for a want of terminals.",
            "Look at what the program printed; wsl.exe never passes the status 87 on."},
+
+    // What the doctor finds besides.
+    Advice{"WSL_VERSION_UNKNOWN",
+           "No wsl.exe tells its version, so the one that Windows keeps is used; it may be an old one.",
+           "Run \"wsl --update\" when WSL does not work as it should."},
+    Advice{"ARCHIVE_NOT_INSTALLED", "There is no archive to create {2} from.",
+           "Put {4} into the folder that is shown under \"archives\", or name an archive: \"{1} setup ARCHIVE\"."},
+    Advice{"ARCHIVE_NOT_USABLE", "{4} is no archive that {2} could be created from.",
+           "Put the file there once more from where it came, or name another archive: \"{1} setup ARCHIVE\"."},
+    Advice{"ARCHIVE_PACKED_UNUSUALLY", "{4} is packed with zstd, which older versions of WSL and Docker cannot read.",
+           "Pack it with gzip if \"{1} setup\" fails."},
+    Advice{"TEMPORARY_FOLDER_NOT_USABLE",
+           "The temporary folder, where WSL is to keep the distribution, does not exist or may not be written to: {4}",
+           "Let TEMP (TMPDIR, where it is no Windows) name a folder that you may write to."},
+    Advice{"TEMPORARY_FOLDER_SMALL",
+           "There is less room on the disk of the temporary folder, where WSL keeps the distribution, than the packed "
+           "archive takes.",
+           "Make room, or let TEMP (TMPDIR, where it is no Windows) name a folder on another disk."},
+    Advice{"DOCKER_NAME_INVALID", "Docker does not accept the name {2}: it wants lower-case letters and digits.",
+           "Name the release in lower case with --release."},
+    Advice{"DOCKER_RUNS_WINDOWS_CONTAINERS", "The Docker engine runs Windows containers.",
+           "Switch to Linux containers in the menu of Docker Desktop."},
+    Advice{"ENVIRONMENT_READY", "The environment is there.", "Run a program in it with \"{1} exec -- PROGRAM\"."},
 };
 
 // The longer of two that end alike comes first.

@@ -5,52 +5,17 @@
 #include "doctor.h"
 #include "errors.h"
 #include "gateways.h"
-#include "interruption.h"
-#include "progress.h"
 #include "removal.h"
+#include "work.h"
 
 #include "orb/lvm.h"
 
 #include <array>
 #include <exception>
-#include <functional>
-#include <iostream>
 #include <optional>
 
 namespace kelpctl {
 namespace {
-
-// Log records and the progress line would spoil each other.
-bool showsProgress(const Context& context)
-{
-    const bool logsToError = context.request.log != LogLevel::none && !context.request.logFile;
-    return context.console.errorIsTerminal && !logsToError;
-}
-
-// Does work that may take a while, and may be interrupted. The library reports a failed registry pull on std::cout,
-// where only results belong; it is shown when the progress line is gone.
-void work(const Context& context, const std::function<void()>& step)
-{
-    const Interruption interruption(Interruption::Meaning::endWork);
-    const StreamDetour detour(std::cout, context.console.error);
-    std::optional<Progress> progress;
-    if (showsProgress(context)) {
-        ProgressOptions options;
-        options.awaited = [&context] { return context.journal.current(); };
-        progress.emplace(context.console.error, "kelpctl " + context.request.command, options);
-    }
-    // What the library makes of a program that was ended is of no interest.
-    try {
-        step();
-    } catch (...) {
-        if (!interrupted()) {
-            throw;
-        }
-    }
-    if (interrupted()) {
-        throw Failure("INTERRUPTED");
-    }
-}
 
 std::string kindOfImage()
 {

@@ -1,0 +1,192 @@
+#include "examination.h"
+
+#include "backend.h"
+#include "errors.h"
+#include "folder_access.h"
+#include "platform.h"
+
+#include "host/files.h"
+#include "host/install.h"
+#include "host/network.h"
+#include "host/text.h"
+#include "orb/lvm.h"
+
+#include <algorithm>
+#include <exception>
+#include <functional>
+#include <system_error>
+
+namespace kelpctl {
+namespace {
+
+using foundation::core::net::InetAddress;
+using foundation::core::net::NetworkInterface;
+using foundation::core::text::readable;
+
+constexpr char backendVariable[] = "USE_WSL";
+constexpr char releaseVariable[] = "KORVANE_RELEASE";
+constexpr char rootVariable[] = "KORVANE_ROOT";
+constexpr char registryVariable[] = "USE_DOCKER_REPOSITORY";
+
+// Does something that may fail, and gives back why it did; empty when it did not.
+std::string failureOf(const std::function<void()>& step)
+{
+    try {
+        step();
+    } catch (const std::exception& error) {
+        return readable(error.what());
+    }
+    return {};
+}
+
+std::string variable(const char* name)
+{
+    return environmentVariable(name).value_or("");
+}
+
+// The host's own rule: an empty text counts as none.
+Source sourceOf(const std::optional<std::string>& flag, const char* name)
+{
+    if (flag && !flag->empty()) {
+        return Source::flag;
+    }
+    return variable(name).empty() ? Source::builtIn : Source::variable;
+}
+
+Setting backendOf(const Request& request)
+{
+    if (request.backend) {
+        return {*request.backend == Backend::wsl ? "--wsl" : "--docker", Source::flag};
+    }
+    const std::optional<std::string> value = environmentVariable(backendVariable);
+    return {readable(value.value_or("")), value ? Source::variable : Source::builtIn};
+}
+
+Setting releaseOf(const Request& request)
+{
+    const char* release = svKorvaneRelease();
+    return {release == nullptr ? std::string() : readable(release), sourceOf(request.release, releaseVariable)};
+}
+
+Setting rootOf(const Request& request)
+{
+    using namespace foundation::core;
+    Setting root{{}, sourceOf(request.root, rootVariable)};
+    failureOf([&root] {
+        const path::Pathname native = path::make_native_form(path::get_install_path(), path::native_form);
+        root.value = text::cvt_ustring_utf8(native.text);
+    });
+    return root;
+}
+
+std::string utf8(const std::u16string& text)
+{
+    std::string result;
+    failureOf([&] { result = foundation::core::text::cvt_ustring_utf8(text); });
+    return result;
+}
+
+std::string addressOf(const NetworkInterface& nic)
+{
+    for (const InetAddress& address : nic.getInetAddresses()) {
+        if (!address.isLoopback() && address.getVersion() == 4) {
+            return address.getHostAddress();
+        }
+    }
+    return {};
+}
+
+// The library's own rule by which an adapter is WSL's.
+bool isWslAdapter(const NetworkInterface& nic)
+{
+    return nic.getFriendlyName().find(u"(WSL)") != std::u16string::npos &&
+           nic.getDescription().find(u"Virtual") != std::u16string::npos;
+}
+
+void examineAdapter(const NetworkInterface& nic, Adapter& adapter)
+{
+    const std::string address = isWslAdapter(nic) ? addressOf(nic) : std::string();
+    if (!address.empty() && adapter.address.empty()) {
+        adapter.address = address;
+        adapter.name = utf8(nic.getFriendlyName());
+    } else if (address.empty() && nic.getFriendlyName().find(u"WSL") != std::u16string::npos) {
+        adapter.passedOver.push_back(utf8(nic.getFriendlyName()));
+    }
+}
+
+Adapter examineAdapters()
+{
+    Adapter adapter;
+    adapter.failure = failureOf([&adapter] {
+        for (const NetworkInterface& nic : NetworkInterface::list()) {
+            examineAdapter(nic, adapter);
+        }
+    });
+    return adapter;
+}
+
+// The system refuses to name a temporary folder that is none; its error does.
+std::filesystem::path temporaryPath()
+{
+    try {
+        return foundation::core::path::temp_directory_name();
+    } catch (const std::filesystem::filesystem_error& error) {
+        return error.path1();
+    }
+}
+
+TemporaryFolder examineTemporaryFolder()
+{
+    TemporaryFolder temporary;
+    std::error_code error;
+    failureOf([&] {
+        const std::filesystem::path path = temporaryPath();
+        temporary.path = utf8(path.u16string());
+        temporary.exists = std::filesystem::is_directory(path, error);
+        temporary.writable = temporary.exists && mayWriteInto(path);
+        const std::filesystem::space_info space = std::filesystem::space(path, error);
+        if (!error) {
+            temporary.freeBytes = space.available;
+        }
+    });
+    return temporary;
+}
+
+void examineArchives(Examination& found)
+{
+    found.archiveFolderFailure = failureOf([&found] {
+        const std::filesystem::path folder(orb::lvm::getContainerTarsDirectory());
+        found.archiveFolder = utf8(folder.u16string());
+        found.archives = lookAtArchives(folder, found.usesWsl);
+    });
+}
+
+} // namespace
+
+std::filesystem::path pathOf(const std::string& text)
+{
+    return foundation::core::text::cvt_string_ustring(text);
+}
+
+Examination examine(const Context& context)
+{
+    const Request& request = context.request;
+    context.journal.limitEachRun(request.timeLimit);
+    Examination found;
+    found.timeLimit = request.timeLimit;
+    found.usesWsl = usesWsl();
+    found.backend = backendOf(request);
+    found.release = releaseOf(request);
+    found.root = rootOf(request);
+    found.image = namesOf(request).image;
+    found.container = namesOf(request).container;
+    found.pullsFromRegistry = variable(registryVariable) == "1";
+    found.wsl = examineWsl(context);
+    found.docker = examineDocker(context);
+    found.adapter = examineAdapters();
+    examineArchives(found);
+    found.temporary = examineTemporaryFolder();
+    return found;
+}
+
+} // namespace kelpctl

@@ -1,0 +1,156 @@
+// What provisioning depends on, as found on this computer. Everything is found out by looking and asking; nothing is
+// changed, and nothing that is missing or broken keeps the rest from being looked at.
+#pragma once
+
+#include "archives.h"
+#include "context.h"
+#include "probes.h"
+#include "questions.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelpctl {
+
+// Where a setting comes from.
+enum class Source { flag, variable, builtIn };
+
+struct Setting {
+    // Readable UTF-8, empty when there is none.
+    std::string value;
+    Source source = Source::builtIn;
+};
+
+// Why a program that the look-up gave was taken or not.
+enum class Fate {
+    // wsl.exe
+    answers,
+    failed,
+    notStarted,
+    timedOut,
+    notAsked,
+    // docker.exe
+    regularFile,
+    hostsOwn,
+    missing,
+    link,
+    notAFile,
+    notReadable,
+    notLookedAt,
+};
+
+struct Candidate {
+    // As the look-up printed it.
+    std::string path;
+    Fate fate = Fate::notAsked;
+    bool taken = false;
+    // The status of "-v", where there is one.
+    std::optional<std::int32_t> status;
+};
+
+struct WslExamination {
+    // The last look-up that was tried.
+    Reply lookUp;
+    std::vector<Candidate> candidates;
+    // What the library uses: a candidate, or the place where Windows keeps it.
+    std::string executable;
+    // The first line of what a candidate answered, by its number alone. Empty when none did.
+    std::string version;
+    // "-l -q", by which the library tells what there is.
+    Reply listing;
+    // The table of states; not asked when the listing has failed.
+    Reply table;
+    std::vector<Distribution> distributions;
+
+    bool fallsBack() const;
+};
+
+struct DockerImage {
+    std::string repository;
+    std::string tag;
+    std::string id;
+    std::string size;
+
+    // The repository without registry and path; the library compares nothing else.
+    std::string name() const { return repository.substr(repository.rfind('/') + 1); }
+};
+
+struct DockerContainer {
+    std::string name;
+    std::string image;
+    // Docker's words, which are the same in every language: "running" and "Up 3 minutes".
+    std::string state;
+    std::string status;
+};
+
+struct DockerExamination {
+    Reply lookUp;
+    std::vector<Candidate> candidates;
+    // What the library uses, empty when the look-up found nothing. All that the look-up printed when no candidate is fit.
+    std::string client;
+    // Whether there is something of that name; the library asks this before it provisions.
+    bool clientExists = false;
+    // What ended the search, empty when nothing did.
+    std::string searchFailure;
+    // By "docker version"; the rest is not asked when it fails.
+    Reply engineReply;
+    DockerEngine engine;
+    Reply imagesReply;
+    std::vector<DockerImage> images;
+    Reply containersReply;
+    std::vector<DockerContainer> containers;
+};
+
+struct Adapter {
+    // By the library's rule, empty when there is none.
+    std::string address;
+    std::string name;
+    // Adapters that belong to WSL by their name, and that the library's rule passes over.
+    std::vector<std::string> passedOver;
+    // Why the adapters could not be listed, empty when they could.
+    std::string failure;
+};
+
+struct TemporaryFolder {
+    std::string path;
+    bool exists = false;
+    bool writable = false;
+    std::optional<std::uintmax_t> freeBytes;
+};
+
+struct Examination {
+    bool usesWsl = true;
+    // The value of USE_WSL, or nothing of interest when a flag decides.
+    Setting backend;
+    Setting release;
+    Setting root;
+    // The distribution or image, and the container, by default.
+    std::string image;
+    std::string container;
+    WslExamination wsl;
+    DockerExamination docker;
+    Adapter adapter;
+    bool pullsFromRegistry = false;
+    // Empty, with the failure, when the root is no text.
+    std::string archiveFolder;
+    std::string archiveFolderFailure;
+    std::vector<Archive> archives;
+    TemporaryFolder temporary;
+    // How long each program was waited for.
+    std::chrono::seconds timeLimit{0};
+};
+
+// Throws nothing but Failure("INTERRUPTED").
+Examination examine(const Context& context);
+
+// The parts that ask programs.
+WslExamination examineWsl(const Context& context);
+DockerExamination examineDocker(const Context& context);
+
+// Narrow UTF-8 to a path, on every system. Throws std::system_error.
+std::filesystem::path pathOf(const std::string& text);
+
+} // namespace kelpctl

@@ -1,0 +1,13 @@
+#include "folder_access.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kelpctl {
+
+bool mayWriteInto(const std::filesystem::path& folder)
+{
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+} // namespace kelpctl

@@ -1,0 +1,338 @@
+#include "verdict.h"
+
+#include "causes.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace kelpctl {
+namespace {
+
+constexpr std::array<std::string_view, 4> busyStates = {"Installing", "Uninstalling", "Converting", "Exporting"};
+
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+bool isLower(char c)
+{
+    return c >= 'a' && c <= 'z';
+}
+
+bool isUpper(char c)
+{
+    return c >= 'A' && c <= 'Z';
+}
+
+std::string lowered(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; });
+    return text;
+}
+
+std::string fileName(const std::string& path)
+{
+    return path.substr(path.find_last_of("/\\") + 1);
+}
+
+bool isBusy(const Distribution& distribution)
+{
+    return std::find(busyStates.begin(), busyStates.end(), distribution.state) != busyStates.end();
+}
+
+// Where kelpctl's causes expect a run.
+Run runOf(const Reply& reply)
+{
+    Run run{reply.arguments, std::nullopt, reply.ending == Ending::timedOut};
+    if (reply.status) {
+        run.result = orb::process::detail::RunResult{*reply.status, reply.output, reply.error};
+    }
+    return run;
+}
+
+class Judge {
+public:
+    explicit Judge(const Examination& found) : found_(found) {}
+
+    Judgement judge()
+    {
+        if (found_.usesWsl) {
+            judgeWsl();
+        } else {
+            judgeDocker();
+        }
+        return finished();
+    }
+
+private:
+    void problem(Place place, const std::string& key, const std::string& subject = {})
+    {
+        findings_.push_back({Severity::problem, key, subject, place});
+    }
+
+    void note(Place place, const std::string& key, const std::string& subject = {})
+    {
+        findings_.push_back({Severity::note, key, subject, place});
+    }
+
+    void judgeWsl()
+    {
+        const Distribution* expected = expectedDistribution(found_);
+        exists_ = expected != nullptr && !isBusy(*expected);
+        stopped_ = exists_ && expected->state == "Stopped" && found_.adapter.address.empty();
+        judgeWslProgram();
+        if (exists_) {
+            return;
+        }
+        judgeDistributionName();
+        // What an import needs is no problem for sure while the distribution may be there.
+        const bool known = found_.wsl.listing.good();
+        judgeArchives("kelp_hub_distro.tar.gz", known ? Severity::problem : Severity::note);
+        judgeTemporaryFolder(known ? Severity::problem : Severity::note);
+        if (known) {
+            note(Place::distribution, "DISTRIBUTION_MISSING");
+        }
+    }
+
+    void judgeWslProgram()
+    {
+        const WslExamination& wsl = found_.wsl;
+        const auto hanging = std::find_if(wsl.candidates.begin(), wsl.candidates.end(),
+                                          [](const Candidate& each) { return each.fate == Fate::timedOut; });
+        const bool candidateHangs = hanging != wsl.candidates.end();
+        if (wsl.listing.good()) {
+            if (candidateHangs) {
+                note(Place::wsl, "TOOL_HANGS", fileName(hanging->path));
+            } else if (wsl.fallsBack()) {
+                note(Place::wsl, "WSL_VERSION_UNKNOWN");
+            }
+        } else if (wsl.lookUp.ending == Ending::timedOut) {
+            problem(Place::wsl, "TOOL_HANGS", wsl.lookUp.arguments.front());
+        } else if (candidateHangs || wsl.listing.ending == Ending::timedOut) {
+            problem(Place::wsl, "TOOL_HANGS", "wsl.exe");
+        } else {
+            const std::string cause = causeOfWslStatus(runOf(wsl.listing));
+            problem(Place::wsl, cause.empty() ? "WSL_NOT_USABLE" : cause);
+        }
+    }
+
+    void judgeDistributionName()
+    {
+        if (!isWslName(found_.image)) {
+            problem(Place::image, "WSL_NAME_INVALID");
+        }
+        for (const Distribution& distribution : found_.wsl.distributions) {
+            if (distribution.name == found_.image) {
+                problem(Place::distribution, "WSL_BUSY");
+            } else if (lowered(distribution.name) == lowered(found_.image)) {
+                problem(Place::distribution, "WSL_NAME_TAKEN");
+            }
+        }
+    }
+
+    void judgeArchives(const std::string& preferred, Severity severity)
+    {
+        const auto taken = std::find_if(found_.archives.begin(), found_.archives.end(),
+                                        [](const Archive& archive) { return archive.taken; });
+        if (taken == found_.archives.end()) {
+            findings_.push_back({severity, "ARCHIVE_NOT_INSTALLED", preferred, Place::archives});
+            return;
+        }
+        switch (taken->kind) {
+        case ArchiveKind::tar:
+        case ArchiveKind::gzip:
+        case ArchiveKind::xz:
+        case ArchiveKind::bzip2:
+            return;
+        case ArchiveKind::zstd:
+            note(Place::archives, "ARCHIVE_PACKED_UNUSUALLY", taken->name);
+            return;
+        default:
+            // It is not looked at when the registry has the image.
+            findings_.push_back(
+                {pulls() ? Severity::note : severity, "ARCHIVE_NOT_USABLE", taken->name, Place::archives});
+        }
+    }
+
+    bool pulls() const { return !found_.usesWsl && found_.pullsFromRegistry; }
+
+    void judgeTemporaryFolder(Severity severity)
+    {
+        const TemporaryFolder& temporary = found_.temporary;
+        if (!temporary.exists || !temporary.writable) {
+            findings_.push_back({severity, "TEMPORARY_FOLDER_NOT_USABLE", temporary.path, Place::temporary});
+            return;
+        }
+        for (const Archive& archive : found_.archives) {
+            if (archive.taken && temporary.freeBytes && *temporary.freeBytes < archive.size) {
+                note(Place::temporary, "TEMPORARY_FOLDER_SMALL");
+            }
+        }
+    }
+
+    void judgeDocker()
+    {
+        if (!isDockerName(found_.image)) {
+            problem(Place::image, "DOCKER_NAME_INVALID");
+        }
+        if (judgeClient() && judgeEngine()) {
+            judgeContainer();
+        }
+        if (exists_) {
+            return;
+        }
+        const bool known = found_.docker.imagesReply.good();
+        judgeArchives("kelp_hub_docker.tar.gz", known ? Severity::problem : Severity::note);
+        if (known) {
+            note(Place::dockerImage, "IMAGE_MISSING");
+        }
+    }
+
+    bool judgeClient()
+    {
+        const DockerExamination& docker = found_.docker;
+        if (docker.lookUp.ending == Ending::timedOut) {
+            problem(Place::client, "TOOL_HANGS", docker.lookUp.arguments.front());
+        } else if (!docker.searchFailure.empty()) {
+            problem(Place::client, "FILE_NOT_ACCESSIBLE", docker.searchFailure);
+        } else if (!docker.clientExists) {
+            problem(Place::client, "DOCKER_NOT_AVAILABLE");
+        } else if (docker.engineReply.ending == Ending::notStarted) {
+            problem(Place::client, "PROGRAM_NOT_STARTED", docker.engineReply.error);
+        } else {
+            return true;
+        }
+        return false;
+    }
+
+    bool judgeEngine()
+    {
+        const DockerExamination& docker = found_.docker;
+        for (const Reply* reply : {&docker.engineReply, &docker.imagesReply, &docker.containersReply}) {
+            if (reply->ending == Ending::timedOut) {
+                problem(Place::engine, "TOOL_HANGS", fileName(docker.client));
+                return false;
+            }
+        }
+        if (!docker.engineReply.good()) {
+            problem(Place::engine, "DOCKER_ENGINE_NOT_REACHABLE");
+            return false;
+        }
+        if (!docker.imagesReply.good()) {
+            problem(Place::dockerImage, "DOCKER_REFUSED");
+            return false;
+        }
+        if (docker.engine.system == "windows") {
+            problem(Place::engine, "DOCKER_RUNS_WINDOWS_CONTAINERS");
+        }
+        return true;
+    }
+
+    void judgeContainer()
+    {
+        exists_ = expectedImage(found_) != nullptr;
+        const DockerContainer* container = expectedContainer(found_);
+        if (container == nullptr && exists_ && found_.docker.containersReply.good()) {
+            note(Place::container, "CONTAINER_MISSING");
+        } else if (container != nullptr && container->state != "running") {
+            note(Place::container, "CONTAINER_NOT_RUNNING");
+        }
+    }
+
+    Judgement finished()
+    {
+        std::stable_partition(findings_.begin(), findings_.end(),
+                              [](const Finding& finding) { return finding.severity == Severity::problem; });
+        if (findings_.empty()) {
+            note(Place::none, "ENVIRONMENT_READY");
+        }
+        Judgement judgement{Verdict::ready, findings_};
+        if (judgement.problems() > 0) {
+            judgement.verdict = Verdict::blocked;
+        } else if (exists_) {
+            judgement.verdict = stopped_ ? Verdict::wouldStart : Verdict::exists;
+        }
+        return judgement;
+    }
+
+    const Examination& found_;
+    std::vector<Finding> findings_;
+    bool exists_ = false;
+    bool stopped_ = false;
+};
+
+} // namespace
+
+std::size_t Judgement::problems() const
+{
+    return static_cast<std::size_t>(std::count_if(findings.begin(), findings.end(), [](const Finding& finding) {
+        return finding.severity == Severity::problem;
+    }));
+}
+
+Judgement judge(const Examination& found)
+{
+    return Judge(found).judge();
+}
+
+const Distribution* expectedDistribution(const Examination& found)
+{
+    const auto& all = found.wsl.distributions;
+    const auto expected =
+        std::find_if(all.begin(), all.end(), [&found](const Distribution& each) { return each.name == found.image; });
+    return expected == all.end() ? nullptr : &*expected;
+}
+
+const DockerImage* expectedImage(const Examination& found)
+{
+    const auto& all = found.docker.images;
+    const auto expected =
+        std::find_if(all.begin(), all.end(), [&found](const DockerImage& each) { return each.name() == found.image; });
+    return expected == all.end() ? nullptr : &*expected;
+}
+
+const DockerContainer* expectedContainer(const Examination& found)
+{
+    const auto& all = found.docker.containers;
+    const auto expected = std::find_if(all.begin(), all.end(),
+                                       [&found](const DockerContainer& each) { return each.name == found.container; });
+    return expected == all.end() ? nullptr : &*expected;
+}
+
+bool isWslName(const std::string& name)
+{
+    constexpr std::size_t longest = 256;
+    const auto isAllowed = [](char c) {
+        return isLower(c) || isUpper(c) || isDigit(c) || c == '.' || c == '_' || c == '-';
+    };
+    return !name.empty() && name.size() <= longest && lowered(name) != "legacy" &&
+           std::all_of(name.begin(), name.end(), isAllowed);
+}
+
+// Groups of letters and digits, with one ".", one or two "_", or any number of "-" in between.
+bool isDockerName(const std::string& name)
+{
+    const auto isWord = [](char c) { return isLower(c) || isDigit(c); };
+    auto position = name.begin();
+    while (position != name.end()) {
+        const auto separator = std::find_if_not(position, name.end(), isWord);
+        if (separator == position) {
+            return false;
+        }
+        if (separator == name.end()) {
+            return true;
+        }
+        position = std::find_if(separator, name.end(), isWord);
+        const std::string between(separator, position);
+        if (between != "." && between != "_" && between != "__" &&
+            between.find_first_not_of('-') != std::string::npos) {
+            return false;
+        }
+    }
+    return false;
+}
+
+} // namespace kelpctl
