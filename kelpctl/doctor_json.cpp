@@ -148,7 +148,7 @@ ordered_json candidateList(const std::vector<Candidate>& candidates)
         list.push_back({{"path", readable(candidate.path)},
                         {"taken", candidate.taken},
                         {"reason", fateName(candidate.fate)},
-                        {"status", orNull(candidate.status)}});
+                        {"status", orNull(candidate.answer.status)}});
     }
     return list;
 }

@@ -15,7 +15,6 @@ namespace {
 constexpr std::size_t othersShown = 10;
 // Of what a failed program printed.
 constexpr std::size_t linesShown = 4;
-constexpr std::size_t columnsShown = 200;
 
 std::string secondsText(std::chrono::seconds limit)
 {
@@ -47,11 +46,6 @@ std::string replyText(const Reply& reply, std::chrono::seconds timeLimit)
 std::string plural(std::size_t count, const std::string& noun)
 {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
-std::string cut(const std::string& line)
-{
-    return line.size() <= columnsShown ? line : line.substr(0, columnsShown) + " ...";
 }
 
 // Builds the table section by section.
@@ -95,10 +89,10 @@ private:
         std::vector<std::string> said = displayLines(reply.output + "\n" + reply.error);
         std::erase(said, std::string());
         for (std::size_t index = 0; index < std::min(said.size(), linesShown); ++index) {
-            table_.more("  " + cut(said[index]));
+            table_.more("    " + said[index]);
         }
         if (said.size() > linesShown) {
-            table_.more("  ...");
+            table_.more("    ...");
         }
     }
 
@@ -110,8 +104,9 @@ private:
                    settingText(found_.release, "none: neither --release nor KORVANE_RELEASE names one", "--release",
                                "KORVANE_RELEASE", ""));
         table_.row(Mark::none, "installation root",
-                   settingText(found_.root, "not known", "--root", "KORVANE_ROOT", "where this library is installed"));
-        table_.row(mark(Place::image, true), found_.usesWsl ? "distribution" : "image", found_.image);
+                   settingText(found_.root, "not known", "--root", "KORVANE_ROOT", "where kelpctl is installed"));
+        table_.row(mark(Place::image, true), "name",
+                   (found_.usesWsl ? "the distribution " : "the image ") + found_.image);
         table_.row(Mark::none, "container", found_.usesWsl ? "WSL needs none" : found_.container);
     }
 
@@ -146,6 +141,9 @@ private:
         for (const Candidate& candidate : candidates) {
             table_.row(Mark::none, label, candidate.path);
             table_.more("  " + fateText(candidate, found_.timeLimit));
+            if (candidate.fate == Fate::failed) {
+                showSaid(candidate.answer);
+            }
             label.clear();
         }
         if (candidates.empty()) {
@@ -183,8 +181,8 @@ private:
             return;
         }
         const Distribution* expected = expectedDistribution(found_);
-        table_.row(wslMark(Place::distribution), found_.image,
-                   expected == nullptr ? "missing" : distributionText(*expected));
+        table_.row(wslMark(Place::distribution), "distribution",
+                   found_.image + ": " + (expected == nullptr ? "missing" : distributionText(*expected)));
         if (!wsl.table.good() && !wsl.distributions.empty()) {
             table_.more("states are not known: " + replyText(wsl.table, found_.timeLimit));
         }
@@ -277,8 +275,8 @@ private:
             return;
         }
         const DockerImage* expected = expectedImage(found_);
-        table_.row(dockerMark(Place::dockerImage), "image " + found_.image,
-                   expected == nullptr ? "missing" : imageText(*expected));
+        table_.row(dockerMark(Place::dockerImage), "image",
+                   expected == nullptr ? found_.image + ": missing" : imageText(*expected));
         std::vector<std::string> others;
         for (const DockerImage& each : docker.images) {
             if (&each != expected) {
@@ -290,7 +288,12 @@ private:
 
     static std::string imageText(const DockerImage& image)
     {
-        return image.repository + ":" + image.tag + ", " + image.size;
+        return image.repository + ": tag " + image.tag + ", " + image.size;
+    }
+
+    static std::string containerText(const DockerContainer& container)
+    {
+        return container.name + ": " + container.state + ", of the image " + container.image;
     }
 
     void showContainers()
@@ -303,12 +306,12 @@ private:
         }
         const DockerContainer* expected = expectedContainer(found_);
         const bool running = expected != nullptr && expected->state == "running";
-        table_.row(dockerMark(Place::container, running), "container " + found_.container,
-                   expected == nullptr ? "missing" : expected->state + ", of the image " + expected->image);
+        table_.row(dockerMark(Place::container, running), "container",
+                   expected == nullptr ? found_.container + ": missing" : containerText(*expected));
         std::vector<std::string> others;
         for (const DockerContainer& each : docker.containers) {
             if (&each != expected) {
-                others.push_back(each.name + ": " + each.state + ", of the image " + each.image);
+                others.push_back(containerText(each));
             }
         }
         showOthers("other containers", others);
@@ -397,7 +400,7 @@ std::string fateText(const Candidate& candidate, std::chrono::seconds timeLimit)
     case Fate::answers:
         return "taken: it answers \"-v\"";
     case Fate::failed:
-        return "passed over: \"-v\" failed with " + statusText(candidate.status);
+        return "passed over: \"-v\" failed with " + statusText(candidate.answer.status);
     case Fate::notStarted:
         return "passed over: it could not be started";
     case Fate::timedOut:

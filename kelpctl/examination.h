@@ -47,8 +47,8 @@ struct Candidate {
     std::string path;
     Fate fate = Fate::notAsked;
     bool taken = false;
-    // The status of "-v", where there is one.
-    std::optional<std::int32_t> status;
+    // What it said to "-v".
+    Reply answer;
 };
 
 struct WslExamination {

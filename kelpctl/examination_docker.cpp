@@ -98,7 +98,7 @@ Reply lookUp(const Context& context, std::string& printed)
     } catch (const std::system_error& error) {
         return {Ending::notStarted, arguments, {}, {}, foundation::core::text::readable(error.what())};
     }
-    return replyOf(context.journal.runs().back());
+    return replyOf(context.journal.last().value_or(Run{arguments, std::nullopt, false}));
 }
 
 std::string textAt(const json& object, const char* name)

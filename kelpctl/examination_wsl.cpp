@@ -63,7 +63,7 @@ Fate fateOf(const Reply& reply)
 // The library asks one candidate after the other until one answers.
 void addCandidate(WslExamination& wsl, const Reply& reply)
 {
-    wsl.candidates.push_back({reply.arguments.front(), fateOf(reply), reply.good(), reply.status});
+    wsl.candidates.push_back({reply.arguments.front(), fateOf(reply), reply.good(), reply});
     if (reply.good()) {
         wsl.version = versionNumber(reply.output);
     }

@@ -8,7 +8,13 @@
 namespace kelpctl {
 namespace {
 
-using foundation::core::text::readable;
+// A program may print any amount.
+constexpr std::size_t longestAnswer = 1 << 20;
+
+std::string readable(std::string_view captured)
+{
+    return foundation::core::text::readable(captured.substr(0, longestAnswer));
+}
 
 Ending endingOf(const std::optional<std::int32_t>& status, bool timedOut)
 {
@@ -34,9 +40,10 @@ Reply replyOf(const Run& run)
 
 Reply replyOf(const Answer& answer, const RunJournal& journal)
 {
-    const std::vector<Run> runs = journal.runs();
-    const bool timedOut = !runs.empty() && runs.back().arguments == answer.arguments && runs.back().timedOut;
-    return {endingOf(answer.status, timedOut), answer.arguments, answer.status, answer.output, answer.error};
+    const std::optional<Run> last = journal.last();
+    const bool timedOut = last && last->arguments == answer.arguments && last->timedOut;
+    return {endingOf(answer.status, timedOut), answer.arguments, answer.status, answer.output.substr(0, longestAnswer),
+            answer.error.substr(0, longestAnswer)};
 }
 
 Reply question(const Context& context, const std::vector<std::string>& arguments)

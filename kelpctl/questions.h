@@ -17,6 +17,7 @@ struct Reply {
     std::vector<std::string> arguments;
     // Nothing when the program was not started.
     std::optional<std::int32_t> status;
+    // Cut where it is longer than any answer.
     std::string output;
     // What it printed on standard error, or why it could not be started.
     std::string error;

@@ -40,6 +40,12 @@ std::vector<Run> RunJournal::runs() const
     return runs_;
 }
 
+std::optional<Run> RunJournal::last() const
+{
+    const std::scoped_lock lock(mutex_);
+    return runs_.empty() ? std::nullopt : std::optional(runs_.back());
+}
+
 std::string RunJournal::current() const
 {
     const std::scoped_lock lock(mutex_);

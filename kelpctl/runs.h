@@ -39,6 +39,9 @@ public:
     // Those that have ended, in the order in which they ended.
     std::vector<Run> runs() const;
 
+    // The one that has ended last; nothing when none has.
+    std::optional<Run> last() const;
+
     // What this process waits for: the command line that runs now, shortened. Empty when there is none.
     std::string current() const;
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t tableColumns = 120;
 constexpr std::size_t markColumns = 11;
-constexpr std::size_t labelColumns = 20;
+constexpr std::size_t labelColumns = 24;
 constexpr char margin[] = "  ";
 
 struct MarkLook {
@@ -24,16 +24,35 @@ constexpr std::array<MarkLook, 4> looks = {
 constexpr char strong[] = "\x1b[1m";
 constexpr char plain[] = "\x1b[0m";
 
-// The characters of UTF-8 text; bytes that continue one are not counted.
+bool continuesCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+// The characters of UTF-8 text.
 std::size_t lengthOf(const std::string& text)
 {
-    return static_cast<std::size_t>(std::count_if(
-        text.begin(), text.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continuesCharacter));
 }
 
 std::string padded(std::string text, std::size_t columns)
 {
     text.append(columns - std::min(columns, lengthOf(text)), ' ');
+    return text;
+}
+
+// Nothing that has a meaning is that long.
+std::string cut(std::string text)
+{
+    constexpr std::size_t longest = 600;
+    if (text.size() > longest) {
+        std::size_t end = longest;
+        while (continuesCharacter(text[end])) {
+            --end;
+        }
+        text.resize(end);
+        text += " ...";
+    }
     return text;
 }
 
@@ -66,7 +85,7 @@ void TableLines::section(const std::string& title)
 
 void TableLines::row(Mark mark, const std::string& label, const std::string& value)
 {
-    lines_.push_back(withoutBlanksAtEnd(markColumn(mark) + padded(escaped(label), labelColumns) + escaped(value)));
+    lines_.push_back(withoutBlanksAtEnd(markColumn(mark) + padded(escaped(label), labelColumns) + cut(escaped(value))));
 }
 
 void TableLines::text(Mark mark, const std::string& text)

@@ -53,6 +53,14 @@ Run runOf(const Reply& reply)
     return run;
 }
 
+// The place where Windows keeps it may be empty, while a candidate has said what is wrong.
+const Reply& tellingReply(const WslExamination& wsl)
+{
+    constexpr std::int32_t noSuchProgram = 127;
+    const bool nothingThere = wsl.fallsBack() && wsl.listing.status == noSuchProgram;
+    return nothingThere && !wsl.candidates.empty() ? wsl.candidates.front().answer : wsl.listing;
+}
+
 class Judge {
 public:
     explicit Judge(const Examination& found) : found_(found) {}
@@ -114,7 +122,7 @@ private:
         } else if (candidateHangs || wsl.listing.ending == Ending::timedOut) {
             problem(Place::wsl, "TOOL_HANGS", "wsl.exe");
         } else {
-            const std::string cause = causeOfWslStatus(runOf(wsl.listing));
+            const std::string cause = causeOfWslStatus(runOf(tellingReply(wsl)));
             problem(Place::wsl, cause.empty() ? "WSL_NOT_USABLE" : cause);
         }
     }
