@@ -219,14 +219,13 @@ private:
         if (!adapter.failure.empty()) {
             table_.row(Mark::none, "adapter address", "not known: " + adapter.failure);
         } else if (adapter.address.empty()) {
-            table_.row(
-                Mark::none, "adapter address",
-                "none: no adapter with \"(WSL)\" in its name, \"Virtual\" in its description and an IPv4 address");
+            table_.row(Mark::none, "adapter address", "none");
+            table_.more("  looked for: \"(WSL)\" in the name, \"Virtual\" in the description, and an IPv4 address");
         } else {
             table_.row(Mark::none, "adapter address", adapter.address + " (" + adapter.name + ")");
         }
         for (const std::string& name : adapter.passedOver) {
-            table_.more("passed over: " + name);
+            table_.more("  passed over: " + name);
         }
     }
 

@@ -35,9 +35,10 @@ std::size_t lengthOf(const std::string& text)
     return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continuesCharacter));
 }
 
+// One blank at least.
 std::string padded(std::string text, std::size_t columns)
 {
-    text.append(columns - std::min(columns, lengthOf(text)), ' ');
+    text.append(std::max(columns, lengthOf(text) + 1) - lengthOf(text), ' ');
     return text;
 }
 

@@ -1,0 +1,88 @@
+// What only POSIX can do to the doctor in a test: links, signals, a temporary folder that is gone.
+#include "machine.h"
+#include "programs.h"
+
+#include "orb/lvm.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <string>
+
+namespace {
+
+using nlohmann::json;
+using orb::process::detail::RunResult;
+using testing::HasSubstr;
+
+class DoctorOnPosix : public testing::Test {
+protected:
+    DoctorOnPosix() { std::filesystem::copy_file(SCRIPTED_PROGRAM, good); }
+
+    json docker(const std::string& lines) const
+    {
+        programs.add("where", lines);
+        const RunResult result = orb::process::detail::run({KELPCTL_PROGRAM, "--docker", "doctor", "--json"});
+        return json::parse(result.standardOutput).at("result").at("docker");
+    }
+
+    TemporaryFolder files;
+    std::string good = utf8(files.path() / "good.exe");
+    std::string link = utf8(files.path() / "link.exe");
+    InstallTree tree;
+    ScriptedPrograms programs;
+    EnvironmentVariable backend{"USE_WSL", "0"};
+};
+
+TEST_F(DoctorOnPosix, PassesOverALinkAsTheLibraryDoes)
+{
+    std::filesystem::create_symlink(good, link);
+    const json section = docker(link + "\r\n" + good + "\r\n");
+    EXPECT_EQ(section["client"], orb::lvm::getContainerExecutablePath());
+    EXPECT_EQ(section["candidates"][0]["reason"], "link");
+}
+
+TEST_F(DoctorOnPosix, SaysThatALoopOfLinksEndsTheSearch)
+{
+    std::filesystem::create_symlink(link, link);
+    const json section = docker(link + "\r\n" + good + "\r\n");
+    EXPECT_THROW(orb::lvm::getContainerExecutablePath(), std::filesystem::filesystem_error);
+    EXPECT_EQ(section["client"], nullptr);
+    EXPECT_EQ(section["candidates"][0]["reason"], "notReadable");
+    EXPECT_EQ(section["candidates"][1]["reason"], "notLookedAt");
+    EXPECT_THAT(section["searchFailure"].get<std::string>(), HasSubstr(link));
+}
+
+TEST_F(DoctorOnPosix, SaysThatAPathThatIsNoTextEndsTheSearch)
+{
+    const json section = docker("C:\\\xff\\docker.exe\r\n" + good + "\r\n");
+    EXPECT_THROW(orb::lvm::getContainerExecutablePath(), std::system_error);
+    EXPECT_EQ(section["candidates"][0]["reason"], "notReadable");
+}
+
+TEST_F(DoctorOnPosix, WorksWithoutAnyFolderThatItLooksFor)
+{
+    const Wsl wsl;
+    const RunResult result =
+        orb::process::detail::run({KELPCTL_PROGRAM, "--wsl", "doctor"},
+                                  {{"TMPDIR", "/no/such/folder"}, {"KORVANE_ROOT", "/no/such/\xff"}, {"HOME", ""}});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.standardOutput, HasSubstr("/no/such/folder"));
+    EXPECT_THAT(result.standardOutput, HasSubstr("does not exist or may not be written to"));
+}
+
+TEST_F(DoctorOnPosix, IsInterrupted)
+{
+    const Wsl wsl;
+    const std::string script = R"("$0" --wsl doctor --time-limit 60 & sleep 0.5; kill -TERM $!; wait $!)";
+    const RunResult result =
+        orb::process::detail::run({"/bin/sh", "-c", script, KELPCTL_PROGRAM}, {{"WSL_STAND_IN_MODE", "hang"}});
+    EXPECT_EQ(result.status, 130);
+    EXPECT_EQ(result.standardOutput, "");
+    EXPECT_THAT(result.standardError, HasSubstr("error: INTERRUPTED"));
+}
+
+} // namespace
