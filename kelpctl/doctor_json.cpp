@@ -10,7 +10,7 @@ using nlohmann::ordered_json;
 
 ordered_json orNull(const std::string& text)
 {
-    return text.empty() ? ordered_json(nullptr) : ordered_json(readable(text));
+    return text.empty() ? ordered_json(nullptr) : ordered_json(text);
 }
 
 template <class Number>
@@ -145,7 +145,7 @@ ordered_json candidateList(const std::vector<Candidate>& candidates)
 {
     ordered_json list = ordered_json::array();
     for (const Candidate& candidate : candidates) {
-        list.push_back({{"path", readable(candidate.path)},
+        list.push_back({{"path", candidate.path},
                         {"taken", candidate.taken},
                         {"reason", fateName(candidate.fate)},
                         {"status", orNull(candidate.answer.status)}});

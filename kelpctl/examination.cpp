@@ -125,13 +125,18 @@ Adapter examineAdapters()
     return adapter;
 }
 
-// The system refuses to name a temporary folder that is none; its error does.
+// The standard library does not name a temporary folder that is none; the first of these variables that is set does.
 std::filesystem::path temporaryPath()
 {
     try {
         return foundation::core::path::temp_directory_name();
-    } catch (const std::filesystem::filesystem_error& error) {
-        return error.path1();
+    } catch (const std::filesystem::filesystem_error&) {
+        for (const char* name : {"TMPDIR", "TMP", "TEMP", "TEMPDIR"}) {
+            if (const std::string value = variable(name); !value.empty()) {
+                return pathOf(value);
+            }
+        }
+        throw;
     }
 }
 

@@ -77,7 +77,12 @@ TEST_F(DoctorOnPosix, WorksWithoutAnyFolderThatItLooksFor)
 TEST_F(DoctorOnPosix, IsInterrupted)
 {
     const Wsl wsl;
-    const std::string script = R"("$0" --wsl doctor --time-limit 60 & sleep 0.5; kill -TERM $!; wait $!)";
+    // Once it waits for wsl.exe, it is told to end.
+    const std::string script = R"(PATH=$PATH:/usr/bin:/bin
+"$0" --wsl doctor --time-limit 60 &
+until grep -q "wsl -v" "$STAND_IN_CALLS"; do sleep 0.05; done
+kill -TERM $!
+wait $!)";
     const RunResult result =
         orb::process::detail::run({"/bin/sh", "-c", script, KELPCTL_PROGRAM}, {{"WSL_STAND_IN_MODE", "hang"}});
     EXPECT_EQ(result.status, 130);

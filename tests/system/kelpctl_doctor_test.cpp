@@ -292,7 +292,7 @@ TEST_F(Doctor, NeedsNoMoreThanItsOwnTimeForAnyAmountOfOutput)
     const Wsl wsl;
     const EnvironmentVariable mode("WSL_STAND_IN_MODE", "flood");
     const Computer computer({"where", "wsl"});
-    const auto toolTime = 3 * timeOf([&] { wsl.run({"-v"}); });
+    const auto toolTime = 3 * timeOf([] { orb::process::detail::run({"wsl.exe", "-v"}); });
     RunResult result;
     const auto time = timeOf([&] { result = computer.doctor(); });
     EXPECT_LT(time, toolTime + ownTime);
