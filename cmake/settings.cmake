@@ -75,6 +75,14 @@ endif()
 # Sanitized and debug programs check what the standard library assumes.
 target_compile_definitions(settings INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 
+# Keeps what the file does not name inside the library, as a DLL does.
+function(limit_exports target file)
+    if(NOT WIN32)
+        target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/${file})
+        set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+    endif()
+endfunction()
+
 add_library(warnings INTERFACE)
 target_compile_options(warnings INTERFACE
     $<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow
