@@ -75,9 +75,11 @@ endif()
 # Sanitized and debug programs check what the standard library assumes.
 target_compile_definitions(settings INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 
-# Keeps what the file does not name inside the library, as a DLL does.
+# Keeps what the file does not name inside the library, as a DLL does. The debug information tells what the rest looks
+# like; packages do not have it.
 function(limit_exports target file)
     if(NOT WIN32)
+        target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-g>)
         target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/${file})
         set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
     endif()
