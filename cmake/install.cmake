@@ -35,6 +35,7 @@ install(FILES ${PROJECT_BINARY_DIR}/package/zqorb_lvm-config.cmake
 # What a reader of the package wants.
 install(FILES packaging/README.md CHANGELOG.md DESTINATION .)
 install(DIRECTORY docs examples DESTINATION .)
+install(DIRECTORY ${api_folder}/ DESTINATION docs/api OPTIONAL)
 include(cmake/licenses.cmake)
 
 # The stand-ins are an archive of their own: hosts do not ship them.

@@ -15,7 +15,7 @@ set(make_package ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/packaging/make-pack
 set(packages ${PROJECT_BINARY_DIR}/packages)
 set(package_commands
     COMMAND ${make_package} ${packages}/zqorb_lvm-${package_version}-${package_system}.${package_format})
-set(package_targets zqorb_lvm korvane_host kelpctl)
+set(package_targets zqorb_lvm korvane_host kelpctl docs)
 if(TARGET stand_ins)
     # Both kinds are for Linux machines: a tar archive keeps what is executable.
     list(APPEND package_commands
