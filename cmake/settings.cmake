@@ -80,6 +80,8 @@ target_compile_definitions(settings INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTI
 function(limit_exports target file)
     if(NOT WIN32)
         target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-g>)
+        # The linker's own identifier of a library depends on the debug information, and that on the compiler cache.
+        target_link_options(${target} PRIVATE -Wl,--build-id=none)
         target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/${file})
         set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
     endif()
