@@ -23,6 +23,7 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 
 # The installed tree may be moved: programs find their libraries from where they are themselves.
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../lib")
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 find_package(Threads REQUIRED)
 find_package(Boost 1.81 REQUIRED COMPONENTS log filesystem)
@@ -35,15 +36,35 @@ if(ZQORB_SANITIZE)
     add_link_options(-fsanitize=${ZQORB_SANITIZE})
 endif()
 
+# What a release build makes names neither the folders nor the hour of its making: the same sources give the same bytes.
+if(NOT MSVC)
+    set(nameless_folders ${PROJECT_SOURCE_DIR}=. ${PROJECT_BINARY_DIR}=build)
+    if(ZQORB_BOOST_ROOT)
+        list(APPEND nameless_folders ${ZQORB_BOOST_ROOT}=boost)
+    endif()
+    foreach(folder ${nameless_folders})
+        add_compile_options($<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:CXX>>:-ffile-prefix-map=${folder}>)
+    endforeach()
+endif()
+if(MINGW)
+    add_link_options(-Wl,--no-insert-timestamp)
+endif()
+
 add_library(settings INTERFACE)
 if(WIN32)
     target_compile_definitions(settings INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
     if(MINGW)
+        # Whatever the linker's own defaults are.
+        target_link_options(settings INTERFACE -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
         # The stack protector's functions, from the static library: one DLL less to ship.
         target_link_libraries(settings INTERFACE -l:libssp.a)
     endif()
 else()
-    target_link_options(settings INTERFACE -Wl,-z,defs -Wl,-z,relro,-z,now)
+    target_link_options(settings INTERFACE -Wl,-z,defs -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND NOT WIN32)
+    # A library with a symbol of GNU's "unique" kind is never unloaded.
+    target_compile_options(settings INTERFACE -fno-gnu-unique)
 endif()
 target_compile_options(settings INTERFACE
     $<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-fvisibility=hidden -fvisibility-inlines-hidden -fstack-protector-strong>
@@ -53,6 +74,18 @@ if(NOT ZQORB_SANITIZE)
 endif()
 # Sanitized and debug programs check what the standard library assumes.
 target_compile_definitions(settings INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+
+# Keeps what the file does not name inside the library, as a DLL does. The debug information tells what the rest looks
+# like; packages do not have it.
+function(limit_exports target file)
+    if(NOT WIN32)
+        target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-g>)
+        # The linker's own identifier of a library depends on the debug information, and that on the compiler cache.
+        target_link_options(${target} PRIVATE -Wl,--build-id=none)
+        target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/${file})
+        set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+    endif()
+endfunction()
 
 add_library(warnings INTERFACE)
 target_compile_options(warnings INTERFACE

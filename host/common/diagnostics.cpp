@@ -26,11 +26,26 @@ namespace logging = boost::log;
 
 namespace {
 
-ChannelMasks& channelMasks()
+std::atomic<bool> tableIsGone{false};
+
+struct TableHolder {
+    std::shared_ptr<ChannelMasks> table = std::make_shared<ChannelMasks>();
+
+    TableHolder() = default;
+    TableHolder(const TableHolder&) = delete;
+    TableHolder& operator=(const TableHolder&) = delete;
+    ~TableHolder() { tableIsGone = true; }
+};
+
+// The table lives as long as this library or any logger, whichever goes last when the process ends. Whoever comes later
+// still gets a table of its own, with no channel configured.
+std::shared_ptr<ChannelMasks> channelMasks()
 {
-    // Loggers of other libraries keep pointers into it until the very end of the process: never destroyed.
-    static ChannelMasks& masks = *new ChannelMasks;
-    return masks;
+    if (tableIsGone) {
+        return std::make_shared<ChannelMasks>();
+    }
+    static const TableHolder holder;
+    return holder.table;
 }
 
 class CallbackBackend : public logging::sinks::basic_sink_backend<logging::sinks::synchronized_feeding> {
@@ -69,15 +84,16 @@ struct basic_diagnostic_logger::Source {
     explicit Source(const char* channel) : logger(logging::keywords::channel = std::string(channel)) {}
 
     logging::sources::severity_channel_logger_mt<int, std::string> logger;
+    std::shared_ptr<ChannelMasks> masks = channelMasks();
 };
 
 basic_diagnostic_logger::basic_diagnostic_logger(const char* channel)
-    : source_(std::make_unique<Source>(channel)), mask_(channelMasks().word(channel, {}))
+    : source_(std::make_unique<Source>(channel)), mask_(source_->masks->word(channel, {}))
 {
 }
 
 basic_diagnostic_logger::basic_diagnostic_logger(const char* channel, const char* parent)
-    : source_(std::make_unique<Source>(channel)), mask_(channelMasks().word(channel, parent))
+    : source_(std::make_unique<Source>(channel)), mask_(source_->masks->word(channel, parent))
 {
 }
 
@@ -149,7 +165,7 @@ sink_handle attach_sink(std::function<void(const log_record&)> sink)
 
 void applyMasks(const std::map<std::string, std::uint32_t>& masks)
 {
-    channelMasks().configure(masks);
+    channelMasks()->configure(masks);
 }
 
 } // namespace foundation::core::diag
