@@ -36,9 +36,6 @@ pid_t start(const BareProcess& process, const Ends& output, const Ends& error)
     check(::posix_spawn_file_actions_init(&actions));
     check(::posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO));
     check(::posix_spawn_file_actions_adddup2(&actions, error[1], STDERR_FILENO));
-    if (process.folder != nullptr) {
-        check(::posix_spawn_file_actions_addchdir_np(&actions, process.folder));
-    }
     pid_t id = 0;
     check(::posix_spawn(&id, process.file, &actions, nullptr, process.arguments, process.environment));
     ::posix_spawn_file_actions_destroy(&actions);
@@ -92,7 +89,7 @@ Captured runFloor(const Arguments& arguments)
         pointers.push_back(const_cast<char*>(argument.c_str())); // NOLINT: the system takes it so and does not write
     }
     pointers.push_back(nullptr);
-    return runBare({pointers[0], pointers.data(), environ, nullptr});
+    return runBare({pointers[0], pointers.data(), environ});
 }
 
 } // namespace benchmarks

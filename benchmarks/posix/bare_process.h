@@ -8,10 +8,8 @@ namespace benchmarks {
 // What posix_spawn is given.
 struct BareProcess {
     const char* file = nullptr;
-    char** arguments = nullptr;
-    char** environment = nullptr;
-    // Null: the caller's.
-    const char* folder = nullptr;
+    char* const* arguments = nullptr;
+    char* const* environment = nullptr;
 };
 
 // Starts it with both streams on pipes, reads them until they end, and waits.

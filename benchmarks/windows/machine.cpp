@@ -1,0 +1,21 @@
+#include "machine.h"
+
+#include <windows.h>
+
+#include <psapi.h>
+
+namespace benchmarks {
+
+Arguments quickProgram()
+{
+    return {BENCHMARK_CHILD, "exit"};
+}
+
+Memory memoryInUse()
+{
+    PROCESS_MEMORY_COUNTERS counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return {counters.WorkingSetSize, counters.PeakWorkingSetSize};
+}
+
+} // namespace benchmarks
