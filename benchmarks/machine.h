@@ -10,6 +10,11 @@ namespace benchmarks {
 // A program that ends at once.
 Arguments quickProgram();
 
+// How much work is measured at a time: runs of that program, and MiB printed a few bytes at a time. A start and a write
+// take Wine a hundred times as long as Linux.
+extern const int quickRuns;
+extern const std::size_t smallWritesSize;
+
 // The memory that this process has in use, and the most that it ever had, in bytes.
 struct Memory {
     std::size_t now = 0;

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string_view>
@@ -47,9 +48,15 @@ void require(bool success, const char* what)
     }
 }
 
+// As the system writes it.
+std::string native(const std::filesystem::path& path)
+{
+    return std::filesystem::path(path).make_preferred().string();
+}
+
 Captured tool(const char* program, Arguments arguments)
 {
-    arguments.insert(arguments.begin(), std::string(STAND_IN_FOLDER) + "/" + program);
+    arguments.insert(arguments.begin(), native(std::filesystem::path(STAND_IN_FOLDER) / program));
     return benchmarks::runFloor(arguments);
 }
 
@@ -120,8 +127,8 @@ void tearDown()
 std::vector<Operation> wslOperations()
 {
     const auto provide = [] {
-        const std::string folder = setting("BENCHMARK_FOLDER") + "/distribution";
-        tool("wsl.exe", {"--import", distribution(), folder, HUB_ARCHIVE, "--version", "2"});
+        const std::string folder = native(setting("BENCHMARK_FOLDER") + "/distribution");
+        tool("wsl.exe", {"--import", distribution(), folder, native(HUB_ARCHIVE), "--version", "2"});
         // It runs until it is removed.
         require(tool("wsl.exe", {"-d", distribution(), "--exec", "true"}).status == 0, "no distribution");
     };
@@ -140,7 +147,7 @@ std::vector<Operation> wslOperations()
 std::vector<Operation> dockerOperations()
 {
     // The image stays under a second name, so that it can be had back without its archive.
-    require(tool("docker.exe", {"load", "-i", setting("BENCHMARK_DOCKER_ARCHIVE")}).status == 0, "no archive");
+    require(tool("docker.exe", {"load", "-i", native(setting("BENCHMARK_DOCKER_ARCHIVE"))}).status == 0, "no archive");
     require(tool("docker.exe", {"tag", distribution(), "kept"}).status == 0, "no image");
     const auto provide = [] { require(tool("docker.exe", {"tag", "kept", distribution()}).status == 0, "no image"); };
     const auto runContainer = [] {

@@ -71,7 +71,7 @@ benchmark::internal::Benchmark* add(const std::string& row, const Contender& con
 
 void addAll(const Contender& contender)
 {
-    add("small", contender, runSmall, contender)->Iterations(20)->Unit(benchmark::kMicrosecond);
+    add("small", contender, runSmall, contender)->Iterations(benchmarks::quickRuns)->Unit(benchmark::kMicrosecond);
     add("at once", contender, runAtOnce, contender)->Iterations(1)->Unit(benchmark::kMillisecond);
     add("one stream", contender, capture, contender, Load{"one", 256 * mebibyte, 0})
         ->Iterations(1)
@@ -79,7 +79,7 @@ void addAll(const Contender& contender)
     add("two streams", contender, capture, contender, Load{"two", 128 * mebibyte, 128 * mebibyte})
         ->Iterations(1)
         ->Unit(benchmark::kMillisecond);
-    add("small writes", contender, capture, contender, Load{"small", 64 * mebibyte, 0})
+    add("small writes", contender, capture, contender, Load{"small", benchmarks::smallWritesSize * mebibyte, 0})
         ->Iterations(1)
         ->Unit(benchmark::kMillisecond);
 }

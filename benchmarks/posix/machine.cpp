@@ -4,6 +4,9 @@
 
 namespace benchmarks {
 
+const int quickRuns = 20;
+const std::size_t smallWritesSize = 64;
+
 Arguments quickProgram()
 {
     return {"/bin/true"};

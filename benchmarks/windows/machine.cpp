@@ -6,6 +6,9 @@
 
 namespace benchmarks {
 
+const int quickRuns = 1;
+const std::size_t smallWritesSize = 2;
+
 Arguments quickProgram()
 {
     return {BENCHMARK_CHILD, "exit"};

@@ -24,7 +24,7 @@ private:
 using Recording = std::vector<std::unique_ptr<RecordedProcess>>;
 thread_local Recording* current = nullptr;
 
-using CreateProcess = decltype(&CreateProcessW);
+using StartFunction = decltype(&CreateProcessW);
 
 // Up to the empty text that ends it.
 std::wstring environmentBlock(const wchar_t* block)
@@ -58,7 +58,7 @@ Type* at(HMODULE module, std::size_t offset)
 }
 
 // Where the module keeps the address of CreateProcessW: in its table of imported functions.
-CreateProcess* importOfCreateProcess(HMODULE module)
+StartFunction* importOfCreateProcess(HMODULE module)
 {
     const auto* header =
         at<IMAGE_NT_HEADERS>(module, static_cast<std::size_t>(at<IMAGE_DOS_HEADER>(module, 0)->e_lfanew));
@@ -70,7 +70,7 @@ CreateProcess* importOfCreateProcess(HMODULE module)
             const bool byNumber = IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal);
             if (!byNumber &&
                 std::strcmp(at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData)->Name, "CreateProcessW") == 0) {
-                return reinterpret_cast<CreateProcess*>(&address->u1.Function);
+                return reinterpret_cast<StartFunction*>(&address->u1.Function);
             }
         }
     }
@@ -89,7 +89,7 @@ public:
     Interception& operator=(const Interception&) = delete;
 
 private:
-    void replace(CreateProcess function)
+    void replace(StartFunction function)
     {
         DWORD protection = 0;
         VirtualProtect(import_, sizeof *import_, PAGE_READWRITE, &protection);
@@ -97,8 +97,8 @@ private:
         VirtualProtect(import_, sizeof *import_, protection, &protection);
     }
 
-    CreateProcess* import_;
-    CreateProcess original_;
+    StartFunction* import_;
+    StartFunction original_;
 };
 
 } // namespace
