@@ -7,7 +7,33 @@ namespace orb::process::detail {
 namespace {
 
 constexpr std::size_t firstPieceSize = std::size_t{16} * 1024;
-constexpr std::size_t laterPieceSize = std::size_t{1024} * 1024;
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+constexpr std::size_t laterPieceSize = mebibyte;
+
+// From so many bytes on an output is large. Then a few MiB more than it needs do not matter, and the time that the
+// system takes to provide memory does.
+constexpr std::size_t large = 64 * mebibyte;
+constexpr std::size_t largePieceSize = 4 * mebibyte;
+
+Pages nextPiece(std::size_t piecesBefore)
+{
+    if (piecesBefore < large / laterPieceSize) {
+        return Pages(laterPieceSize);
+    }
+    Pages piece(largePieceSize);
+    expectFilling(piece.bytes());
+    return piece;
+}
+
+std::string stringFor(std::size_t size)
+{
+    std::string text;
+    text.reserve(size);
+    if (size >= large) {
+        expectFilling({text.data(), size});
+    }
+    return text;
+}
 
 } // namespace
 
@@ -18,7 +44,7 @@ std::span<char> Capture::room()
         last_ = {first_.get(), firstPieceSize};
         filled_ = 0;
     } else if (filled_ == last_.size()) {
-        last_ = later_.emplace_back(laterPieceSize).bytes();
+        last_ = later_.emplace_back(nextPiece(later_.size())).bytes();
         filled_ = 0;
     }
     return last_.subspan(filled_);
@@ -33,13 +59,17 @@ std::string_view Capture::added(std::size_t size)
 
 std::string Capture::take()
 {
-    std::string all;
-    const std::size_t size = later_.empty() ? filled_ : firstPieceSize + (later_.size() - 1) * laterPieceSize + filled_;
-    if (size == 0) {
-        return all;
+    std::size_t size = filled_;
+    if (!later_.empty()) {
+        size += firstPieceSize;
+        for (std::size_t i = 0; i + 1 < later_.size(); ++i) {
+            size += later_[i].bytes().size();
+        }
     }
-    all.reserve(size);
-    all.append(first_.get(), std::min(firstPieceSize, size));
+    std::string all = stringFor(size);
+    if (size > 0) {
+        all.append(first_.get(), std::min(firstPieceSize, size));
+    }
     first_.reset();
     for (Pages& piece : later_) {
         const Pages current = std::move(piece);
@@ -47,6 +77,7 @@ std::string Capture::take()
     }
     later_.clear();
     last_ = {};
+    filled_ = 0;
     return all;
 }
 
