@@ -7,7 +7,10 @@
 #include "wsl.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <string_view>
+#include <utility>
 
 namespace orb::lvm {
 
@@ -39,10 +42,18 @@ void addRuntimeLibraryPath(std::map<std::string, std::string>& env)
 }
 
 // A key may end in "/" and one flag letter, the form that WSLENV gives a meaning to.
-std::string withoutFlag(const std::string& key)
+std::string_view withoutFlag(std::string_view key)
 {
     const bool flagged = key.size() > 2 && key[key.size() - 2] == '/';
     return flagged ? key.substr(0, key.size() - 2) : key;
+}
+
+std::string assignment(std::string_view name, std::string_view value)
+{
+    std::string text;
+    text.reserve(name.size() + 1 + value.size());
+    text.append(name).append(1, '=').append(value);
+    return text;
 }
 
 void addEnvironmentOptions(std::vector<std::string>& args, const std::map<std::string, std::string>& env)
@@ -50,27 +61,35 @@ void addEnvironmentOptions(std::vector<std::string>& args, const std::map<std::s
     if (args.empty()) {
         return;
     }
-    std::vector<std::string> options;
-    options.reserve(2 * env.size());
+    // Built apart and moved over when nothing can fail any more.
+    std::vector<std::string> result;
+    result.reserve(args.size() + 2 * env.size());
+    result.resize(args.size() - 1);
     for (const auto& [key, value] : env) {
-        options.emplace_back("-e");
-        options.push_back(withoutFlag(key) + "=" + value);
+        result.emplace_back("-e");
+        result.push_back(assignment(withoutFlag(key), value));
     }
-    args.insert(std::prev(args.end()), std::make_move_iterator(options.begin()),
-                std::make_move_iterator(options.end()));
+    result.push_back(std::move(args.back()));
+    std::move(args.begin(), std::prev(args.end()), result.begin());
+    args = std::move(result);
 }
 
 void addWslEnvironment(std::map<std::string, std::string>& env)
 {
+    // A list that the caller made wins.
+    if (env.contains("WSLENV")) {
+        return;
+    }
     std::string names;
+    constexpr std::size_t usualLength = 16;
+    names.reserve(usualLength * env.size());
     for (const auto& [key, value] : env) {
         if (!names.empty()) {
             names += ':';
         }
         names += key;
     }
-    // A list that the caller made wins.
-    env.try_emplace("WSLENV", names);
+    env.emplace("WSLENV", std::move(names));
 }
 
 } // namespace

@@ -1,50 +1,83 @@
 #include "capture.h"
 
+#include <algorithm>
+
 namespace orb::process::detail {
 
 namespace {
 
-// Most programs print less than this.
-constexpr std::size_t firstPieceSize = std::size_t{64} * 1024;
-constexpr std::size_t laterPieceSize = std::size_t{1024} * 1024;
+constexpr std::size_t firstPieceSize = std::size_t{16} * 1024;
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+constexpr std::size_t laterPieceSize = mebibyte;
+
+// From so many bytes on an output is large. Then a few MiB more than it needs do not matter, and the time that the
+// system takes to provide memory does.
+constexpr std::size_t large = 64 * mebibyte;
+constexpr std::size_t largePieceSize = 4 * mebibyte;
+
+Pages nextPiece(std::size_t piecesBefore)
+{
+    if (piecesBefore < large / laterPieceSize) {
+        return Pages(laterPieceSize);
+    }
+    Pages piece(largePieceSize);
+    expectFilling(piece.bytes());
+    return piece;
+}
+
+std::string stringFor(std::size_t size)
+{
+    std::string text;
+    text.reserve(size);
+    if (size >= large) {
+        expectFilling({text.data(), size});
+    }
+    return text;
+}
 
 } // namespace
 
 std::span<char> Capture::room()
 {
-    if (pieces_.empty()) {
-        pieces_.emplace_back(firstPieceSize);
+    if (last_.empty()) {
+        first_ = std::make_unique_for_overwrite<char[]>(firstPieceSize);
+        last_ = {first_.get(), firstPieceSize};
         filled_ = 0;
-    } else if (filled_ == pieces_.back().bytes().size()) {
-        pieces_.emplace_back(laterPieceSize);
+    } else if (filled_ == last_.size()) {
+        last_ = later_.emplace_back(nextPiece(later_.size())).bytes();
         filled_ = 0;
     }
-    return pieces_.back().bytes().subspan(filled_);
+    return last_.subspan(filled_);
 }
 
 std::string_view Capture::added(std::size_t size)
 {
-    const std::string_view fresh(pieces_.back().bytes().data() + filled_, size);
+    const std::string_view fresh(last_.data() + filled_, size);
     filled_ += size;
     return fresh;
 }
 
 std::string Capture::take()
 {
-    std::string all;
-    if (pieces_.empty()) {
-        return all;
-    }
     std::size_t size = filled_;
-    for (std::size_t i = 0; i + 1 < pieces_.size(); ++i) {
-        size += pieces_[i].bytes().size();
+    if (!later_.empty()) {
+        size += firstPieceSize;
+        for (std::size_t i = 0; i + 1 < later_.size(); ++i) {
+            size += later_[i].bytes().size();
+        }
     }
-    all.reserve(size);
-    for (Pages& piece : pieces_) {
+    std::string all = stringFor(size);
+    if (size > 0) {
+        all.append(first_.get(), std::min(firstPieceSize, size));
+    }
+    first_.reset();
+    for (Pages& piece : later_) {
         const Pages current = std::move(piece);
         all.append(current.bytes().data(), std::min(current.bytes().size(), size - all.size()));
     }
-    pieces_.clear();
+    later_.clear();
+    last_ = {};
+    filled_ = 0;
     return all;
 }
 

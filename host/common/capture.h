@@ -4,8 +4,10 @@
 #include "pages.h"
 
 #include <cstddef>
+#include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orb::process::detail {
@@ -24,8 +26,11 @@ public:
     std::string take();
 
 private:
-    std::vector<Pages> pieces_;
-    // How much of the last piece is filled; all others are full.
+    // Comes from the allocator, which has so little at hand; what most programs print fits in.
+    std::unique_ptr<char[]> first_;
+    std::vector<Pages> later_;
+    // The piece that is being filled, and how much of it is filled. All others are full.
+    std::span<char> last_;
     std::size_t filled_ = 0;
 };
 

@@ -116,11 +116,13 @@ Pipe makePipe()
     Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
     pipe.readEnd = aboveStandardStreams(std::move(pipe.readEnd));
     pipe.writeEnd = aboveStandardStreams(std::move(pipe.writeEnd));
-    // Fewer turns between the program and us when it prints much. Systems limit how many a user may have, and
-    // the ordinary size does as well.
-    constexpr int largePipe = 1024 * 1024;
-    ::fcntl(pipe.writeEnd.get(), F_SETPIPE_SZ, largePipe);
     return pipe;
+}
+
+void enlarge(const Descriptor& pipe) noexcept
+{
+    constexpr int largePipe = 1024 * 1024;
+    ::fcntl(pipe.get(), F_SETPIPE_SZ, largePipe);
 }
 
 std::unique_ptr<InputSink> makeInputSink(Descriptor writeEnd)

@@ -17,6 +17,10 @@ struct Pipe {
 // Throws std::system_error.
 Pipe makePipe();
 
+// Gives the pipe room for more, so that a program that prints much and its reader take turns less often. Systems limit
+// how much room a user's pipes may have together; then it stays as it is.
+void enlarge(const Descriptor& pipe) noexcept;
+
 // A sink that writes to the pipe.
 std::unique_ptr<InputSink> makeInputSink(Descriptor writeEnd);
 

@@ -26,6 +26,7 @@ namespace {
 struct Source {
     Stream stream;
     Descriptor readEnd;
+    bool enlarged = false;
 };
 using Sources = std::array<Source, 2>;
 
@@ -39,6 +40,10 @@ void readOnce(Source& source, RunSession& session)
     const ssize_t size = ::read(source.readEnd.get(), room.data(), room.size());
     if (size > 0) {
         session.received(source.stream, static_cast<std::size_t>(size));
+        if (!source.enlarged && static_cast<std::size_t>(size) == room.size()) {
+            enlarge(source.readEnd);
+            source.enlarged = true;
+        }
     } else if (size == 0) {
         source.readEnd.close();
     } else if (errno != EINTR) {

@@ -22,4 +22,9 @@ Pages::~Pages()
     }
 }
 
+void expectFilling(std::span<char> /*memory*/) noexcept
+{
+    // Larger units need a privilege here that programs do not have.
+}
+
 } // namespace orb::process::detail

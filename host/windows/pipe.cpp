@@ -3,6 +3,7 @@
 #include "last_error.h"
 #include "random_bits.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -129,10 +130,12 @@ PipeReader::~PipeReader()
 
 void PipeReader::begin(std::span<char> room)
 {
+    // The system may set memory aside for as much as it is asked for.
+    constexpr std::size_t mostAtOnce = std::size_t{1024} * 1024;
+    const auto size = static_cast<DWORD>(std::min(room.size(), mostAtOnce));
     read_ = {};
     read_.hEvent = event_.get();
-    if (ReadFile(pipe_.get(), room.data(), static_cast<DWORD>(room.size()), nullptr, &read_) != FALSE ||
-        GetLastError() == ERROR_IO_PENDING) {
+    if (ReadFile(pipe_.get(), room.data(), size, nullptr, &read_) != FALSE || GetLastError() == ERROR_IO_PENDING) {
         reading_ = true;
     } else if (isEndOfStream(GetLastError())) {
         pipe_.close();

@@ -5,8 +5,27 @@
 
 #include <gtest/gtest.h>
 
+#include <string_view>
+
 using orb::process::detail::run;
 using orb::process::detail::RunResult;
+
+namespace {
+
+// The program's pieces are a mebibyte each, and all alike.
+bool isWhatThePouringChildPrints(std::string_view output)
+{
+    std::string piece(std::size_t{1024} * 1024, '\0');
+    for (std::size_t i = 0; i < piece.size(); ++i) {
+        piece[i] = static_cast<char>('a' + i % 23);
+    }
+    while (output.size() >= piece.size() && output.substr(0, piece.size()) == piece) {
+        output.remove_prefix(piece.size());
+    }
+    return output.empty();
+}
+
+} // namespace
 
 TEST(ProcessMemory, ofALargeOutputIsLittleMoreThanItsSizeAlsoTheSecondTime)
 {
@@ -15,9 +34,7 @@ TEST(ProcessMemory, ofALargeOutputIsLittleMoreThanItsSizeAlsoTheSecondTime)
     for (int turn = 0; turn < 2; ++turn) {
         const RunResult result = run(child({"pour", std::to_string(size)}));
         ASSERT_EQ(result.standardOutput.size(), size);
-        // The program's pieces are a mebibyte each.
-        EXPECT_EQ(result.standardOutput[0], 'a');
-        EXPECT_EQ(result.standardOutput[size - 1], static_cast<char>('a' + (1024 * 1024 - 1) % 23));
+        EXPECT_TRUE(isWhatThePouringChildPrints(result.standardOutput));
     }
     const double ratio = static_cast<double>(peakMemory() - before) / static_cast<double>(size);
     RecordProperty("ratio", std::to_string(ratio));
