@@ -14,14 +14,13 @@ constexpr char catalogue[] = "kelpctl";
 constexpr std::array entries = {
     // The errors of the host's catalogue, which has their texts.
     Advice{"DOCKER_NOT_AVAILABLE", "",
-           "Install Docker, or put the folder of docker.exe into PATH. To use WSL instead: \"kelpctl --wsl\"."},
+           "Install Docker, or put the folder of docker.exe into PATH. The flag --wsl uses WSL instead."},
     Advice{"IMAGE_NOT_EXIST", "",
-           "See with \"docker images\" under which name the archive was loaded, and give that name with \"provision "
-           "--name\"."},
+           "See with \"docker images\" what the archive held. If the name ends in a release, give that release with "
+           "--release; otherwise use it with \"{1} start --image NAME\"."},
     Advice{"TAR_FILE_LOAD_ERROR", "",
-           "Check the archive: \"provision\" takes an image that \"docker save\" wrote, \"provision --root-fs --name "
-           "{2}\" "
-           "a root file system."},
+           "Name the right archive: \"{1} setup ARCHIVE\" takes an image that \"docker save\" wrote, \"{1} provision "
+           "--archive ARCHIVE --root-fs --name {2}\" a root file system."},
     Advice{"TAR_FILE_NOT_AVAILABLE", "",
            "Name an archive that exists, or the installation that holds one with --root; \"{1} doctor\" shows where "
            "archives are looked for."},
@@ -30,7 +29,7 @@ constexpr std::array entries = {
 
     // What kelpctl finds out by itself.
     Advice{"WSL_NOT_USABLE", "WSL cannot list its distributions.",
-           "Run \"wsl --status\" and do what it says, or use Docker with \"kelpctl --docker\"."},
+           "Run \"wsl --status\" and do what it says, or use Docker, with the flag --docker."},
     Advice{"WSL_FAILED", "wsl.exe failed before or while it ran the program.", "Run \"{1} doctor\"."},
     Advice{
         "WSL_OR_PROGRAM_FAILED",
@@ -83,13 +82,24 @@ constexpr std::array entries = {
         "TOOL_HANGS", "{4} does not answer.",
         "Restart what does not answer: \"wsl --shutdown\" or a restart of Windows for wsl.exe, Docker for the client."},
     Advice{"WSL_NOT_FOUND", "There is no wsl.exe.",
-           "On Windows run \"wsl --install\"; elsewhere use Docker with \"kelpctl --docker\"."},
+           "On Windows run \"wsl --install\"; elsewhere use Docker, with the flag --docker."},
     Advice{"WSL_NOT_INSTALLED", "The Windows Subsystem for Linux is not installed.",
            "Run \"wsl --install --no-distribution\" as administrator, and restart Windows."},
-    Advice{"DISTRIBUTION_MISSING", "There is no distribution {2}.", "Create it with \"{1} setup\"."},
+    Advice{"DISTRIBUTION_MISSING", "There is no distribution {2}.",
+           "Create it with \"{1} setup\". If \"wsl --list\" shows one of another release, name that with --release."},
     Advice{"DOCKER_ENGINE_NOT_REACHABLE", "The Docker engine does not answer.",
            "Start Docker; when \"docker version\" shows a server, try again."},
-    Advice{"IMAGE_MISSING", "There is no image {2}.", "Create it with \"{1} setup\"."},
+    Advice{"IMAGE_MISSING", "There is no image {2}.",
+           "\"{1} setup\" creates the default one; \"docker images\" shows what there is. An image of another release "
+           "is found with --release."},
+    Advice{"IMAGE_WITHOUT_PROGRAM",
+           "The image {2} names no program to run, as one made from a root file system does not.",
+           "Set the variable AUX_DOCKER_ARGS to \"--entrypoint sh\", and try again."},
+    Advice{"NO_SUCH_IMAGE", "There is no image {2}.", "See with \"docker images\" which images there are."},
+    Advice{"NO_SUCH_CONTAINER", "There is no container {3}.", "See with \"docker ps -a\" which containers there are."},
+    Advice{"CONTAINER_PAUSED", "The container {3} is paused.", "Let it go on with \"docker unpause {3}\"."},
+    Advice{"PROGRAM_MISSING", "The environment has no program {4}.",
+           "Check the program's name, or give its whole path inside the environment."},
     Advice{"CONTAINER_MISSING", "There is no container {3}.", "Start it with \"{1} start --container {3}\"."},
     Advice{"CONTAINER_NOT_RUNNING", "The container {3} does not run.",
            "Remove it with \"{1} stop --container {3}\", then start it with \"{1} start --container {3}\"."},
@@ -115,7 +125,8 @@ constexpr std::array entries = {
     Advice{"WSL_LOCATION_TAKEN", "The folder for the distribution is in use.",
            "Try again: each try uses a new folder. \"wsl --list\" shows who uses this one."},
     Advice{"WSL_BUSY", "The distribution is being installed, removed or converted.",
-           "Wait until the other program is done with it; \"wsl --shutdown\" ends what hangs."},
+           "Wait until the other program is done with it. If there is none, \"{1} remove {2}\" removes what is left of "
+           "it."},
     Advice{"WSL_NAME_INVALID", "WSL does not accept the name or an argument.",
            "Choose a name of letters, digits, \".\", \"_\" and \"-\" with --name or --release."},
     Advice{"WSL_ACCESS_DENIED", "Access is denied.",
@@ -146,6 +157,8 @@ constexpr std::array entries = {
            "Look at what the program printed; wsl.exe never passes the status 87 on."},
 
     // What the doctor finds besides.
+    Advice{"ROOT_MISSING", "The installation root {4} is no folder.",
+           "Name the folder that the host product is installed in with --root or KORVANE_ROOT."},
     Advice{"WSL_VERSION_UNKNOWN",
            "No wsl.exe tells its version, so the one that Windows keeps is used; it may be an old one.",
            "Run \"wsl --update\" when WSL does not work as it should."},

@@ -2,6 +2,7 @@
 
 #include "backend.h"
 #include "probes.h"
+#include "verdict.h"
 
 #include "orb/lvm.h"
 
@@ -24,17 +25,14 @@ std::string verbOf(const Run& run)
     return run.arguments.size() > 1 ? run.arguments[1] : std::string();
 }
 
-bool imageExists(const Context& context, const std::string& client, const std::string& image)
-{
-    return ask(context.console, {client, "image", "inspect", "--format", "{{.Id}}", image}).good();
-}
-
 std::string causeOfStart(const Run& run, const Context& context, const std::string& client)
 {
     const Names names = namesOf(context.request);
     switch (askContainer(context.console, client, names.container)) {
     case ContainerState::running:
         return "CONTAINER_RUNS_ALREADY";
+    case ContainerState::paused:
+        return "CONTAINER_PAUSED";
     case ContainerState::unknown:
         return "DOCKER_ENGINE_NOT_REACHABLE";
     case ContainerState::stopped:
@@ -46,8 +44,11 @@ std::string causeOfStart(const Run& run, const Context& context, const std::stri
     case ContainerState::missing:
         break;
     }
-    if (!imageExists(context, client, names.image)) {
+    if (!imageExists(context.console, client, names.image)) {
         return "IMAGE_MISSING";
+    }
+    if (!imageHasProgram(context.console, client, names.image)) {
+        return "IMAGE_WITHOUT_PROGRAM";
     }
     const std::int32_t status = run.result ? run.result->status : dockerRefused;
     return status == notExecutable ? "PROGRAM_NOT_EXECUTABLE"
@@ -60,6 +61,9 @@ std::string causeOfDockerFailure(const std::string& identifier, const Run& run, 
     const std::string& client = run.arguments.front();
     if (identifier == "DOCKER_NOT_AVAILABLE" || verbOf(run) == "docker.exe") {
         return {};
+    }
+    if (identifier != "CONTAINER_NOT_STOPPED" && !isDockerName(namesOf(context.request).image)) {
+        return "DOCKER_NAME_INVALID";
     }
     if (identifier == "CONTAINER_NOT_STARTED") {
         return causeOfStart(run, context, client);
@@ -91,6 +95,9 @@ std::string causeOfWslStatus(const Run& run)
 
 std::string causeOf(const std::string& identifier, const std::optional<Run>& run, const Context& context)
 {
+    if (identifier == "IMAGE_NOT_EXIST" && !isDockerName(namesOf(context.request).image)) {
+        return "DOCKER_NAME_INVALID";
+    }
     if (!run || !run->failed()) {
         return {};
     }

@@ -155,7 +155,7 @@ void addFlags(CLI::App& command, Raw& raw)
             ->type_name("FILE");
         command.add_option("--name", raw.request.name, "Distribution or image, the release's when not given")
             ->type_name("NAME");
-        command.add_flag("--root-fs", raw.request.rootFs, "Docker: the archive is a root file system");
+        command.add_flag("--root-fs", raw.request.rootFs, "Docker: the archive is a root file system; needs --name");
     } else if (name == "remove") {
         command.add_option("name", raw.request.name, "Distribution or image, the release's when not given");
     } else if (name == "start") {
@@ -261,27 +261,74 @@ std::size_t distance(const std::string& from, const std::string& to)
     return row.back();
 }
 
-std::string noSuchCommand(const std::string& word)
+// Whether the word was meant for the name: a few letters wrong, or its beginning, in whatever case.
+bool resembles(std::string word, const std::string& name)
 {
     constexpr std::size_t typingErrors = 2;
-    std::string text = "There is no command \"" + word + "\".";
-    for (const CommandText& command : commandTexts) {
-        if (distance(word, command.name) <= typingErrors) {
-            return text + " Did you mean \"" + command.name + "\"?";
-        }
-    }
-    return text;
+    constexpr std::size_t enough = 3;
+    std::transform(word.begin(), word.end(), word.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return distance(word, name) <= typingErrors || (word.size() >= enough && name.starts_with(word));
 }
 
-std::string unexpected(const std::string& command, const std::string& word)
+std::string withSuggestion(std::string text, const std::string& word, const std::vector<std::string>& names)
 {
-    if (command.empty()) {
-        return word.starts_with("-") ? "There is no flag \"" + word + "\"." : noSuchCommand(word);
+    const auto meant =
+        std::find_if(names.begin(), names.end(), [&word](const std::string& name) { return resembles(word, name); });
+    return meant == names.end() ? text : text + " Did you mean \"" + *meant + "\"?";
+}
+
+std::string noSuchCommand(const std::string& word)
+{
+    std::vector<std::string> names;
+    for (const CommandText& command : commandTexts) {
+        names.emplace_back(command.name);
     }
-    if (takesProgram(command) && !word.starts_with("-")) {
+    names.insert(names.end(), {"--version", "--docker", "--wsl"});
+    const std::string text = "There is no command \"" + word + "\".";
+    // A flag's name without its hyphens is meant for the flag.
+    return std::find(names.begin(), names.end(), "--" + word) != names.end()
+               ? text + " Did you mean \"--" + word + "\"?"
+               : withSuggestion(text, word, names);
+}
+
+std::vector<std::string> longFlags(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    return names;
+}
+
+// The flags of the command, if there is one, and of all.
+std::string noSuchFlag(const CLI::App& app, const std::string& word)
+{
+    std::vector<std::string> names = longFlags(app);
+    for (const CLI::App* command : app.get_subcommands()) {
+        const std::vector<std::string> own = longFlags(*command);
+        names.insert(names.begin(), own.begin(), own.end());
+    }
+    return withSuggestion("There is no flag \"" + word + "\".", word, names);
+}
+
+std::string unexpected(const CLI::App& app, const std::string& command, const std::string& word)
+{
+    if (word.starts_with("-")) {
+        return noSuchFlag(app, word);
+    }
+    if (command.empty()) {
+        return noSuchCommand(word);
+    }
+    if (word == "docker" || word == "wsl") {
+        return "There is no place for the argument \"" + word + "\". Did you mean \"--" + word + "\"?";
+    }
+    if (takesProgram(command)) {
         return "The program needs \"--\" in front of it: \"kelpctl " + command + " -- " + word + "\".";
     }
-    return (word.starts_with("-") ? "There is no flag \"" : "There is no place for the argument \"") + word + "\".";
+    return "There is no place for the argument \"" + word + "\".";
 }
 
 void build(CLI::App& app, Raw& raw)
@@ -330,7 +377,7 @@ Request parseWith(const std::vector<std::string>& arguments)
     } catch (const CLI::ExtrasError& error) {
         const std::vector<std::string> extras = app.remaining(true);
         const std::string command = parsedCommand(app);
-        throw UsageError(command, extras.empty() ? error.what() : unexpected(command, extras.front()));
+        throw UsageError(command, extras.empty() ? error.what() : unexpected(app, command, extras.front()));
     } catch (const CLI::ParseError& error) {
         throw UsageError(parsedCommand(app), error.what());
     }
@@ -383,8 +430,11 @@ std::vector<std::string> wordsBehind(const std::string& command)
     return names;
 }
 
-void requireProgram(const Request& request)
+void requireWhatBelongsTogether(const Request& request)
 {
+    if (request.command == "provision" && request.rootFs && request.name.empty()) {
+        throw UsageError(request.command, "--root-fs needs --name: a root file system has no image name of its own.");
+    }
     if (request.command == "exec" && (request.program.empty() || request.program.front().empty())) {
         throw UsageError(request.command, "A program is required, with \"--\" in front of it.");
     }
@@ -414,7 +464,7 @@ Request parseCommandLine(const std::vector<std::string>& arguments)
     } else if (mark != arguments.end()) {
         request = parseWith(arguments);
     }
-    requireProgram(request);
+    requireWhatBelongsTogether(request);
     return request;
 }
 
@@ -422,6 +472,21 @@ bool asksForJson(const std::vector<std::string>& arguments)
 {
     const auto mark = std::find(arguments.begin(), arguments.end(), endOfOptions);
     return std::find(arguments.begin(), mark, "--json") != mark;
+}
+
+std::optional<std::string> askedLanguage(const std::vector<std::string>& arguments)
+{
+    constexpr std::string_view flag = "--language";
+    for (std::size_t index = 0; index < arguments.size() && arguments[index] != endOfOptions; ++index) {
+        const std::string& argument = arguments[index];
+        if (argument == flag && index + 1 < arguments.size()) {
+            return arguments[index + 1];
+        }
+        if (argument.starts_with(std::string(flag) + "=")) {
+            return argument.substr(flag.size() + 1);
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace kelpctl

@@ -3,6 +3,7 @@
 
 #include "request.h"
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -50,5 +51,8 @@ Request parseCommandLine(const std::vector<std::string>& arguments);
 // Whether "--json" stands among the arguments, in front of "--": errors must be reported the right way also
 // when the command line cannot be read.
 bool asksForJson(const std::vector<std::string>& arguments);
+
+// The value of "--language" in front of "--", also when the command line cannot be read.
+std::optional<std::string> askedLanguage(const std::vector<std::string>& arguments);
 
 } // namespace kelpctl

@@ -5,6 +5,7 @@
 #include "doctor.h"
 #include "errors.h"
 #include "gateways.h"
+#include "probes.h"
 #include "removal.h"
 #include "work.h"
 
@@ -65,10 +66,24 @@ Outcome provision(const Context& context)
     return provisioned(context);
 }
 
+// A container goes on without its image.
+void addContainerThatRuns(const Context& context, Outcome& outcome)
+{
+    const Names names = namesOf(context.request);
+    const std::string client = usesWsl() ? std::string() : orb::lvm::getContainerExecutablePath();
+    if (!client.empty() && askContainer(context.console, client, names.container) == ContainerState::running) {
+        outcome.lines.push_back("The container " + names.container + " still runs; \"" + names.invocation +
+                                " stop --container " + names.container + "\" removes it.");
+    }
+}
+
 Outcome removed(const Context& context)
 {
     const std::string name = namesOf(context.request).image;
-    return {{"The " + kindOfImage() + " " + name + " was removed."}, {{"kind", kindOfImage()}, {"name", name}}, {}};
+    Outcome outcome{
+        {"The " + kindOfImage() + " " + name + " was removed."}, {{"kind", kindOfImage()}, {"name", name}}, {}};
+    addContainerThatRuns(context, outcome);
+    return outcome;
 }
 
 Outcome teardown(const Context& context)
@@ -91,7 +106,8 @@ Outcome remove(const Context& context)
 
 Outcome check(const Context& context)
 {
-    const int status = callCheck();
+    int status = 0;
+    work(context, [&status] { status = callCheck(); });
     Outcome outcome{{std::to_string(status)}, status, {}};
     if (status != 0) {
         outcome.failure = reportOf(std::make_exception_ptr(Failure("WSL_NOT_USABLE")), context);
@@ -123,8 +139,9 @@ Outcome start(const Context& context)
 Outcome stop(const Context& context)
 {
     const Request& request = context.request;
-    work(context, [&request] {
+    work(context, [&] {
         requireClient();
+        requireContainer(context);
         if (!orb::lvm::stopContainerIfNecessary(request.container)) {
             throw Failure("CONTAINER_NOT_STOPPED");
         }
@@ -134,13 +151,15 @@ Outcome stop(const Context& context)
 
 Outcome prefix(const Context& context)
 {
-    const Request& request = context.request;
-    if (request.vector) {
-        const std::vector<std::string> arguments = orb::lvm::getContainerArgumentsPrefix(request.container);
-        return {arguments, arguments, {}};
-    }
-    const std::string line = orb::lvm::getContainerCommandPrefix(request.container);
-    return {{line}, line, {}};
+    const std::string& container = context.request.container;
+    std::vector<std::string> arguments;
+    std::string line;
+    work(context, [&] {
+        requireClient();
+        arguments = orb::lvm::getContainerArgumentsPrefix(container);
+        line = orb::lvm::getContainerCommandPrefix(container);
+    });
+    return context.request.vector ? Outcome{arguments, arguments, {}} : Outcome{{line}, line, {}};
 }
 
 Outcome env(const Context& context)

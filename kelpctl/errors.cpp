@@ -41,6 +41,9 @@ std::string invocationOf(const Request& request)
     if (request.release) {
         text += " --release " + quotedIfBlank(*request.release);
     }
+    if (request.language) {
+        text += " --language " + *request.language;
+    }
     return text;
 }
 
@@ -68,12 +71,28 @@ std::string shown(const std::string& captured, const std::vector<std::string>& s
     return redacted(readable(captured), secrets);
 }
 
+// The values given with "-e" stand in arguments by themselves or behind their names. Nothing else is touched, so that the
+// command line stays what it was.
+std::string shownArgument(const std::string& argument, const Request& request)
+{
+    for (const auto& [name, value] : request.environment) {
+        const std::string start = name.substr(0, name.find('/')) + "=";
+        if (!value.empty() && argument == value) {
+            return redacted(argument, {value});
+        }
+        if (!value.empty() && argument == start + value) {
+            return start + redacted(value, {value});
+        }
+    }
+    return argument;
+}
+
 Evidence evidenceOf(const Run& run, const Request& request)
 {
     const std::vector<std::string> secrets = secretsOf(request);
     Evidence evidence;
     for (const std::string& argument : run.arguments) {
-        evidence.arguments.push_back(shown(argument, secrets));
+        evidence.arguments.push_back(shownArgument(readable(argument), request));
     }
     if (run.result) {
         evidence.status = run.result->status;
@@ -108,7 +127,11 @@ Report reportOf(const IMsgIDException& error, const Context& context)
     for (const foundation::core::message::Argument& argument : error.message().arguments) {
         report.arguments.push_back(readable(argument.text()));
     }
-    const std::optional<Run> run = tellingRun(context.journal.runs());
+    std::optional<Run> run = tellingRun(context.journal.runs());
+    if (run && !run->failed() && report.identifier != "IMAGE_NOT_EXIST") {
+        // What succeeded is no evidence, except for the list that an image is missing in.
+        run.reset();
+    }
     if (run) {
         report.evidence = evidenceOf(*run, context.request);
     }
@@ -165,6 +188,9 @@ Report reportOf(const Failure& failure, const Context& context)
     if (failure.identifier() == "INTERRUPTED") {
         return interruptionReport(context);
     }
+    if (!failure.cause().empty()) {
+        return reportOf(failure, failure.cause(), std::nullopt, context.request);
+    }
     const std::optional<Run> run =
         isAboutARun(failure.identifier()) ? tellingRun(context.journal.runs()) : std::optional<Run>();
     const std::string cause = causeOf(failure.identifier(), run, context);
@@ -220,7 +246,9 @@ Report reportOf(const std::exception_ptr& error, const Context& context)
     } catch (const IMsgIDException& message) {
         return reportOf(message, context);
     } catch (const std::filesystem::filesystem_error& file) {
-        return plainReport("FILE_NOT_ACCESSIBLE", file.what(), context.request);
+        // Only the temporary directory is looked for without a path.
+        return plainReport(file.path1().empty() ? "TEMPORARY_FOLDER_NOT_USABLE" : "FILE_NOT_ACCESSIBLE", file.what(),
+                           context.request);
     } catch (const std::system_error& system) {
         return plainReport(identifierOf(system), system.what(), context.request);
     } catch (const std::invalid_argument& argument) {

@@ -20,16 +20,19 @@ inline constexpr int statusUsage = 2;
 // A failure that kelpctl itself found: the key of its advice, and what it is about.
 class Failure : public std::runtime_error {
 public:
-    explicit Failure(const std::string& identifier, std::string subject = {})
-        : std::runtime_error(identifier), subject_(std::move(subject))
+    explicit Failure(const std::string& identifier, std::string subject = {}, std::string cause = {})
+        : std::runtime_error(identifier), subject_(std::move(subject)), cause_(std::move(cause))
     {
     }
 
     std::string identifier() const { return what(); }
     const std::string& subject() const noexcept { return subject_; }
+    // The key of the cause's advice when it is known already.
+    const std::string& cause() const noexcept { return cause_; }
 
 private:
     std::string subject_;
+    std::string cause_;
 };
 
 // The child program that a failure is about. Texts are readable UTF-8, without secrets.

@@ -183,6 +183,7 @@ Examination examine(const Context& context)
     found.backend = backendOf(request);
     found.release = releaseOf(request);
     found.root = rootOf(request);
+    failureOf([&found] { found.rootExists = std::filesystem::is_directory(pathOf(found.root.value)); });
     found.image = namesOf(request).image;
     found.container = namesOf(request).container;
     found.pullsFromRegistry = variable(registryVariable) == "1";

@@ -127,6 +127,7 @@ struct Examination {
     Setting backend;
     Setting release;
     Setting root;
+    bool rootExists = true;
     // The distribution or image, and the container, by default.
     std::string image;
     std::string container;

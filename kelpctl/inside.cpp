@@ -7,6 +7,7 @@
 #include "output.h"
 #include "platform.h"
 #include "probes.h"
+#include "work.h"
 
 #include "host/text.h"
 #include "orb/lvm.h"
@@ -15,6 +16,7 @@
 #include <iterator>
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 namespace kelpctl {
 namespace {
@@ -89,19 +91,28 @@ struct InsideRun {
 
 InsideRun runCaptured(const Context& context, const InsideCommand& command)
 {
+    const Interruption interruption(Interruption::Meaning::endWork);
     return {{command.arguments, context.console.run(command.arguments, command.environment), false}, true};
 }
 
 InsideRun runOnTerminal(const Context& context, const InsideCommand& command)
 {
     const Interruption interruption(Interruption::Meaning::leaveToProgram);
-    const std::int32_t status = context.console.runAttached(command.arguments, command.environment);
-    return {{command.arguments, orb::process::detail::RunResult{status, {}, {}}, false}, false};
+    try {
+        const std::int32_t status = context.console.runAttached(command.arguments, command.environment);
+        return {{command.arguments, orb::process::detail::RunResult{status, {}, {}}, false}, false};
+    } catch (const std::system_error& error) {
+        if (usesWsl() && error.code() == std::errc::no_such_file_or_directory) {
+            throw Failure("WSL_FAILED", {}, "WSL_NOT_FOUND");
+        }
+        throw;
+    }
 }
 
 Report reportOf(const InsideRun& inside, const char* identifier, const std::string& cause, const Context& context)
 {
-    Report report = kelpctl::reportOf(Failure(identifier), cause, inside.run, context.request);
+    const std::string& program = context.request.program.front();
+    Report report = kelpctl::reportOf(Failure(identifier, program), cause, inside.run, context.request);
     if (!inside.captured) {
         report.evidence->output.reset();
         report.evidence->error.reset();
@@ -116,17 +127,35 @@ bool lists(const DistributionList& distributions, const std::string& name)
                        [&name](const Distribution& distribution) { return distribution.name == name; });
 }
 
+// wsl.exe has the status 1 for a program that does not exist, as many a program has for reasons of its own.
+std::optional<Report> missingProgram(const InsideRun& inside, const Context& context)
+{
+    constexpr std::int32_t noProgramStatus = 1;
+    constexpr std::int32_t toldMissing = 42;
+    constexpr char question[] = "command -v -- \"$0\" >/dev/null || exit 42";
+    if (inside.status() != noProgramStatus) {
+        return std::nullopt;
+    }
+    std::vector<std::string> arguments(inside.run.arguments.begin(), inside.run.arguments.begin() + 4);
+    arguments.insert(arguments.end(), {"sh", "-c", question, context.request.program.front()});
+    if (ask(context.console, arguments).status != toldMissing) {
+        return std::nullopt;
+    }
+    return reportOf(inside, "WSL_FAILED", "PROGRAM_MISSING", context);
+}
+
 // wsl.exe says by its status alone that it failed; what it said may have gone to the user's own streams.
 std::optional<Report> wslFailure(const InsideRun& inside, const Context& context)
 {
     if (inside.status() != wslFailureStatus()) {
-        return std::nullopt;
+        return missingProgram(inside, context);
     }
     // "wsl.exe -d NAME --exec ..."
     const std::string& client = inside.run.arguments.at(0);
     const std::string& name = inside.run.arguments.at(2);
     if (const std::string cause = causeOfWslStatus(inside.run); !cause.empty()) {
-        return reportOf(inside, "WSL_FAILED", cause, context);
+        const bool unknown = cause == "WSL_DISTRIBUTION_UNKNOWN";
+        return reportOf(inside, "WSL_FAILED", unknown ? "DISTRIBUTION_MISSING" : cause, context);
     }
     const DistributionList distributions = askDistributions(context.console, client);
     if (!distributions.known) {
@@ -134,7 +163,9 @@ std::optional<Report> wslFailure(const InsideRun& inside, const Context& context
                           orb::process::detail::RunResult{distributions.answer.status.value_or(-1),
                                                           distributions.answer.output, distributions.answer.error},
                           false};
-        return kelpctl::reportOf(Failure("WSL_FAILED"), causeOfWslStatus(listing), listing, context.request);
+        Report report = kelpctl::reportOf(Failure("WSL_FAILED"), causeOfWslStatus(listing), listing, context.request);
+        report.status = inside.status();
+        return report;
     }
     if (!lists(distributions, name)) {
         return reportOf(inside, "WSL_FAILED", "DISTRIBUTION_MISSING", context);
@@ -160,6 +191,8 @@ std::optional<Report> dockerFailure(const InsideRun& inside, const Context& cont
         return reportOf(inside, "DOCKER_FAILED", "CONTAINER_MISSING", context);
     case ContainerState::stopped:
         return reportOf(inside, "DOCKER_FAILED", "CONTAINER_NOT_RUNNING", context);
+    case ContainerState::paused:
+        return reportOf(inside, "DOCKER_FAILED", "CONTAINER_PAUSED", context);
     case ContainerState::running:
         break;
     }
@@ -177,9 +210,11 @@ std::optional<Report> dockerFailure(const InsideRun& inside, const Context& cont
 
 std::optional<Report> failureOf(const InsideRun& inside, const Context& context)
 {
-    // Without a terminal of its own, a program in a container does not hear of Ctrl-C.
-    if (interrupted() && !usesWsl() && !context.console.interactive) {
-        return reportOf(inside, "INTERRUPTED", "PROGRAM_LEFT", context);
+    // A captured program, and one in a container without a terminal, does not hear of Ctrl-C.
+    if (interrupted() && (inside.captured || (!usesWsl() && !context.console.interactive))) {
+        Report report = reportOf(inside, "INTERRUPTED", "PROGRAM_LEFT", context);
+        report.status = statusInterrupted;
+        return report;
     }
     return usesWsl() ? wslFailure(inside, context) : dockerFailure(inside, context);
 }
@@ -223,7 +258,8 @@ InsideCommand insideCommand(const Request& request, bool interactive)
 int runInside(const Context& context)
 {
     const Request& request = context.request;
-    const InsideCommand command = insideCommand(request, context.console.interactive && !request.json);
+    InsideCommand command;
+    work(context, [&] { command = insideCommand(request, context.console.interactive && !request.json); });
     const InsideRun inside = request.json ? runCaptured(context, command) : runOnTerminal(context, command);
     Outcome outcome;
     outcome.failure = failureOf(inside, context);
@@ -233,7 +269,7 @@ int runInside(const Context& context)
     } else {
         writeText(context.console, request.command, outcome);
     }
-    return inside.status();
+    return outcome.failure ? outcome.failure->status : inside.status();
 }
 
 } // namespace kelpctl

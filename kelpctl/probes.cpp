@@ -92,11 +92,25 @@ DockerEngine askEngine(Console& console, const std::string& client)
 
 ContainerState askContainer(Console& console, const std::string& client, const std::string& container)
 {
-    const Answer state = ask(console, {client, "container", "inspect", "--format", "{{.State.Running}}", container});
+    const Answer state = ask(console, {client, "container", "inspect", "--format", "{{.State.Status}}", container});
     if (state.good()) {
-        return state.output.starts_with("true") ? ContainerState::running : ContainerState::stopped;
+        return state.output.starts_with("running")  ? ContainerState::running
+               : state.output.starts_with("paused") ? ContainerState::paused
+                                                    : ContainerState::stopped;
     }
     return askEngine(console, client).reachable ? ContainerState::missing : ContainerState::unknown;
+}
+
+bool imageExists(Console& console, const std::string& client, const std::string& image)
+{
+    return ask(console, {client, "image", "inspect", "--format", "{{.Id}}", image}).good();
+}
+
+bool imageHasProgram(Console& console, const std::string& client, const std::string& image)
+{
+    const Answer counts =
+        ask(console, {client, "image", "inspect", "--format", "{{len .Config.Cmd}} {{len .Config.Entrypoint}}", image});
+    return !counts.output.starts_with("0 0");
 }
 
 std::vector<Distribution> distributionTable(std::string_view text)

@@ -37,10 +37,16 @@ struct DockerEngine {
 
 DockerEngine askEngine(Console& console, const std::string& client);
 
-enum class ContainerState { unknown, missing, stopped, running };
+enum class ContainerState { unknown, missing, stopped, paused, running };
 
 // The state of the container of that name. Unknown when the engine does not answer.
 ContainerState askContainer(Console& console, const std::string& client, const std::string& container);
+
+// Whether the engine has an image of that name. False as well when the engine does not answer.
+bool imageExists(Console& console, const std::string& client, const std::string& image);
+
+// Whether the image names a program that its containers run.
+bool imageHasProgram(Console& console, const std::string& client, const std::string& image);
 
 struct Distribution {
     std::string name;

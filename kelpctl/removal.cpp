@@ -1,7 +1,9 @@
 #include "removal.h"
 
+#include "backend.h"
 #include "errors.h"
 #include "gateways.h"
+#include "probes.h"
 
 #include "orb/lvm.h"
 
@@ -17,16 +19,42 @@ void requireRemoved(const Context& context)
     }
 }
 
+// Forced removal by Docker succeeds for what is not there as well.
+void requireImage(const Context& context)
+{
+    if (usesWsl()) {
+        return;
+    }
+    const std::string client = orb::lvm::getContainerExecutablePath();
+    const std::string image = namesOf(context.request).image;
+    if (!imageExists(context.console, client, image) && askEngine(context.console, client).reachable) {
+        throw Failure("REMOVAL_FAILED", {}, "NO_SUCH_IMAGE");
+    }
+}
+
 } // namespace
+
+void requireContainer(const Context& context)
+{
+    if (usesWsl()) {
+        return;
+    }
+    const std::string client = orb::lvm::getContainerExecutablePath();
+    if (askContainer(context.console, client, namesOf(context.request).container) == ContainerState::missing) {
+        throw Failure("CONTAINER_NOT_STOPPED", {}, "NO_SUCH_CONTAINER");
+    }
+}
 
 void removeImage(const Context& context)
 {
+    requireImage(context);
     orb::lvm::clearDistroImage(context.request.name);
     requireRemoved(context);
 }
 
 void removeThroughGateway(const Context& context)
 {
+    requireImage(context);
     callTeardown();
     requireRemoved(context);
 }

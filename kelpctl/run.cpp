@@ -27,8 +27,16 @@ void configureHost(const Request& request)
     if (request.release) {
         configuration.release = request.release;
     }
-    configuration.language = request.language ? *request.language : systemLanguage();
     configuration.channelMasks["orb"] = channelMask(request.log);
+    foundation::core::config::configure(configuration);
+}
+
+// The language comes first of all: a command line that means nothing is answered in it, too.
+void configureLanguage(const std::vector<std::string>& arguments)
+{
+    foundation::core::config::Configuration configuration = foundation::core::config::configuration();
+    const std::optional<std::string> asked = askedLanguage(arguments);
+    configuration.language = asked ? *asked : systemLanguage();
     foundation::core::config::configure(configuration);
 }
 
@@ -37,8 +45,8 @@ void warnOfLanguage(const Context& context)
 {
     const std::string language = context.request.language.value_or("");
     if (!hasCatalogue(language)) {
-        context.console.error << "kelpctl: there are no messages in \"" << escaped(language)
-                              << "\"; they are in English.\n";
+        context.console.error << "kelpctl: resources/kelpctl." << escaped(language)
+                              << ".json is missing or broken; kelpctl's own messages are in English.\n";
     }
 }
 
@@ -108,6 +116,7 @@ int run(const std::vector<std::string>& arguments, Console& console)
     Request request;
     const Context context{request, console, journal};
     try {
+        configureLanguage(arguments);
         request = parseCommandLine(arguments);
     } catch (const UsageError& error) {
         return fail(asksForJson(arguments), context, error.command(), std::current_exception());

@@ -54,6 +54,9 @@ std::string RunJournal::current() const
 
 void RunJournal::started(const std::vector<std::string>& arguments)
 {
+    if (interrupted()) {
+        throw Interrupted();
+    }
     const std::scoped_lock lock(mutex_);
     const Clock::time_point deadline = limit_ ? Clock::now() + *limit_ : Clock::time_point::max();
     current_.insert_or_assign(std::this_thread::get_id(), Current{shortCommand(arguments), deadline, false});

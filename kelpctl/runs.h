@@ -7,6 +7,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -23,8 +24,14 @@ struct Run {
     bool failed() const { return !result || result->status != 0; }
 };
 
+// What keeps a program from being started once the user has interrupted kelpctl.
+class Interrupted : public std::runtime_error {
+public:
+    Interrupted() : std::runtime_error("interrupted") {}
+};
+
 // Keeps the runs of this process while it lives, one at a time of its kind. A run is ended when it takes longer than the
-// time limit, or when the user interrupts kelpctl. Any thread.
+// time limit, or when the user interrupts kelpctl; after that none is started (Interrupted is thrown). Any thread.
 class RunJournal : public orb::process::detail::RunObserver {
 public:
     RunJournal();

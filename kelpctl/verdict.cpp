@@ -146,7 +146,9 @@ private:
         const auto taken = std::find_if(found_.archives.begin(), found_.archives.end(),
                                         [](const Archive& archive) { return archive.taken; });
         if (taken == found_.archives.end()) {
-            findings_.push_back({severity, "ARCHIVE_NOT_INSTALLED", preferred, Place::archives});
+            const bool rooted = found_.rootExists;
+            findings_.push_back({severity, rooted ? "ARCHIVE_NOT_INSTALLED" : "ROOT_MISSING",
+                                 rooted ? preferred : found_.root.value, Place::archives});
             return;
         }
         switch (taken->kind) {
@@ -246,7 +248,7 @@ private:
         if (container == nullptr && exists_ && found_.docker.containersReply.good()) {
             note(Place::container, "CONTAINER_MISSING");
         } else if (container != nullptr && container->state != "running") {
-            note(Place::container, "CONTAINER_NOT_RUNNING");
+            note(Place::container, container->state == "paused" ? "CONTAINER_PAUSED" : "CONTAINER_NOT_RUNNING");
         }
     }
 

@@ -202,6 +202,12 @@ INSTANTIATE_TEST_SUITE_P(
                     Answer{{"stup"}, "There is no command \"stup\". Did you mean \"setup\"?"},
                     Answer{{"dotcor"}, "There is no command \"dotcor\". Did you mean \"doctor\"?"},
                     Answer{{"nonsense"}, "There is no command \"nonsense\"."},
+                    Answer{{"TEAR"}, "There is no command \"TEAR\". Did you mean \"teardown\"?"},
+                    Answer{{"version"}, "There is no command \"version\". Did you mean \"--version\"?"},
+                    Answer{{"docker", "setup"},
+                           "There is no place for the argument \"docker\". Did you mean \"--docker\"?"},
+                    Answer{{"--docer", "setup"}, "There is no flag \"--docer\". Did you mean \"--docker\"?"},
+                    Answer{{"provision", "--arch", "x"}, "There is no flag \"--arch\". Did you mean \"--archive\"?"},
                     Answer{{"--verbose"}, "There is no flag \"--verbose\"."},
                     Answer{{"setup", "--archive", "a"}, "There is no flag \"--archive\"."},
                     Answer{{"setup", "a", "b"}, "There is no place for the argument \"b\"."},
@@ -253,6 +259,14 @@ TEST(CommandLine, WrongVariableIsNotRepeated)
         EXPECT_EQ(std::string(error.what()), "-e takes NAME=VALUE.");
         EXPECT_EQ(error.command(), "exec");
     }
+}
+
+TEST(CommandLine, LanguageIsSeenInALineThatMeansNothing)
+{
+    EXPECT_EQ(kelpctl::askedLanguage({"nonsense", "--language", "de"}), "de");
+    EXPECT_EQ(kelpctl::askedLanguage({"--language=fr", "nonsense"}), "fr");
+    EXPECT_FALSE(kelpctl::askedLanguage({"exec", "--", "--language", "de"}).has_value());
+    EXPECT_FALSE(kelpctl::askedLanguage({"--language"}).has_value());
 }
 
 TEST(CommandLine, JsonIsSeenInFrontOfTheMarkOnly)

@@ -116,7 +116,8 @@ TEST(Commands, LanguageWithoutMessagesIsTold)
     Session session;
     EXPECT_EQ(session.run({"--language", "xx", "check"}), 0);
     EXPECT_EQ(session.out, "0\n");
-    EXPECT_EQ(session.error, "kelpctl: there are no messages in \"xx\"; they are in English.\n");
+    EXPECT_EQ(session.error,
+              "kelpctl: resources/kelpctl.xx.json is missing or broken; kelpctl's own messages are in English.\n");
     session.run({"--language", "en", "check"});
     EXPECT_EQ(session.error, "");
 }
@@ -160,6 +161,7 @@ TEST(Commands, ProvisionPassesEverythingOn)
     Session session;
     EXPECT_EQ(session.run({"provision"}), 0);
     EXPECT_EQ(session.run({"provision", "--archive", "a", "--name", "n", "--root-fs"}), 0);
+    EXPECT_EQ(session.run({"provision", "--archive", "a", "--root-fs"}), 2) << "an image without a name is of no use";
     EXPECT_THAT(fakeLvm().calls, ElementsAre("import [] [] [image]", "import [a] [n] [rootfs]"));
 }
 

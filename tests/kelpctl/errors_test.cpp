@@ -83,7 +83,11 @@ private:
 
 class Docker : public Scene {
 public:
-    Docker() { setVariable("USE_WSL", "0"); }
+    Docker()
+    {
+        setVariable("USE_WSL", "0");
+        request.name = "kelp_hub_r1";
+    }
 };
 
 std::string nextStep(const char* key, const Request& request = {}, const std::string& subject = {})
@@ -94,8 +98,8 @@ std::string nextStep(const char* key, const Request& request = {}, const std::st
 }
 
 constexpr char engineQuestion[] = "docker.exe version --format {{json .}}";
-constexpr char containerQuestion[] = "docker.exe container inspect --format {{.State.Running}} kelp_hub";
-constexpr char imageQuestion[] = "docker.exe image inspect --format {{.Id}} kelp_hub_R1";
+constexpr char containerQuestion[] = "docker.exe container inspect --format {{.State.Status}} kelp_hub";
+constexpr char imageQuestion[] = "docker.exe image inspect --format {{.Id}} kelp_hub_r1";
 
 template <class ID>
 foundation::core::except::Exception<ID, std::exception, void> catalogueError(const std::vector<std::string>& texts)
@@ -216,7 +220,7 @@ TEST(Errors, ArchiveIsToBlameWhenTheEngineAnswers)
     scene.ran({"docker.exe", "load", "-i", "hub.tar"}, {1, {}, "archive/tar: invalid tar header"});
     const Report report = scene.reportOn(catalogueError<TAR_FILE_LOAD_ERROR>({"hub.tar", "hub", "invalid"}));
     EXPECT_FALSE(report.cause.has_value());
-    EXPECT_EQ(report.nextStep, nextStep("TAR_FILE_LOAD_ERROR"));
+    EXPECT_EQ(report.nextStep, nextStep("TAR_FILE_LOAD_ERROR", scene.request));
 }
 
 TEST(Errors, MissingClientNeedsNoFurtherQuestion)
@@ -262,12 +266,51 @@ TEST_P(FailedStart, HasItsCause)
 
 INSTANTIATE_TEST_SUITE_P(Errors, FailedStart,
                          testing::Values(Start{"engine", 125, "", "", "", "DOCKER_ENGINE_NOT_REACHABLE"},
-                                         Start{"runs", 125, "{}", "true", "id", "CONTAINER_RUNS_ALREADY"},
-                                         Start{"exists", 125, "{}", "false", "id", "CONTAINER_EXISTS"},
+                                         Start{"runs", 125, "{}", "running", "id", "CONTAINER_RUNS_ALREADY"},
+                                         Start{"exists", 125, "{}", "exited", "id", "CONTAINER_EXISTS"},
                                          Start{"no image", 125, "{}", "", "", "IMAGE_MISSING"},
+                                         Start{"paused", 125, "{}", "paused", "id", "CONTAINER_PAUSED"},
                                          Start{"refused", 125, "{}", "", "id", "DOCKER_REFUSED"},
-                                         Start{"not executable", 126, "{}", "false", "id", "PROGRAM_NOT_EXECUTABLE"},
-                                         Start{"not found", 127, "{}", "false", "id", "PROGRAM_NOT_FOUND"}));
+                                         Start{"not executable", 126, "{}", "created", "id", "PROGRAM_NOT_EXECUTABLE"},
+                                         Start{"not found", 127, "{}", "created", "id", "PROGRAM_NOT_FOUND"}));
+
+TEST(Errors, ImageThatNamesNoProgramIsTheCause)
+{
+    Docker scene;
+    scene.answers(engineQuestion, "{}");
+    scene.answers(imageQuestion, "id");
+    scene.answers("docker.exe image inspect --format {{len .Config.Cmd}} {{len .Config.Entrypoint}} kelp_hub_r1",
+                  "0 0\n");
+    scene.ran({"docker.exe", "run", "-di", "kelp_hub_r1"}, {125, {}, "x"});
+    EXPECT_EQ(scene.reportOn(Failure("CONTAINER_NOT_STARTED")).cause->identifier, "IMAGE_WITHOUT_PROGRAM");
+}
+
+TEST(Errors, NameThatDockerDoesNotAcceptIsTheCause)
+{
+    Docker scene;
+    scene.request.name = "Hub";
+    scene.ran({"docker.exe", "images"}, {0, {}, {}});
+    EXPECT_EQ(scene.reportOn(catalogueError<IMAGE_NOT_EXIST>({"Hub"})).cause->identifier, "DOCKER_NAME_INVALID");
+    scene.ran({"docker.exe", "run"}, {125, {}, "x"});
+    EXPECT_EQ(scene.reportOn(Failure("CONTAINER_NOT_STARTED")).cause->identifier, "DOCKER_NAME_INVALID");
+}
+
+TEST(Errors, RunThatSucceededIsNoEvidence)
+{
+    Docker scene;
+    scene.ran({"docker.exe", "images"}, {0, "other\n", {}});
+    EXPECT_FALSE(scene.reportOn(catalogueError<TAR_FILE_NOT_AVAILABLE>({"hub.tar"})).evidence.has_value());
+    EXPECT_TRUE(scene.reportOn(catalogueError<IMAGE_NOT_EXIST>({"hub"})).evidence.has_value()) << "the list tells";
+}
+
+TEST(Errors, TemporaryFolderThatIsGoneIsTold)
+{
+    Scene scene;
+    const Report report = scene.reportOn(std::filesystem::filesystem_error(
+        "temp_directory_path", std::make_error_code(std::errc::no_such_file_or_directory)));
+    EXPECT_EQ(report.identifier, "TEMPORARY_FOLDER_NOT_USABLE");
+    EXPECT_THAT(report.nextStep, HasSubstr("TEMP"));
+}
 
 TEST(Errors, RunThatWasEndedForItsTimeIsAHang)
 {
@@ -302,9 +345,10 @@ TEST(Errors, EvidenceHidesSecrets)
 {
     Scene scene;
     scene.request.environment = {{"TOKEN", "hush"}};
-    scene.ran({"wsl.exe", "--list", "hush"}, {-1, "hush", "hush"});
+    scene.ran({"wsl.exe", "--push", "hush", "TOKEN=hush"}, {-1, "hush", "hush"});
     const Report report = scene.reportOn(Failure("WSL_NOT_USABLE"));
-    EXPECT_EQ(report.evidence->arguments.back(), "***");
+    EXPECT_THAT(report.evidence->arguments, ElementsAre("wsl.exe", "--push", "***", "TOKEN=***"))
+        << "and the rest stays what it was";
     EXPECT_EQ(report.evidence->output, "***");
     EXPECT_EQ(report.evidence->error, "***");
 }

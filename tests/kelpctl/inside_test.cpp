@@ -126,7 +126,7 @@ TEST(Exec, MissingDistributionIsTold)
     EXPECT_EQ(session.out, "");
     EXPECT_THAT(session.error, HasSubstr("error: WSL_FAILED\n"));
     EXPECT_THAT(session.error, HasSubstr("cause: There is no distribution kelp_hub_R1.\n"));
-    EXPECT_THAT(session.error, HasSubstr("next step: Create it with \"kelpctl --release R1 setup\".\n"));
+    EXPECT_THAT(session.error, HasSubstr("next step: Create it with \"kelpctl --release R1 setup\"."));
 }
 
 TEST(Exec, WslThatCannotListIsTold)
@@ -160,10 +160,33 @@ TEST(Exec, FailureOfWslItselfIsAnObjectForPrograms)
         kelpctl::wslFailureStatus(), "Wsl/Service/WSL_E_DISTRO_NOT_FOUND", {}};
     EXPECT_EQ(session.run({"exec", "--json", "--", "ls"}), kelpctl::wslFailureStatus());
     EXPECT_EQ(session.json()["error"]["identifier"], "WSL_FAILED");
-    EXPECT_EQ(session.json()["error"]["cause"]["identifier"], "WSL_DISTRIBUTION_UNKNOWN");
+    EXPECT_EQ(session.json()["error"]["cause"]["identifier"], "DISTRIBUTION_MISSING");
     EXPECT_EQ(session.json()["error"]["evidence"]["code"], "Wsl/Service/WSL_E_DISTRO_NOT_FOUND");
     EXPECT_EQ(session.json()["ok"], false);
     EXPECT_EQ(session.error, "");
+}
+
+TEST(Exec, ProgramThatTheDistributionLacksIsTold)
+{
+    Session session;
+    session.programStatus = 1;
+    session.answers["/windows/wsl.exe -d kelp_hub --exec sh -c command -v -- \"$0\" >/dev/null || exit 42 lss"] = {
+        42, {}, {}};
+    EXPECT_EQ(session.run({"exec", "--", "lss", "-l"}), 1);
+    EXPECT_THAT(session.error, HasSubstr("cause: The environment has no program lss.\n"));
+}
+
+TEST(Exec, ObjectForProgramsHasTheCauseOfTheScreen)
+{
+    Session session;
+    session.programStatus = kelpctl::wslFailureStatus();
+    session.answers[listing] = {0, "other\r\n", {}};
+    session.run({"exec", "--", "ls"});
+    EXPECT_THAT(session.error, HasSubstr("cause: There is no distribution kelp_hub_R1.\n"));
+    session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {
+        kelpctl::wslFailureStatus(), "Wsl/Service/WSL_E_DISTRO_NOT_FOUND", {}};
+    session.run({"exec", "--json", "--", "ls"});
+    EXPECT_EQ(session.json()["error"]["cause"]["identifier"], "DISTRIBUTION_MISSING");
 }
 
 TEST(Exec, ProgramIsPartOfTheObjectForPrograms)
@@ -185,7 +208,7 @@ TEST(Exec, ObjectForProgramsNeedsNoTerminal)
 }
 
 constexpr char engineQuestion[] = "/usr/bin/docker version --format {{json .}}";
-constexpr char containerQuestion[] = "/usr/bin/docker container inspect --format {{.State.Running}} kelp_hub";
+constexpr char containerQuestion[] = "/usr/bin/docker container inspect --format {{.State.Status}} kelp_hub";
 
 struct DockerEnd {
     const char* name;
@@ -229,11 +252,12 @@ INSTANTIATE_TEST_SUITE_P(
     Exec, ExecInDocker,
     testing::Values(DockerEnd{"no engine", 1, "", "", "cause: The Docker engine does not answer.\n"},
                     DockerEnd{"no container", 1, "{}", "", "cause: There is no container kelp_hub.\n"},
-                    DockerEnd{"stopped", 1, "{}", "false\n", "cause: The container kelp_hub does not run.\n"},
-                    DockerEnd{"the program's own 1", 1, "{}", "true\n", ""},
-                    DockerEnd{"refused", 125, "{}", "true\n", "cause: The Docker client or the engine refused"},
-                    DockerEnd{"not executable", 126, "{}", "true\n", "cause: Docker could not execute the program"},
-                    DockerEnd{"not found", 127, "{}", "true\n", "cause: The environment has no such program"},
+                    DockerEnd{"paused", 1, "{}", "paused\n", "cause: The container kelp_hub is paused.\n"},
+                    DockerEnd{"stopped", 1, "{}", "exited\n", "cause: The container kelp_hub does not run.\n"},
+                    DockerEnd{"the program's own 1", 1, "{}", "running\n", ""},
+                    DockerEnd{"refused", 125, "{}", "running\n", "cause: The Docker client or the engine refused"},
+                    DockerEnd{"not executable", 126, "{}", "running\n", "cause: Docker could not execute the program"},
+                    DockerEnd{"not found", 127, "{}", "running\n", "cause: The environment has no such program"},
                     DockerEnd{"the program's own 3", 3, "", "", ""},
                     DockerEnd{"the program's own 128", 128, "", "", ""}));
 

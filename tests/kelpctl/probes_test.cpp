@@ -54,7 +54,7 @@ private:
 };
 
 constexpr char engineQuestion[] = "docker version --format {{json .}}";
-constexpr char containerQuestion[] = "docker container inspect --format {{.State.Running}} hub";
+constexpr char containerQuestion[] = "docker container inspect --format {{.State.Status}} hub";
 
 TEST(Probes, EngineTellsItsVersion)
 {
@@ -96,9 +96,11 @@ TEST(Probes, ContainerHasAState)
     EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::unknown);
     desk.answers[engineQuestion] = {0, "{}", {}};
     EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::missing);
-    desk.answers[containerQuestion] = {0, "false\n", {}};
+    desk.answers[containerQuestion] = {0, "exited\n", {}};
     EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::stopped);
-    desk.answers[containerQuestion] = {0, "true\n", {}};
+    desk.answers[containerQuestion] = {0, "paused\n", {}};
+    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::paused);
+    desk.answers[containerQuestion] = {0, "running\n", {}};
     EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::running);
 }
 

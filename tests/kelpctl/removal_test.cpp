@@ -85,10 +85,33 @@ TEST(Removal, FailureOfOneRunIsNotThatOfTheNext)
     EXPECT_EQ(session.error, "");
 }
 
+TEST(Removal, WhatDockerDoesNotHaveIsTold)
+{
+    Session session;
+    session.answers["/usr/bin/docker version --format {{json .}}"] = {0, "{}", {}};
+    EXPECT_EQ(session.run({"--docker", "remove", "typo"}), 1);
+    EXPECT_THAT(session.error, HasSubstr("error: REMOVAL_FAILED\ncause: There is no image typo.\n"));
+    EXPECT_EQ(session.run({"--docker", "teardown"}), 1);
+    EXPECT_EQ(session.run({"--docker", "stop", "--container", "typo"}), 1);
+    EXPECT_THAT(session.error, HasSubstr("error: CONTAINER_NOT_STOPPED\ncause: There is no container typo.\n"));
+    EXPECT_TRUE(fakeLvm().calls.empty());
+}
+
+TEST(Removal, ContainerThatGoesOnIsNamed)
+{
+    Session session;
+    session.answers["/usr/bin/docker image inspect --format {{.Id}} kelp_hub_R1"] = {0, "id\n", {}};
+    session.answers["/usr/bin/docker container inspect --format {{.State.Status}} kelp_hub"] = {0, "running\n", {}};
+    EXPECT_EQ(session.run({"--docker", "teardown"}), 0);
+    EXPECT_EQ(session.out,
+              "The image kelp_hub_R1 was removed.\nThe container kelp_hub still runs; \"kelpctl --docker stop "
+              "--container kelp_hub\" removes it.\n");
+}
+
 TEST(Removal, MissingDockerClientIsTold)
 {
     fakeLvm().dockerPath = "";
-    for (const char* command : {"remove", "teardown", "start", "stop"}) {
+    for (const char* command : {"remove", "teardown", "start", "stop", "prefix"}) {
         Session session;
         EXPECT_EQ(session.run({"--docker", command}), 1);
         EXPECT_THAT(session.error, HasSubstr("error: DOCKER_NOT_AVAILABLE\n"));

@@ -71,6 +71,7 @@ TEST(Interruption, EndsTheRunAndIsRemembered)
         std::raise(SIGINT);
         EXPECT_TRUE(kelpctl::interrupted());
         EXPECT_TRUE(journal.endWanted());
+        EXPECT_THROW(journal.started({"b"}), kelpctl::Interrupted) << "nothing starts any more";
     }
     const Interruption next(Interruption::Meaning::endWork);
     EXPECT_FALSE(kelpctl::interrupted());

@@ -133,8 +133,8 @@ TEST(Translations, UserGetsThemFromTheInstalledTree)
     foundation::core::config::configure(configuration);
     const kelpctl::Names names{"kelpctl", "hub", "box", {}};
     EXPECT_EQ(adviceText(kelpctl::adviceFor("DISTRIBUTION_MISSING"), names), "Es gibt keine Distribution hub.");
-    EXPECT_EQ(adviceNextStep(kelpctl::adviceFor("DISTRIBUTION_MISSING"), names),
-              "Legen Sie sie mit \"kelpctl setup\" an.");
+    EXPECT_THAT(adviceNextStep(kelpctl::adviceFor("DISTRIBUTION_MISSING"), names),
+                testing::StartsWith("Legen Sie sie mit \"kelpctl setup\" an."));
     EXPECT_TRUE(kelpctl::hasCatalogue("de"));
     EXPECT_FALSE(kelpctl::hasCatalogue("xx"));
     EXPECT_TRUE(kelpctl::hasCatalogue("en"));

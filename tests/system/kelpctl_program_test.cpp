@@ -168,6 +168,18 @@ TEST_F(KelpctlOnWsl, SetupSaysWhatItDid)
     EXPECT_EQ(again.at("result").at("created"), false);
 }
 
+TEST_F(KelpctlOnWsl, AProgramThatIsMissingInsideIsTold)
+{
+    tree.install();
+    ASSERT_EQ(kelpctl({"setup"}).status, 0);
+    const RunResult missing = kelpctl({"exec", "--", "no-such-program"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.standardError, HasSubstr("cause: The environment has no program no-such-program.\n"));
+    const RunResult own = kelpctl({"exec", "--", "false"});
+    EXPECT_EQ(own.status, 1);
+    EXPECT_EQ(own.standardError, "");
+}
+
 TEST_F(KelpctlOnWsl, ExecAsAnObjectHoldsTheProgramsOutput)
 {
     tree.install();
@@ -279,6 +291,38 @@ TEST_F(KelpctlOnDocker, ExecTellsDockersFailuresFromTheProgramsStatus)
     docker.run({"stop", "-t", "0", "kelp_hub"});
     EXPECT_THAT(kelpctl({"exec", "--", "uname"}).standardError,
                 HasSubstr("cause: The container kelp_hub does not run.\n"));
+}
+
+TEST_F(KelpctlOnDocker, WhatIsNotThereCannotBeRemoved)
+{
+    for (const std::vector<std::string>& command :
+         std::vector<std::vector<std::string>>{{"teardown"}, {"remove", "typo"}, {"stop", "--container", "typo"}}) {
+        const RunResult failed = kelpctl(command);
+        EXPECT_EQ(failed.status, 1) << command.front();
+        EXPECT_THAT(failed.standardError, HasSubstr("cause: There is no ")) << command.front();
+    }
+}
+
+TEST_F(KelpctlOnDocker, AnImageWithoutAProgramIsExplainedAndTheAdviceWorks)
+{
+    const std::string archive = utf8(hubArchive());
+    ASSERT_EQ(kelpctl({"provision", "--archive", archive, "--name", "bare", "--root-fs"}).status, 0);
+    EXPECT_THAT(kelpctl({"start", "--image", "bare"}).standardError,
+                HasSubstr("cause: The image bare names no program to run"));
+    kelpctl({"stop"});
+    const EnvironmentVariable extra("AUX_DOCKER_ARGS", "--entrypoint sh");
+    EXPECT_EQ(kelpctl({"start", "--image", "bare"}).status, 0);
+    EXPECT_EQ(kelpctl({"exec", "--", "uname"}).standardOutput, "Linux\n");
+}
+
+TEST_F(KelpctlOnDocker, APausedContainerIsTold)
+{
+    ASSERT_EQ(kelpctl({"setup", utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"))}).status, 0);
+    ASSERT_EQ(kelpctl({"start"}).status, 0);
+    ASSERT_EQ(docker.run({"pause", "kelp_hub"}).status, 0);
+    EXPECT_THAT(kelpctl({"exec", "--", "true"}).standardError, HasSubstr("cause: The container kelp_hub is paused.\n"));
+    EXPECT_THAT(kelpctl({"start"}).standardError, HasSubstr("cause: The container kelp_hub is paused.\n"));
+    docker.run({"unpause", "kelp_hub"});
 }
 
 TEST_F(KelpctlOnDocker, AStartThatFailsTellsWhy)

@@ -100,6 +100,38 @@ TEST_F(Terminal, CtrlCEndsTheWorkAndTellsWhatMayBeLeft)
     EXPECT_THAT(result.standardError, HasSubstr("remove kelp_hub_R1\", then delete that folder"));
 }
 
+TEST_F(Terminal, NothingStartsAfterCtrlC)
+{
+    tree.install();
+    ASSERT_EQ(run({"sh", "-c", commandLine("setup")}).status, 0);
+    wsl.takeCalls();
+    const EnvironmentVariable hang("WSL_STAND_IN_MODE", "hang@version");
+    const RunResult result = interruptedRun(commandLine("teardown"));
+    EXPECT_EQ(result.status, 130);
+    EXPECT_THAT(result.standardError, HasSubstr("nothing was left behind"));
+    for (const std::string& call : wsl.takeCalls()) {
+        EXPECT_THAT(call, Not(HasSubstr("--unregister")));
+    }
+}
+
+TEST_F(Terminal, EachCommandEndsOnCtrlC)
+{
+    const EnvironmentVariable hang("WSL_STAND_IN_MODE", "hang");
+    for (const char* command : {"check", "prefix", "exec -- true", "doctor", "exec --json -- true", "check --json"}) {
+        EXPECT_EQ(interruptedRun(commandLine(command)).status, 130) << command;
+    }
+}
+
+TEST_F(Terminal, CapturedProgramThatIsInterruptedIsAnObjectToo)
+{
+    tree.install();
+    ASSERT_EQ(run({"sh", "-c", commandLine("setup")}).status, 0);
+    const RunResult result = interruptedRun(commandLine("exec --json -- sleep 30"));
+    EXPECT_EQ(result.status, 130);
+    EXPECT_THAT(result.standardOutput, HasSubstr(R"("error":{"identifier":"INTERRUPTED")"));
+    EXPECT_THAT(result.standardOutput, HasSubstr("PROGRAM_LEFT"));
+}
+
 TEST_F(Terminal, AfterCtrlCTheSameCommandGoesOn)
 {
     tree.install();
