@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 namespace kelpctl {
 namespace {
@@ -426,20 +425,21 @@ std::string fateText(const Candidate& candidate, std::chrono::seconds timeLimit)
 std::string sizeText(std::uintmax_t bytes)
 {
     constexpr std::array units = {"KiB", "MiB", "GiB", "TiB"};
-    constexpr double step = 1024;
-    const std::string exact = plural(bytes, "byte");
-    double amount = static_cast<double>(bytes);
-    std::string rounded;
-    for (const char* unit : units) {
-        if (amount < step) {
-            break;
+    constexpr std::uintmax_t step = 1024;
+    std::string exact = plural(bytes, "byte");
+    std::uintmax_t unit = 1;
+    const char* name = nullptr;
+    for (const char* next : units) {
+        if (bytes / unit >= step) {
+            unit *= step;
+            name = next;
         }
-        amount /= step;
-        std::array<char, 32> text{};
-        std::snprintf(text.data(), text.size(), "%.1f %s", amount, unit);
-        rounded = text.data();
     }
-    return rounded.empty() ? exact : rounded + " (" + exact + ")";
+    if (name == nullptr) {
+        return exact;
+    }
+    const std::uintmax_t tenths = bytes / unit * 10 + (bytes % unit * 10 + unit / 2) / unit;
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " " + name + " (" + exact + ")";
 }
 
 std::vector<std::string> doctorTable(const Examination& found, const Judgement& judgement, const Names& names,

@@ -17,6 +17,13 @@ namespace {
 using foundation::core::text::readable;
 using nlohmann::json;
 
+// A program may print any amount; no answer is that long.
+std::string_view beginning(std::string_view captured)
+{
+    constexpr std::size_t longest = 1 << 20;
+    return captured.substr(0, longest);
+}
+
 const std::map<std::string, std::string>& plainTexts()
 {
     static const std::map<std::string, std::string> variables = {{"WSL_UTF8", "1"}, {"WSL_DISABLE_WARNINGS", "1"}};
@@ -72,7 +79,8 @@ Answer ask(Console& console, const std::vector<std::string>& arguments)
 {
     try {
         const orb::process::detail::RunResult result = console.run(arguments, plainTexts());
-        return {arguments, result.status, readable(result.standardOutput), readable(result.standardError)};
+        return {arguments, result.status, readable(beginning(result.standardOutput)),
+                readable(beginning(result.standardError))};
     } catch (const std::exception& error) {
         return {arguments, std::nullopt, {}, readable(error.what())};
     }
@@ -149,7 +157,7 @@ std::string versionNumber(std::string_view text)
     for (auto start = text.begin(); start != text.end();) {
         start = std::find_if(start, text.end(), isPart);
         const auto end = std::find_if_not(start, text.end(), isPart);
-        const std::string number(start, end);
+        std::string number(start, end);
         const bool ends = !number.empty() && number.front() != '.' && number.back() != '.';
         if (ends && std::count(number.begin(), number.end(), '.') >= 2) {
             return number;

@@ -42,8 +42,7 @@ Reply replyOf(const Answer& answer, const RunJournal& journal)
 {
     const std::optional<Run> last = journal.last();
     const bool timedOut = last && last->arguments == answer.arguments && last->timedOut;
-    return {endingOf(answer.status, timedOut), answer.arguments, answer.status, answer.output.substr(0, longestAnswer),
-            answer.error.substr(0, longestAnswer)};
+    return {endingOf(answer.status, timedOut), answer.arguments, answer.status, answer.output, answer.error};
 }
 
 Reply question(const Context& context, const std::vector<std::string>& arguments)

@@ -68,7 +68,7 @@ std::string withoutBlanksAtEnd(std::string text)
 std::string TableLines::markColumn(Mark mark) const
 {
     const MarkLook& look = looks[static_cast<std::size_t>(mark)];
-    const std::string column = margin + padded(look.word, markColumns - 2);
+    std::string column = margin + padded(look.word, markColumns - 2);
     if (!colours_ || mark == Mark::none) {
         return column;
     }
