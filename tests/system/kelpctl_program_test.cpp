@@ -136,7 +136,7 @@ TEST_F(KelpctlOnWsl, ExecWithoutTheDistributionLeadsToSetup)
         << "as wsl.exe said it, in UTF-8";
     EXPECT_THAT(failed.standardError, HasSubstr("error: WSL_FAILED\n"));
     EXPECT_THAT(failed.standardError, HasSubstr("cause: There is no distribution kelp_hub_R2026b.\n"));
-    EXPECT_THAT(failed.standardError, HasSubstr("--release R2026b setup\".\n"));
+    EXPECT_THAT(failed.standardError, HasSubstr("--release R2026b setup\"."));
 }
 
 TEST_F(KelpctlOnWsl, ACauseIsFoundInAForeignLanguageToo)
