@@ -12,6 +12,8 @@ if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
     endif()
 endif()
 string(TIMESTAMP date "%b %d %Y" UTC)
+# As the compiler's own date: a blank in the place of a leading zero.
+string(REPLACE " 0" "  " date ${date})
 string(CONFIGURE [[// The date of the build, as libzqorb_lvm_build_date gives it.
 #pragma once
 

@@ -62,10 +62,6 @@ if(WIN32)
 else()
     target_link_options(settings INTERFACE -Wl,-z,defs -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
 endif()
-if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND NOT WIN32)
-    # A library with a symbol of GNU's "unique" kind is never unloaded.
-    target_compile_options(settings INTERFACE -fno-gnu-unique)
-endif()
 target_compile_options(settings INTERFACE
     $<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-fvisibility=hidden -fvisibility-inlines-hidden -fstack-protector-strong>
     $<$<CXX_COMPILER_ID:MSVC>:/utf-8>)

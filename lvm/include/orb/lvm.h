@@ -167,7 +167,8 @@ ZQORB_LVM_API void kelp_container_teardown(int outputCount, hxArray* outputs[], 
 // -3 when not. There must be room for outputs[0] even when outputCount is 0; the array is the caller's to destroy.
 ZQORB_LVM_API void kelp_container_wsl_check(int outputCount, hxArray* outputs[], int inputCount, hxArray* inputs[]);
 
-// The library's version, four numbers separated by dots, and the day it was built ("Nov 21 2026").
+// The library's version, four numbers separated by dots, and its date ("Nov 21 2026"): that of the commit it was built
+// from, or of the build when the sources were no commit's.
 extern ZQORB_LVM_API const char* const libzqorb_lvm_version;
 extern ZQORB_LVM_API const char* const libzqorb_lvm_build_date;
 }
