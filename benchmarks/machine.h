@@ -15,6 +15,9 @@ Arguments quickProgram();
 extern const int quickRuns;
 extern const std::size_t smallWritesSize;
 
+// How often something is measured that is usually measured so often.
+int repetitions(int usual);
+
 // The memory that this process has in use, and the most that it ever had, in bytes.
 struct Memory {
     std::size_t now = 0;

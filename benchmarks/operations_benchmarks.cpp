@@ -1,6 +1,7 @@
 // What the library adds to the programs that it runs: each exported operation with everything in place, and the very
 // same programs run with nothing around them. USE_WSL says which backend is measured; the environment must provide it.
 #include "contenders.h"
+#include "machine.h"
 #include "recorder.h"
 
 #include "host/array.h"
@@ -27,7 +28,7 @@ struct Operation {
     std::string name;
     std::function<void()> work;
     // How often it is measured. Expensive ones take their time.
-    int repetitions = 40;
+    int repetitions = 100;
     // Make the state that the work needs, and bring back the one that other work needs; not measured.
     std::function<void()> prepare = [] {};
     std::function<void()> restore = [] {};
@@ -139,8 +140,8 @@ std::vector<Operation> wslOperations()
     operations.push_back({"importFromTarIfNecessary", importHub});
     operations.push_back({"kelp_container_setup", setUp});
     operations.push_back({"kelp_container_wsl_check", checkWsl});
-    operations.push_back({"clearDistroImage", clearHub, 20, [] {}, provide});
-    operations.push_back({"kelp_container_teardown", tearDown, 20, [] {}, provide});
+    operations.push_back({"clearDistroImage", clearHub, 40, [] {}, provide});
+    operations.push_back({"kelp_container_teardown", tearDown, 40, [] {}, provide});
     return operations;
 }
 
@@ -157,12 +158,12 @@ std::vector<Operation> dockerOperations()
     const auto removeContainer = [] { tool("docker.exe", {"container", "rm", "-f", hub}); };
     removeContainer();
     std::vector<Operation> operations = simpleOperations();
-    operations.push_back({"importFromTarIfNecessary", importHub, 20});
-    operations.push_back({"kelp_container_setup", setUp, 20});
-    operations.push_back({"clearDistroImage", clearHub, 20, [] {}, provide});
-    operations.push_back({"kelp_container_teardown", tearDown, 20, [] {}, provide});
-    operations.push_back({"startContainerIfNecessary", start, 10, [] {}, removeContainer});
-    operations.push_back({"stopContainerIfNecessary", stop, 10, runContainer});
+    operations.push_back({"importFromTarIfNecessary", importHub, 60});
+    operations.push_back({"kelp_container_setup", setUp, 60});
+    operations.push_back({"clearDistroImage", clearHub, 40, [] {}, provide});
+    operations.push_back({"kelp_container_teardown", tearDown, 40, [] {}, provide});
+    operations.push_back({"startContainerIfNecessary", start, 20, [] {}, removeContainer});
+    operations.push_back({"stopContainerIfNecessary", stop, 20, runContainer});
     return operations;
 }
 
@@ -202,7 +203,7 @@ void add(const std::string& row, const Operation& operation, const std::shared_p
         benchmark::RegisterBenchmark((row + "|" + name).c_str(), measure, operation, work, children->size())
             ->UseManualTime()
             ->Iterations(1)
-            ->Repetitions(operation.repetitions)
+            ->Repetitions(benchmarks::repetitions(operation.repetitions))
             ->Unit(benchmark::kMillisecond);
     };
     addContender("bare children", [children] {

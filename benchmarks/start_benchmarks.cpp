@@ -1,5 +1,6 @@
 // Starting: a program that loads and unloads the library, and "kelpctl check".
 #include "contenders.h"
+#include "machine.h"
 #include "recorder.h"
 
 #include "host/array.h"
@@ -27,7 +28,7 @@ void add(const std::string& name, const std::function<void()>& work)
     benchmark::RegisterBenchmark(name.c_str(), measure, work)
         ->UseRealTime()
         ->Iterations(1)
-        ->Repetitions(40)
+        ->Repetitions(benchmarks::repetitions(40))
         ->Unit(benchmark::kMillisecond);
 }
 

@@ -1,5 +1,7 @@
 #include "machine.h"
 
+#include <algorithm>
+
 #include <windows.h>
 
 #include <psapi.h>
@@ -8,6 +10,11 @@ namespace benchmarks {
 
 const int quickRuns = 1;
 const std::size_t smallWritesSize = 2;
+
+int repetitions(int usual)
+{
+    return std::max(usual / 4, 5);
+}
 
 Arguments quickProgram()
 {

@@ -77,8 +77,7 @@ void waitAndRead(const Child& child, Sources& sources, RunSession& session)
             readOnce(sources[i], session);
         }
     }
-    const bool mayHaveExited = exitDescriptor < 0 || waits[2].revents != 0;
-    if (!session.hasExited() && mayHaveExited && child.hasExited()) {
+    if (!session.hasExited() && (exitDescriptor < 0 ? child.hasExited() : waits[2].revents != 0)) {
         session.programExited();
     }
 }

@@ -57,7 +57,7 @@ std::string_view takeEntry(std::string_view& list)
 std::string findProgram(const std::string& program, const Environment& environment)
 {
     if (program.find('/') != std::string::npos) {
-        std::string file = std::filesystem::absolute(program).string();
+        std::string file = program.front() == '/' ? program : std::filesystem::absolute(program).string();
         if (isMissing(file)) {
             throw ProgramNotFound(program);
         }

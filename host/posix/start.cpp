@@ -52,7 +52,7 @@ private:
 void setStream(FileActions& actions, int stream, int source)
 {
     // A stream that the caller itself does not have is the null device too.
-    if (source == nullDevice || ::fcntl(source, F_GETFD) < 0) {
+    if (source == nullDevice || (source == stream && ::fcntl(source, F_GETFD) < 0)) {
         check(::posix_spawn_file_actions_addopen(actions.get(), stream, "/dev/null", O_RDWR, 0));
     } else {
         check(::posix_spawn_file_actions_adddup2(actions.get(), source, stream));

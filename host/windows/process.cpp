@@ -46,24 +46,30 @@ void finishReads(Sources& sources, RunSession& session)
     }
 }
 
-// Waits until a read is done, the program exits or a time limit passes.
-void wait(const Child& child, const Sources& sources, const RunSession& session)
+// Waits until a read is done, the program exits or a time limit passes. Whether the program was seen to exit.
+bool wait(const Child& child, const Sources& sources, const RunSession& session)
 {
+    // Of several that are signalled the system names the first.
     std::array<HANDLE, 3> waits{};
     DWORD count = 0;
+    if (!session.hasExited()) {
+        waits[count++] = child.process();
+    }
     for (const Source& source : sources) {
         if (source.reader.reading()) {
             waits[count++] = source.reader.event();
         }
     }
-    if (!session.hasExited()) {
-        waits[count++] = child.process();
+    if (count == 0) {
+        return false;
     }
     const std::optional<std::chrono::milliseconds> patience = session.patience();
     const DWORD timeout = patience ? static_cast<DWORD>(patience->count()) : INFINITE;
-    if (count > 0 && WaitForMultipleObjects(count, waits.data(), FALSE, timeout) == WAIT_FAILED) {
+    const DWORD signalled = WaitForMultipleObjects(count, waits.data(), FALSE, timeout);
+    if (signalled == WAIT_FAILED) {
         throw lastError("cannot wait for a program");
     }
+    return signalled == WAIT_OBJECT_0 && !session.hasExited();
 }
 
 bool haveEnded(const Sources& sources)
@@ -76,9 +82,9 @@ bool readStreams(const Child& child, Sources& sources, RunSession& session)
 {
     while (!session.hasExited() || !haveEnded(sources)) {
         beginReads(sources, session);
-        wait(child, sources, session);
+        const bool exited = wait(child, sources, session);
         finishReads(sources, session);
-        if (!session.hasExited() && child.hasExited()) {
+        if (exited) {
             session.programExited();
         }
         if (session.hasExited() && session.streamsOverdue()) {
