@@ -14,6 +14,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace faults {
 namespace {
@@ -89,6 +90,18 @@ void call(const std::string& operation, Outcome& outcome)
 }
 
 } // namespace
+
+std::string resultOf(const std::string& operation)
+{
+    Outcome outcome;
+    try {
+        call(operation, outcome);
+    } catch (const std::bad_alloc&) {
+        // While the result was written down.
+        outcome.result = "std::bad_alloc";
+    }
+    return std::move(outcome.result);
+}
 
 Outcome performReally(const std::string& operation)
 {

@@ -8,4 +8,7 @@ namespace faults {
 // Everything but the calls, which only the stage knows.
 Outcome performReally(const std::string& operation);
 
+// The result alone, without anything that needs memory while the operation runs.
+std::string resultOf(const std::string& operation);
+
 } // namespace faults
