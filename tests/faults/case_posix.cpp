@@ -8,6 +8,7 @@
 
 #include <sys/prctl.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 const char* const temporaryVariable = "TMPDIR";
 
@@ -47,4 +48,12 @@ std::size_t remainingChildren()
     }
     // The only child that a case may have left behind is the helper.
     return ::waitpid(-1, nullptr, WNOHANG) == 0 ? 1 : 0;
+}
+
+std::size_t residentMemory()
+{
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> total >> resident;
+    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }

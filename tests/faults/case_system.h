@@ -18,5 +18,8 @@ void adoptOrphans();
 // Takes note of the end of every child that has ended, and tells how many are left.
 std::size_t remainingChildren();
 
+// The memory that this process occupies, in bytes.
+std::size_t residentMemory();
+
 // Variables of the temporary directory.
 extern const char* const temporaryVariable;

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <psapi.h>
+
 #include <array>
 #include <set>
 #include <string>
@@ -70,4 +72,11 @@ void adoptOrphans() {}
 std::size_t remainingChildren()
 {
     return 0;
+}
+
+std::size_t residentMemory()
+{
+    PROCESS_MEMORY_COUNTERS counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.WorkingSetSize;
 }
