@@ -7,6 +7,7 @@ else()
     set(developer_default OFF)
 endif()
 option(ZQORB_DEVELOPER "Treat warnings as errors" ${developer_default})
+option(ZQORB_FUZZ "Build the fuzz targets (clang, with ZQORB_SANITIZE)" OFF)
 set(ZQORB_SANITIZE "" CACHE STRING "Sanitizers, as the compiler's -fsanitize takes them")
 
 if(NOT CMAKE_BUILD_TYPE)
@@ -31,7 +32,7 @@ find_package(Boost 1.81 REQUIRED COMPONENTS log filesystem)
 # Sanitizers must cover every object of a program, third-party ones included.
 if(ZQORB_SANITIZE)
     # The code that sanitizers add makes the compiler see uninitialised variables where there are none.
-    add_compile_options(-Wno-maybe-uninitialized)
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     add_compile_options(-fsanitize=${ZQORB_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${ZQORB_SANITIZE})
 endif()

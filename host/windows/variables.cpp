@@ -5,7 +5,6 @@
 
 #include <array>
 #include <memory>
-#include <string_view>
 
 #include <windows.h>
 
@@ -23,17 +22,7 @@ Variables inheritedVariables()
     if (!strings) {
         throw lastError("cannot read the environment");
     }
-    Variables variables;
-    for (const wchar_t* next = strings.get(); *next != L'\0';) {
-        const std::wstring_view line = next;
-        next += line.size() + 1;
-        // The first character belongs to the name: those of drives are "=C:".
-        const std::size_t end = line.find(L'=', 1);
-        if (end != std::wstring_view::npos) {
-            variables.emplace(line.substr(0, end), line.substr(end + 1));
-        }
-    }
-    return variables;
+    return variablesIn(strings.get());
 }
 
 std::wstring systemRoot()
@@ -59,15 +48,6 @@ Variables variablesWith(const Environment& environment)
     }
     variables.emplace(L"SystemRoot", systemRoot());
     return variables;
-}
-
-std::wstring environmentBlock(const Variables& variables)
-{
-    std::wstring block;
-    for (const auto& [name, value] : variables) {
-        block += name + L'=' + value + L'\0';
-    }
-    return block + L'\0';
 }
 
 } // namespace orb::process::detail

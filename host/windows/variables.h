@@ -21,7 +21,10 @@ using Variables = std::map<std::wstring, std::wstring, BeforeWithoutCase>;
 // libraries without it. Throws std::invalid_argument for text that is not UTF-8.
 Variables variablesWith(const Environment& environment);
 
-// The form that the system takes.
+// The form that the system takes: "NAME=VALUE" for each, a zero behind each and one more at the end.
 std::wstring environmentBlock(const Variables& variables);
+
+// The opposite. What is no "NAME=VALUE" is passed over; of two entries of one name the first counts.
+Variables variablesIn(const wchar_t* block);
 
 } // namespace orb::process::detail

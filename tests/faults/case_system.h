@@ -1,0 +1,25 @@
+// What a case needs of the system it runs on.
+#pragma once
+
+#include <cstddef>
+
+// What this process holds open: descriptors or handles.
+std::size_t openHandles();
+
+// Whether a process runs.
+bool isRunning(long long process);
+
+// How many threads this process has; 0 where it cannot be told.
+std::size_t threadCount();
+
+// From now on processes that lose their parent become ours.
+void adoptOrphans();
+
+// Takes note of the end of every child that has ended, and tells how many are left.
+std::size_t remainingChildren();
+
+// The memory that this process occupies, in bytes.
+std::size_t residentMemory();
+
+// Variables of the temporary directory.
+extern const char* const temporaryVariable;

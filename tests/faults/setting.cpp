@@ -1,0 +1,51 @@
+#include "setting.h"
+
+#include "case_system.h"
+
+#include "host/configuration.h"
+#include "host/text.h"
+
+#include <fstream>
+
+namespace faults {
+
+std::string utf8(const std::filesystem::path& path)
+{
+    return foundation::core::text::cvt_ustring_utf8(path.u16string());
+}
+
+Setting::Setting(const std::filesystem::path& folder, const Scenario& scenario)
+    : stage_(folder),
+      scenario_(scenario),
+      path_("PATH", utf8(stage_.programs())),
+      temporary_(temporaryVariable, utf8(stage_.temporary())),
+      backend_("USE_WSL", scenario.backend == Backend::wsl ? "1" : "0"),
+      registry_("USE_DOCKER_REPOSITORY", scenario.registry ? "1" : "0"),
+      logging_("KELP_ADDITIONAL_LOGGING", scenario.extraLogging ? "1" : "0"),
+      auxiliary_("AUX_DOCKER_ARGS")
+{
+    foundation::core::config::Configuration configuration;
+    configuration.installationRoot = utf8(stage_.root() / "tree");
+    configuration.release = "R2026b";
+    configuration.channelMasks = {{"orb", 8 | 512}};
+    foundation::core::config::configure(configuration);
+}
+
+Places Setting::places() const
+{
+    std::filesystem::path archives =
+        stage_.root() / "tree" / "toolbox" / "shared" / "kavori" / "kelp" / "tar_files" / "";
+    return {stage_.shownFolder(), utf8(archives.make_preferred())};
+}
+
+void Setting::build(const std::filesystem::path& player) const
+{
+    stage_.build(player, {scenario_.which ? "which" : "where", "wsl.exe", "docker.exe"}, scenario_.before);
+    const std::filesystem::path archives = places().archives;
+    std::filesystem::create_directories(archives);
+    for (const char* name : {"kelp_hub_distro.tar", "kelp_hub_docker.tar"}) {
+        std::ofstream(archives / (std::string(name) + (scenario_.uncompressed ? "" : ".gz"))) << "an archive";
+    }
+}
+
+} // namespace faults
