@@ -1,7 +1,7 @@
-// The code path in what wsl.exe prints: whatever is found stands in the text, and a next step can be named for it.
+// The code path in what wsl.exe prints: whatever is found stands in the text, and a code that is known has advice.
 #include "fuzz.h"
 
-#include "next_steps.h"
+#include "advice.h"
 
 #include <algorithm>
 
@@ -15,6 +15,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
         fuzz::require(std::none_of(path.begin(), path.end(), [](char c) { return c == ' ' || c == '\n' || c == '\r'; }),
                       "a path has no blanks");
     }
-    fuzz::require(!kelpctl::nextStep("WSL_CANNOT_IMPORT_TAR_FILE", path).empty(), "there is a next step");
+    const std::string_view cause = kelpctl::causeOfWslCode(path);
+    fuzz::require(cause.empty() || kelpctl::adviceFor(cause).key == cause, "a known code has advice");
     return 0;
 }

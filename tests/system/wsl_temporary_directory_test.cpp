@@ -13,20 +13,33 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// A file system that goes away with the test's process.
-void mountOwn(const std::filesystem::path& folder, unsigned long flags, const char* options)
-{
-    ASSERT_EQ(unshare(CLONE_NEWNS), 0) << "this test needs root";
-    ASSERT_EQ(mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
-    std::filesystem::create_directory(folder);
-    ASSERT_EQ(mount("tmpfs", folder.c_str(), "tmpfs", flags, options), 0);
-}
+// A file system of the test's own, over a folder that it makes. It must go before the folder can.
+class OwnMount {
+public:
+    OwnMount(std::filesystem::path folder, unsigned long flags, const char* options) : folder_(std::move(folder))
+    {
+        // In a name space of this process, so that nobody else sees it.
+        EXPECT_EQ(unshare(CLONE_NEWNS), 0) << "this test needs root";
+        EXPECT_EQ(mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
+        std::filesystem::create_directory(folder_);
+        EXPECT_EQ(mount("tmpfs", folder_.c_str(), "tmpfs", flags, options), 0);
+    }
+    ~OwnMount() { umount2(folder_.c_str(), MNT_DETACH); }
+    OwnMount(const OwnMount&) = delete;
+    OwnMount& operator=(const OwnMount&) = delete;
+
+    const std::filesystem::path& folder() const { return folder_; }
+
+private:
+    std::filesystem::path folder_;
+};
 
 class WslTemporaryDirectory : public testing::Test {
 protected:
@@ -50,16 +63,16 @@ protected:
 
 TEST_F(WslTemporaryDirectory, AFullOneFailsTheImportAndRegistersNothing)
 {
-    ASSERT_NO_FATAL_FAILURE(mountOwn(folder.path() / "full", 0, "size=64k"));
-    const TemporaryDirectory full(folder.path() / "full");
+    const OwnMount mounted(folder.path() / "full", 0, "size=64k");
+    const TemporaryDirectory full(mounted.folder());
     EXPECT_THAT(importError(), HasSubstr("Wsl/"));
     EXPECT_THAT(wsl.distributions(), IsEmpty());
 }
 
 TEST_F(WslTemporaryDirectory, AReadOnlyOneIsLeftForWslToReport)
 {
-    ASSERT_NO_FATAL_FAILURE(mountOwn(folder.path() / "read-only", MS_RDONLY, ""));
-    const TemporaryDirectory readOnly(folder.path() / "read-only");
+    const OwnMount mounted(folder.path() / "read-only", MS_RDONLY, "");
+    const TemporaryDirectory readOnly(mounted.folder());
     EXPECT_THAT(importError(), HasSubstr("Wsl/"));
     EXPECT_THAT(wsl.distributions(), IsEmpty());
 }
