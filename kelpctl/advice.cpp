@@ -250,8 +250,12 @@ std::span<const Advice> allAdvice()
 
 const Advice& adviceFor(std::string_view key)
 {
+    constexpr std::string_view anyOther = "UNEXPECTED_ERROR";
     const Advice* advice = find(key);
-    return advice != nullptr ? *advice : *find("UNEXPECTED_ERROR");
+    if (advice == nullptr) {
+        advice = find(anyOther);
+    }
+    return advice != nullptr ? *advice : entries.front();
 }
 
 std::string adviceText(const Advice& advice, const Names& names)

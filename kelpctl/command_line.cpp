@@ -261,6 +261,16 @@ std::size_t distance(const std::string& from, const std::string& to)
     return row.back();
 }
 
+std::vector<std::string> commandNames()
+{
+    std::vector<std::string> names;
+    names.reserve(commandTexts.size());
+    for (const CommandText& command : commandTexts) {
+        names.emplace_back(command.name);
+    }
+    return names;
+}
+
 // Whether the word was meant for the name: a few letters wrong, or its beginning, in whatever case.
 bool resembles(std::string word, const std::string& name)
 {
@@ -271,7 +281,7 @@ bool resembles(std::string word, const std::string& name)
     return distance(word, name) <= typingErrors || (word.size() >= enough && name.starts_with(word));
 }
 
-std::string withSuggestion(std::string text, const std::string& word, const std::vector<std::string>& names)
+std::string withSuggestion(const std::string& text, const std::string& word, const std::vector<std::string>& names)
 {
     const auto meant =
         std::find_if(names.begin(), names.end(), [&word](const std::string& name) { return resembles(word, name); });
@@ -280,10 +290,7 @@ std::string withSuggestion(std::string text, const std::string& word, const std:
 
 std::string noSuchCommand(const std::string& word)
 {
-    std::vector<std::string> names;
-    for (const CommandText& command : commandTexts) {
-        names.emplace_back(command.name);
-    }
+    std::vector<std::string> names = commandNames();
     names.insert(names.end(), {"--version", "--docker", "--wsl"});
     const std::string text = "There is no command \"" + word + "\".";
     // A flag's name without its hyphens is meant for the flag.
@@ -421,13 +428,7 @@ std::vector<std::string> wordsBehind(const std::string& command)
     if (command == "completion") {
         return {shells.begin(), shells.end()};
     }
-    std::vector<std::string> names;
-    if (command == "help") {
-        for (const CommandText& text : commandTexts) {
-            names.emplace_back(text.name);
-        }
-    }
-    return names;
+    return command == "help" ? commandNames() : std::vector<std::string>();
 }
 
 void requireWhatBelongsTogether(const Request& request)
