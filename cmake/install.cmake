@@ -52,7 +52,12 @@ if(TARGET stand_ins)
         install(PROGRAMS ${STAND_INS_DIR}/where ${STAND_INS_DIR}/wsl.exe DESTINATION stand_ins ${testkit})
     endif()
     install(PROGRAMS packaging/with-stand-ins scripts/hub-rootfs DESTINATION . ${testkit})
-    install(FILES packaging/zqorb_lvm_testkit-config.cmake DESTINATION lib/cmake/zqorb_lvm_testkit ${testkit})
+    write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/zqorb_lvm_testkit-config-version.cmake
+        COMPATIBILITY SameMajorVersion)
+    install(FILES packaging/zqorb_lvm_testkit-config.cmake
+        ${PROJECT_BINARY_DIR}/package/zqorb_lvm_testkit-config-version.cmake
+        DESTINATION lib/cmake/zqorb_lvm_testkit ${testkit})
+    install(DIRECTORY resources DESTINATION . ${testkit})
     install(FILES docs/testkit.md DESTINATION . RENAME README.md ${testkit})
     install(FILES tests/stand_ins/README.md DESTINATION . RENAME stand_ins.md ${testkit})
     install(DIRECTORY examples/testkit DESTINATION examples ${testkit})

@@ -64,7 +64,7 @@ private:
 };
 
 // A record as a sink receives it. `message` is the text as it was written: it may hold line ends, and bytes that are
-// no UTF-8 where a program's output was logged.
+// no UTF-8 where a program's output was logged (UTF-16 by wsl.exe); text::readable() makes it fit for people.
 struct log_record {
     std::chrono::system_clock::time_point time;
     std::string channel;
