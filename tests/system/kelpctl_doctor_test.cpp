@@ -240,7 +240,7 @@ protected:
     }
 };
 
-constexpr std::chrono::seconds ownTime(3);
+constexpr std::chrono::seconds ownTime(OWN_SECONDS);
 
 TEST_F(Doctor, NeedsNoMoreThanItsOwnTimeBeyondTheLimitOfAToolThatHangs)
 {
