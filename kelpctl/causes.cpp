@@ -11,14 +11,8 @@
 namespace kelpctl {
 namespace {
 
-constexpr std::int32_t noSuchProgram = 127;
 // What Windows' own wsl.exe answers when there is no WSL behind it.
 constexpr std::array<std::int32_t, 2> notInstalled = {1, 50};
-
-// Docker's own statuses of "run".
-constexpr std::int32_t dockerRefused = 125;
-constexpr std::int32_t notExecutable = 126;
-constexpr std::int32_t notFound = 127;
 
 std::string verbOf(const Run& run)
 {
@@ -51,9 +45,9 @@ std::string causeOfStart(const Run& run, const Context& context, const std::stri
         return "IMAGE_WITHOUT_PROGRAM";
     }
     const std::int32_t status = run.result ? run.result->status : dockerRefused;
-    return status == notExecutable ? "PROGRAM_NOT_EXECUTABLE"
-           : status == notFound    ? "PROGRAM_NOT_FOUND"
-                                   : "DOCKER_REFUSED";
+    return status == dockerNotExecutable ? "PROGRAM_NOT_EXECUTABLE"
+           : status == dockerNotFound    ? "PROGRAM_NOT_FOUND"
+                                         : "DOCKER_REFUSED";
 }
 
 std::string causeOfDockerFailure(const std::string& identifier, const Run& run, const Context& context)

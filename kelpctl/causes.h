@@ -4,9 +4,19 @@
 
 #include "errors.h"
 
+#include <cstdint>
 #include <string>
 
 namespace kelpctl {
+
+// What Docker's client ends with when no program ran, it could not be executed, or it was not found. A program may end
+// with these as well.
+inline constexpr std::int32_t dockerRefused = 125;
+inline constexpr std::int32_t dockerNotExecutable = 126;
+inline constexpr std::int32_t dockerNotFound = 127;
+
+// The process service's status for a program that does not exist.
+inline constexpr std::int32_t noSuchProgram = 127;
 
 // The key of the cause's advice, empty when there is nothing more to say.
 std::string causeOf(const std::string& identifier, const std::optional<Run>& run, const Context& context);

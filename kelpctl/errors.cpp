@@ -57,15 +57,6 @@ std::string defaultImage()
     }
 }
 
-std::vector<std::string> secretsOf(const Request& request)
-{
-    std::vector<std::string> secrets;
-    for (const auto& [name, value] : request.environment) {
-        secrets.push_back(value);
-    }
-    return secrets;
-}
-
 std::string shown(const std::string& captured, const std::vector<std::string>& secrets)
 {
     return redacted(readable(captured), secrets);

@@ -176,11 +176,8 @@ std::optional<Report> wslFailure(const InsideRun& inside, const Context& context
 // Docker's client ends with statuses that programs end with as well, so the container is looked at.
 std::optional<Report> dockerFailure(const InsideRun& inside, const Context& context)
 {
-    constexpr std::int32_t refused = 125;
-    constexpr std::int32_t notExecutable = 126;
-    constexpr std::int32_t notFound = 127;
     const std::int32_t status = inside.status();
-    if (status != 1 && (status < refused || status > notFound)) {
+    if (status != 1 && (status < dockerRefused || status > dockerNotFound)) {
         return std::nullopt;
     }
     const std::string container = namesOf(context.request).container;
@@ -197,11 +194,11 @@ std::optional<Report> dockerFailure(const InsideRun& inside, const Context& cont
         break;
     }
     switch (status) {
-    case refused:
+    case dockerRefused:
         return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "DOCKER_REFUSED", context);
-    case notExecutable:
+    case dockerNotExecutable:
         return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "PROGRAM_NOT_EXECUTABLE", context);
-    case notFound:
+    case dockerNotFound:
         return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "PROGRAM_NOT_FOUND", context);
     default:
         return std::nullopt;

@@ -51,15 +51,6 @@ bool isOurs(const std::string& channel)
     return channel == channelRoot || channel.starts_with(std::string(channelRoot) + ":");
 }
 
-std::vector<std::string> secretsOf(const Request& request)
-{
-    std::vector<std::string> secrets;
-    for (const auto& [name, value] : request.environment) {
-        secrets.push_back(value);
-    }
-    return secrets;
-}
-
 std::ofstream openLogFile(const std::string& name)
 {
     const std::filesystem::path path(foundation::core::text::cvt_utf8_ustring(name));

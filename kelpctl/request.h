@@ -48,4 +48,14 @@ struct Request {
     std::string helpText;
 };
 
+// What must not be shown: the values that were given with "-e".
+inline std::vector<std::string> secretsOf(const Request& request)
+{
+    std::vector<std::string> secrets;
+    for (const auto& [name, value] : request.environment) {
+        secrets.push_back(value);
+    }
+    return secrets;
+}
+
 } // namespace kelpctl

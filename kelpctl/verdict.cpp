@@ -56,7 +56,6 @@ Run runOf(const Reply& reply)
 // The place where Windows keeps it may be empty, while a candidate has said what is wrong.
 const Reply& tellingReply(const WslExamination& wsl)
 {
-    constexpr std::int32_t noSuchProgram = 127;
     const bool nothingThere = wsl.fallsBack() && wsl.listing.status == noSuchProgram;
     return nothingThere && !wsl.candidates.empty() ? wsl.candidates.front().answer : wsl.listing;
 }
