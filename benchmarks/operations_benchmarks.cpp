@@ -28,7 +28,7 @@ struct Operation {
     std::string name;
     std::function<void()> work;
     // How often it is measured. Expensive ones take their time.
-    int repetitions = 100;
+    int repetitions = 800;
     // Make the state that the work needs, and bring back the one that other work needs; not measured.
     std::function<void()> prepare = [] {};
     std::function<void()> restore = [] {};
@@ -140,8 +140,8 @@ std::vector<Operation> wslOperations()
     operations.push_back({"importFromTarIfNecessary", importHub});
     operations.push_back({"kelp_container_setup", setUp});
     operations.push_back({"kelp_container_wsl_check", checkWsl});
-    operations.push_back({"clearDistroImage", clearHub, 40, [] {}, provide});
-    operations.push_back({"kelp_container_teardown", tearDown, 40, [] {}, provide});
+    operations.push_back({"clearDistroImage", clearHub, 150, [] {}, provide});
+    operations.push_back({"kelp_container_teardown", tearDown, 150, [] {}, provide});
     return operations;
 }
 
@@ -158,12 +158,12 @@ std::vector<Operation> dockerOperations()
     const auto removeContainer = [] { tool("docker.exe", {"container", "rm", "-f", hub}); };
     removeContainer();
     std::vector<Operation> operations = simpleOperations();
-    operations.push_back({"importFromTarIfNecessary", importHub, 60});
-    operations.push_back({"kelp_container_setup", setUp, 60});
-    operations.push_back({"clearDistroImage", clearHub, 40, [] {}, provide});
-    operations.push_back({"kelp_container_teardown", tearDown, 40, [] {}, provide});
-    operations.push_back({"startContainerIfNecessary", start, 20, [] {}, removeContainer});
-    operations.push_back({"stopContainerIfNecessary", stop, 20, runContainer});
+    operations.push_back({"importFromTarIfNecessary", importHub, 150});
+    operations.push_back({"kelp_container_setup", setUp, 150});
+    operations.push_back({"clearDistroImage", clearHub, 150, [] {}, provide});
+    operations.push_back({"kelp_container_teardown", tearDown, 150, [] {}, provide});
+    operations.push_back({"startContainerIfNecessary", start, 60, [] {}, removeContainer});
+    operations.push_back({"stopContainerIfNecessary", stop, 60, runContainer});
     return operations;
 }
 

@@ -17,14 +17,20 @@ bool isOne(const char* value)
 
 // A channel whose mask has none of these bits writes through the parent's logger.
 constexpr std::uint32_t channelBits = 1 | 4 | 8 | 256 | 512;
-constexpr std::uint32_t significantBits = 0x7FFF;
 
 constexpr char parentChannel[] = "orb:lvm";
 
-basic_diagnostic_logger& choose(basic_diagnostic_logger& channel, basic_diagnostic_logger& parent)
-{
-    return (channel.mask() & channelBits) != 0 ? channel : parent;
-}
+// Both loggers of a channel.
+class Channel {
+public:
+    explicit Channel(const char* name) : own_(name, parentChannel), parent_(parentChannel) {}
+
+    basic_diagnostic_logger& logger() { return (own_.mask() & channelBits) != 0 ? own_ : parent_; }
+
+private:
+    basic_diagnostic_logger own_;
+    basic_diagnostic_logger parent_;
+};
 
 } // namespace
 
@@ -58,28 +64,20 @@ bool additionalLoggingEnabled()
 
 basic_diagnostic_logger& commonLogger()
 {
-    static basic_diagnostic_logger channel("orb:lvm:common", parentChannel);
-    static basic_diagnostic_logger parent(parentChannel);
-    return choose(channel, parent);
+    static Channel channel("orb:lvm:common");
+    return channel.logger();
 }
 
 basic_diagnostic_logger& dockerLogger()
 {
-    static basic_diagnostic_logger channel("orb:lvm:docker", parentChannel);
-    static basic_diagnostic_logger parent(parentChannel);
-    return choose(channel, parent);
+    static Channel channel("orb:lvm:docker");
+    return channel.logger();
 }
 
 basic_diagnostic_logger& wslLogger()
 {
-    static basic_diagnostic_logger channel("orb:lvm:wsl", parentChannel);
-    static basic_diagnostic_logger parent(parentChannel);
-    return choose(channel, parent);
-}
-
-bool isEnabled(const basic_diagnostic_logger& logger, Level level)
-{
-    return (logger.mask() & static_cast<std::uint32_t>(level) & significantBits) != 0;
+    static Channel channel("orb:lvm:wsl");
+    return channel.logger();
 }
 
 std::string hubTag()

@@ -33,7 +33,13 @@ basic_diagnostic_logger& wslLogger();
 
 enum class Level : std::uint32_t { Detail = 8, Error = 512 };
 
-bool isEnabled(const basic_diagnostic_logger& logger, Level level);
+// The bits of a mask that stand for levels.
+inline constexpr std::uint32_t significantBits = 0x7FFF;
+
+inline bool isEnabled(const basic_diagnostic_logger& logger, Level level)
+{
+    return (logger.mask() & static_cast<std::uint32_t>(level) & significantBits) != 0;
+}
 
 // Writes one message: its parts one after the other. Nothing is formatted unless the logger is enabled for the level.
 template <class... Parts>

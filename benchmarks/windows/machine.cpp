@@ -13,7 +13,7 @@ const std::size_t smallWritesSize = 2;
 
 int repetitions(int usual)
 {
-    return std::max(usual / 4, 5);
+    return std::max(usual / 8, 5);
 }
 
 Arguments quickProgram()

@@ -7,33 +7,7 @@ namespace orb::process::detail {
 namespace {
 
 constexpr std::size_t firstPieceSize = std::size_t{16} * 1024;
-constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
-constexpr std::size_t laterPieceSize = mebibyte;
-
-// From so many bytes on an output is large. Then a few MiB more than it needs do not matter, and the time that the
-// system takes to provide memory does.
-constexpr std::size_t large = 64 * mebibyte;
-constexpr std::size_t largePieceSize = 4 * mebibyte;
-
-Pages nextPiece(std::size_t piecesBefore)
-{
-    if (piecesBefore < large / laterPieceSize) {
-        return Pages(laterPieceSize);
-    }
-    Pages piece(largePieceSize);
-    expectFilling(piece.bytes());
-    return piece;
-}
-
-std::string stringFor(std::size_t size)
-{
-    std::string text;
-    text.reserve(size);
-    if (size >= large) {
-        expectFilling({text.data(), size});
-    }
-    return text;
-}
+constexpr std::size_t laterPieceSize = std::size_t{1024} * 1024;
 
 } // namespace
 
@@ -44,7 +18,7 @@ std::span<char> Capture::room()
         last_ = {first_.get(), firstPieceSize};
         filled_ = 0;
     } else if (filled_ == last_.size()) {
-        last_ = later_.emplace_back(nextPiece(later_.size())).bytes();
+        last_ = later_.emplace_back(laterPieceSize).bytes();
         filled_ = 0;
     }
     return last_.subspan(filled_);
@@ -66,7 +40,8 @@ std::string Capture::take()
             size += later_[i].bytes().size();
         }
     }
-    std::string all = stringFor(size);
+    std::string all;
+    all.reserve(size);
     if (size > 0) {
         all.append(first_.get(), std::min(firstPieceSize, size));
     }

@@ -31,8 +31,4 @@ private:
     std::span<char> bytes_;
 };
 
-// All of this memory will be filled soon. The system may provide it in larger units then, which takes it much less time
-// than the usual ones.
-void expectFilling(std::span<char> memory) noexcept;
-
 } // namespace orb::process::detail

@@ -1,10 +1,8 @@
 #include "pages.h"
 
-#include <memory>
 #include <new>
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 namespace orb::process::detail {
 
@@ -21,18 +19,6 @@ Pages::~Pages()
 {
     if (!bytes_.empty()) {
         ::munmap(bytes_.data(), bytes_.size());
-    }
-}
-
-void expectFilling(std::span<char> memory) noexcept
-{
-    // The advice is for whole pages.
-    static const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-    void* begin = memory.data();
-    std::size_t size = memory.size();
-    if (std::align(pageSize, pageSize, begin, size) != nullptr) {
-        // A system that has no larger units goes on with the usual ones.
-        ::madvise(begin, size - size % pageSize, MADV_HUGEPAGE);
     }
 }
 

@@ -22,9 +22,4 @@ Pages::~Pages()
     }
 }
 
-void expectFilling(std::span<char> /*memory*/) noexcept
-{
-    // Larger units need a privilege here that programs do not have.
-}
-
 } // namespace orb::process::detail
