@@ -1,4 +1,5 @@
 // Finding and starting programs: the name, the folder, the environment, the handles.
+#include "current_folder.h"
 #include "environment_variable.h"
 #include "process_system.h"
 #include "temporary_folder.h"

@@ -1,4 +1,5 @@
 // What the process service promises on Windows only.
+#include "current_folder.h"
 #include "environment_variable.h"
 #include "process_system.h"
 #include "temporary_folder.h"
