@@ -7,7 +7,10 @@ namespace orb::process::detail {
 void RunSession::received(Stream stream, std::size_t size)
 {
     const std::string_view piece = capture(stream).added(size);
-    extendStreamDeadline();
+    // While the program runs there is no deadline, and the clock need not be read for each piece.
+    if (exited_) {
+        extendStreamDeadline();
+    }
     if (options_.outputLogger) {
         options_.outputLogger(stream, piece);
     }
@@ -15,7 +18,7 @@ void RunSession::received(Stream stream, std::size_t size)
 
 bool RunSession::endWanted()
 {
-    if (terminated_ || Clock::now() < nextQuestion_) {
+    if (terminated_ || !asks() || Clock::now() < nextQuestion_) {
         return false;
     }
     nextQuestion_ = Clock::now() + questionInterval;
@@ -43,8 +46,7 @@ void RunSession::extendStreamDeadline()
 
 std::optional<std::chrono::milliseconds> RunSession::patience() const
 {
-    const bool asking = options_.terminationHandler || feeder_;
-    if (!exited_ && !asking) {
+    if (!exited_ && !asks()) {
         return std::nullopt;
     }
     const Clock::time_point next = exited_ ? streamDeadline_ : nextQuestion_;

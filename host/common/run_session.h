@@ -52,6 +52,8 @@ private:
     static constexpr std::chrono::milliseconds terminatedStreamTimeout{500};
 
     Capture& capture(Stream stream) { return stream == Stream::output ? output_ : error_; }
+    // Whether there is anything to ask from time to time.
+    bool asks() const { return options_.terminationHandler || feeder_; }
     void extendStreamDeadline();
 
     const RunOptions& options_;
