@@ -102,7 +102,7 @@ std::string systemLanguage()
     if (GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, names.data(), &size) == FALSE || count == 0) {
         return {};
     }
-    const std::wstring first = names.c_str();
+    const std::wstring first = names.substr(0, names.find(L'\0'));
     return utf8(first.substr(0, first.find(L'-')));
 }
 

@@ -69,7 +69,7 @@ void withEach(const std::function<void(const std::string&)>& check)
 
 class HostileNamesUnderWsl : public HostTest {
 protected:
-    const TestFolder folder;
+    TestFolder folder;
     Machine machine{folder};
 };
 
@@ -98,7 +98,7 @@ class HostileNamesUnderDocker : public HostTest {
 protected:
     HostileNamesUnderDocker() { setVariable("USE_WSL", "0"); }
 
-    const TestFolder folder;
+    TestFolder folder;
     Machine machine{folder};
 };
 
@@ -179,7 +179,7 @@ protected:
     {
         setVariable("KELP_ADDITIONAL_LOGGING", "1");
         setVariable("AUX_DOCKER_ARGS", std::string("-e TOKEN=") + secret);
-        const TestFolder folder;
+        TestFolder folder;
         Machine machine(folder);
         Arguments arguments = getContainerArgumentsPrefix("c");
         std::map<std::string, std::string> environment = {{"TOKEN", secret}};
