@@ -37,7 +37,7 @@ std::vector<std::string> words(std::string_view text)
 {
     std::vector<std::string> result;
     auto position = text.begin();
-    while (true) {
+    for (;;) {
         position = std::find_if_not(position, text.end(), isBlank);
         if (position == text.end()) {
             return result;

@@ -44,7 +44,7 @@ constexpr char16_t slash = u'/';
 std::u16string withSeparators(std::u16string text, char16_t separator)
 {
     // Outside Windows a backslash is an ordinary character of a name.
-    if (nativeSeparator == backslash) {
+    if (nativeSeparator == backslash) { // uncovered: on Windows only
         std::replace(text.begin(), text.end(), separator == slash ? backslash : slash, separator);
     }
     return text;
@@ -66,6 +66,7 @@ std::u16string withoutSeparatorAtEnd(std::u16string text)
 // "ROOT/bin/win64", "ROOT/bin" or "ROOT/lib": the folders of the installed tree that hold programs and libraries.
 std::u16string rootOfTree(std::u16string folder)
 {
+    // uncovered: a library that is in none of these folders
     for (const std::u16string_view end : {u"/bin/win64", u"/bin", u"/lib"}) {
         if (folder.ends_with(end)) {
             folder.erase(folder.size() - end.size());

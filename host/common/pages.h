@@ -12,15 +12,9 @@ namespace orb::process::detail {
 // address space only.
 class Pages {
 public:
-    Pages() = default;
     // Throws std::bad_alloc.
     explicit Pages(std::size_t size);
     Pages(Pages&& other) noexcept : bytes_(std::exchange(other.bytes_, {})) {}
-    Pages& operator=(Pages&& other) noexcept
-    {
-        std::swap(bytes_, other.bytes_);
-        return *this;
-    }
     Pages(const Pages&) = delete;
     Pages& operator=(const Pages&) = delete;
     ~Pages();

@@ -14,11 +14,13 @@ const char16_t nativeSeparator = u'/';
 std::u16string libraryFolder()
 {
     Dl_info info{};
-    if (dladdr(&nativeSeparator, &info) == 0 || info.dli_fname == nullptr) {
+    // The library itself is asked for, which is always there.
+    if (dladdr(&nativeSeparator, &info) == 0 || info.dli_fname == nullptr) { // uncovered: see above
         return {};
     }
     std::error_code error;
     const std::filesystem::path library = std::filesystem::canonical(info.dli_fname, error);
+    // uncovered: a library whose file has been taken away
     return error ? std::u16string() : text::cvt_utf8_ustring(library.parent_path().string());
 }
 

@@ -40,7 +40,7 @@ std::string addressText(int family, const void* address)
 // An address that is neither IPv4 nor IPv6 (such as a link-layer address) is none of ours.
 std::optional<InetAddress> toInetAddress(const sockaddr* address)
 {
-    if (address == nullptr) {
+    if (address == nullptr) { // uncovered: tunnels only
         return std::nullopt;
     }
     if (address->sa_family == AF_INET) {

@@ -64,7 +64,7 @@ public:
                 piece.remove_prefix(static_cast<std::size_t>(written));
             } else if (errno == EPIPE) {
                 return false;
-            } else if (errno != EAGAIN && errno != EINTR) {
+            } else if (errno != EAGAIN && errno != EINTR) { // uncovered: a signal at that very moment
                 fail("cannot write to a program");
             }
         }

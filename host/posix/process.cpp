@@ -82,19 +82,24 @@ void waitAndRead(const Child& child, Sources& sources, RunSession& session)
     }
 }
 
+bool haveEnded(const Sources& sources)
+{
+    return !sources[0].readEnd && !sources[1].readEnd;
+}
+
 // Reads both streams until the program has exited and they have ended. False when they were given up.
 bool readStreams(const Child& child, Sources& sources, RunSession& session)
 {
-    while (!session.hasExited() || sources[0].readEnd || sources[1].readEnd) {
+    while (!session.hasExited() || !haveEnded(sources)) {
         waitAndRead(child, sources, session);
-        if (session.hasExited() && session.streamsOverdue()) {
-            return !sources[0].readEnd && !sources[1].readEnd;
+        if (session.streamsOverdue()) {
+            break;
         }
         if (!session.hasExited() && session.endWanted()) {
             child.kill();
         }
     }
-    return true;
+    return haveEnded(sources);
 }
 
 // In place of a process's id: no program was started.

@@ -18,7 +18,7 @@ namespace {
 
 void check(int error)
 {
-    if (error != 0) {
+    if (error != 0) { // uncovered: without memory only
         throw std::system_error(error, std::system_category(), "cannot prepare the start of a program");
     }
 }

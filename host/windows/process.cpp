@@ -87,14 +87,14 @@ bool readStreams(const Child& child, Sources& sources, RunSession& session)
         if (exited) {
             session.programExited();
         }
-        if (session.hasExited() && session.streamsOverdue()) {
-            return haveEnded(sources);
+        if (session.streamsOverdue()) {
+            break;
         }
         if (!session.hasExited() && session.endWanted()) {
             child.kill();
         }
     }
-    return true;
+    return haveEnded(sources);
 }
 
 // A copy of one of this process's own streams; the null device where it has none.

@@ -115,6 +115,18 @@ protected:
     std::string do_grouping() const override { return "\3"; }
 };
 
+TEST(Diagnostics, AHandleThatGetsAnotherSinkDetachesItsOwn)
+{
+    setMasks({{"test", 8}});
+    basic_diagnostic_logger logger("test");
+    std::string heard;
+    diag::sink_handle sink = diag::attach_sink([&heard](const log_record&) { heard += "first "; });
+    write(logger, 8, "x");
+    sink = diag::attach_sink([&heard](const log_record&) { heard += "second "; });
+    write(logger, 8, "x");
+    EXPECT_EQ(heard, "first second ");
+}
+
 TEST(Diagnostics, FlagsAreWrittenAsDigits)
 {
     Collected collected;

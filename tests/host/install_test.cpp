@@ -68,6 +68,8 @@ TEST(InstallPath, TheConfiguredRootWinsOverTheEnvironment)
     EXPECT_EQ(path::get_install_path().text, u"/from/environment");
     configureRoot("/from/configuration é/");
     EXPECT_EQ(path::get_install_path().text, u"/from/configuration é");
+    configureRoot("/");
+    EXPECT_EQ(path::get_install_path().text, u"/");
 }
 
 TEST(InstallPath, TheDefaultIsTheTreeAroundTheLibrary)

@@ -73,6 +73,12 @@ TEST(Messages, BracesInsideAnArgumentStayWhatTheyAre)
     EXPECT_EQ(message::englishText(message), "UNKNOWN: {2}, {1}{x}");
 }
 
+TEST(Messages, WhatIsNoPlaceholderStaysWhatItIs)
+{
+    const Translation translation(R"({"IMAGE_NOT_EXIST": "{1} {0} {:} {2} {a {1 {{1}"})");
+    EXPECT_EQ(message::localisedText({catalogue, "IMAGE_NOT_EXIST", {std::string("i")}}), "i {0} {:} {2} {a {1 {i");
+}
+
 TEST(Messages, ArgumentsAreMadeReadable)
 {
     const Message message{catalogue, "UNKNOWN", {std::string("N\0o\0\r\0\n\0", 8)}};
@@ -112,6 +118,14 @@ TEST(Messages, ALanguageIsACodeAndNeverAPath)
     useLanguage(translation.folder.path(), "../resources/orb_container_support.xx");
     const Message message{catalogue, "IMAGE_NOT_EXIST", {std::string("hub")}};
     EXPECT_EQ(message::localisedText(message), message::englishText(message));
+    std::ofstream(translation.folder.path() / "resources" / "orb_container_support.x{.json")
+        << R"({"IMAGE_NOT_EXIST": "{1} !"})";
+    useLanguage(translation.folder.path(), "x{");
+    EXPECT_EQ(message::localisedText(message), message::englishText(message));
+    std::ofstream(translation.folder.path() / "resources" / "orb_container_support.x-y.json")
+        << R"({"IMAGE_NOT_EXIST": "{1} ?"})";
+    useLanguage(translation.folder.path(), "x-y");
+    EXPECT_EQ(message::localisedText(message), "hub ?") << "a hyphen belongs to codes";
 }
 
 struct TAG {};

@@ -135,6 +135,7 @@ TEST(CommandLine, isSplitAtBlanksAndTabs)
     EXPECT_THAT(getRunArguments("p a\tb   c"), ElementsAre("p", "a", "b", "c"));
     EXPECT_THAT(getRunArguments(" \tp  a \t"), ElementsAre("p", "a"));
     EXPECT_THAT(getRunArguments("p a\nb"), ElementsAre("p", "a\nb"));
+    EXPECT_THAT(getRunArguments("p"), ElementsAre("p"));
 }
 
 TEST(CommandLine, withoutTextGivesNoArguments)
@@ -154,6 +155,7 @@ TEST(CommandLine, followsTheRulesOfQuotesAndBackslashes)
     EXPECT_THAT(getRunArguments(R"(p "" c)"), ElementsAre("p", "", "c"));
     EXPECT_THAT(getRunArguments(R"(p "never closed c)"), ElementsAre("p", "never closed c"));
     EXPECT_THAT(getRunArguments(R"(p a\)"), ElementsAre("p", R"(a\)"));
+    EXPECT_THAT(getRunArguments(R"(p a\ b)"), ElementsAre("p", R"(a\)", "b"));
     EXPECT_THAT(getRunArguments(R"(p "a b\" c)"), ElementsAre("p", R"(a b" c)"));
 }
 

@@ -114,6 +114,16 @@ TEST(RunObserver, leavesTheTerminationHandlerItsSay)
     EXPECT_NE(run(child({"sleep", "120000"}), {}, {}, false, options).status, 0);
 }
 
+TEST(RunObserver, letsAProgramRunWhenNobodyEndsIt)
+{
+    const Witness witness;
+    RunOptions options;
+    int asked = 0;
+    options.terminationHandler = [&asked] { return ++asked < 0; };
+    EXPECT_EQ(run(child({"sleep", "400"}), {}, {}, false, options).status, 0);
+    EXPECT_GT(asked, 0);
+}
+
 TEST(RunObserver, keepsAProgramFromStartingByAnException)
 {
     Witness witness;

@@ -1,6 +1,8 @@
 // What the process service promises on POSIX systems only.
+#include "current_folder.h"
 #include "environment_variable.h"
 #include "process_system.h"
+#include "refused_system_call.h"
 #include "temporary_folder.h"
 
 #include "host/process.h"
@@ -11,16 +13,12 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstddef>
 #include <fstream>
 #include <functional>
 #include <system_error>
 #include <thread>
 
 #include <fcntl.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -116,20 +114,6 @@ bool isAnyStandardStreamAPipe()
     return any;
 }
 
-// From now on this thread, and what it starts, runs on a system without descriptors for processes.
-bool forgetProcessDescriptors()
-{
-    std::array<sock_filter, 4> rules{{
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 1),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-    }};
-    const sock_fprog program{static_cast<unsigned short>(rules.size()), rules.data()};
-    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0 && ::syscall(SYS_pidfd_open, ::getpid(), 0) < 0;
-}
-
 } // namespace
 
 TEST(ProcessStatusPosix, ofAProgramKilledByASignalTellsTheSignal)
@@ -168,6 +152,13 @@ TEST(ProcessStartPosix, refusesWhatCannotBeExecuted)
     EXPECT_EQ(failureOf(child({std::string(std::size_t{4} * 1024 * 1024, 'x')})).value(), E2BIG);
 }
 
+TEST(ProcessStartPosix, reportsAProgramBelowAFileAsMissing)
+{
+    const TemporaryFolder folder;
+    const fs::path file = writeFile(folder.path() / "file", "text", fs::perms::owner_all);
+    EXPECT_EQ(run({(file / "program").string()}).status, 127);
+}
+
 TEST(ProcessStartPosix, runsAScriptWithAnInterpreterLine)
 {
     const TemporaryFolder folder;
@@ -199,6 +190,16 @@ TEST(WorkingFolderPosix, ofADriveDesignatorIsTheCallers)
 {
     EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, "c:").standardOutput, fs::current_path()));
     EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, "Z:").standardOutput, fs::current_path()));
+}
+
+TEST(WorkingFolderPosix, thatOnlyLooksLikeADriveDesignatorIsAFolder)
+{
+    const TemporaryFolder folder;
+    const CurrentFolder current(folder.path());
+    for (const std::string name : {"ab", "1:", "{:"}) {
+        fs::create_directory(name);
+        EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, name).standardOutput, folder.path() / name)) << name;
+    }
 }
 
 TEST(ProcessEnvironmentPosix, tellsNamesApartByCase)
@@ -242,6 +243,16 @@ TEST(ProcessHandlesPosix, areRightAlsoWhenTheCallerHasNoStandardStreams)
     EXPECT_EQ(descriptors.standardOutput, "0 1 2 ");
     EXPECT_EQ(attached, 0);
     EXPECT_FALSE(pipeInPlace) << "what the host prints would go into a pipe";
+}
+
+TEST(ProcessHandlesPosix, thatTheSystemRefusesWithoutStandardStreamsAreNamed)
+{
+    std::string failure;
+    {
+        const NoStandardStreams none;
+        failure = failureWithout({SYS_fcntl, EMFILE, {{1, F_DUPFD_CLOEXEC}}}, [] { run(child({"exit", "0"})); });
+    }
+    EXPECT_THAT(failure, HasSubstr("cannot duplicate a pipe"));
 }
 
 TEST(ProcessSignalsPosix, areNeitherBlockedNorIgnoredInTheProgram)
@@ -288,25 +299,4 @@ TEST(DetachedRunPosix, leavesNoZombie)
     EXPECT_TRUE(becomesTrue([&] { return (std::ifstream(file) >> id).good(); }));
     // The system knows the id of a zombie.
     EXPECT_TRUE(becomesTrue([&] { return ::kill(id, 0) != 0 && errno == ESRCH; })) << id;
-}
-
-TEST(ProcessExitPosix, isNoticedAlsoWhereTheSystemHasNoDescriptorForProcesses)
-{
-    bool forgotten = false;
-    RunResult result;
-    ExitReport report;
-    const auto begin = std::chrono::steady_clock::now();
-    std::thread([&] {
-        forgotten = forgetProcessDescriptors();
-        RunOptions options;
-        options.streamTimeout = std::chrono::milliseconds{200};
-        options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
-        result = run(child({"leave-behind", "sleep", "8000"}), {}, {}, false, options);
-        options.terminationHandler = [] { return true; };
-        run(child({"sleep", "8000"}), {}, {}, false, options);
-    }).join();
-    EXPECT_TRUE(forgotten);
-    EXPECT_EQ(result.standardOutput, "parent");
-    EXPECT_TRUE(report.terminated);
-    EXPECT_THAT(std::chrono::steady_clock::now() - begin, testing::Lt(std::chrono::seconds{6}));
 }

@@ -142,6 +142,15 @@ TEST(InputHandler, canAnswerWhatTheLoggerSees)
     EXPECT_EQ(runWith(options, {"answer"}).standardOutput, "heard line 1\nheard line 2\nheard line 3\n");
 }
 
+TEST(InputHandler, isStoppedByAnExceptionOfTheLogger)
+{
+    RunOptions options;
+    const std::string endless(300000, 'x');
+    options.inputHandler = [&] { return endless; };
+    options.outputLogger = [](Stream, std::string_view) { throw std::runtime_error("no more output"); };
+    EXPECT_THROW(runWith(options, {"print", "something", ""}), std::runtime_error);
+}
+
 TEST(InputHandler, passesItsExceptionToTheCallerAndEndsTheProgram)
 {
     RunOptions options;

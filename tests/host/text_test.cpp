@@ -140,6 +140,19 @@ TEST(Readable, BytesThatAreNeitherBecomeReplacementCharacters)
     EXPECT_EQ(readable(std::string("\x3d\xd8\x0a\x00", 4)), "\uFFFD\n");
 }
 
+TEST(Readable, Utf16IsKnownByTheFirstZeroByteWhereverItIs)
+{
+    EXPECT_EQ(readable(utf16le(u"\u0A95\n")), "\u0A95\n") << "a letter with the byte of a newline";
+    EXPECT_TRUE(readable(std::string("\xff\nab\0", 5)).starts_with("\uFFFD\n")) << "no UTF-16";
+}
+
+TEST(Readable, WhatFollowsALineOfUtf16IsReadByItself)
+{
+    EXPECT_EQ(readable(utf16le(u"a\n") + "x"), "a\nx");
+    EXPECT_EQ(readable(utf16le(std::u16string(u"a\0b\n", 4))), "ab\n") << "a zero is dropped";
+    EXPECT_EQ(readable("caf\u00E9 = \xff\n"), "caf\u00E9 = \uFFFD\n") << "a label is ASCII";
+}
+
 TEST(Readable, LongGarbageTakesNoLongTime)
 {
     std::string garbage;
