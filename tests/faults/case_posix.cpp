@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -27,9 +28,12 @@ std::size_t openHandles()
     return entries("/proc/self/fd");
 }
 
-bool isRunning(long long process)
+bool isRunning(long long process, const std::filesystem::path& folder)
 {
-    return ::kill(static_cast<pid_t>(process), 0) == 0;
+    std::error_code error;
+    const std::filesystem::path program =
+        std::filesystem::read_symlink("/proc/" + std::to_string(process) + "/exe", error);
+    return !error && program.parent_path() == folder;
 }
 
 std::size_t threadCount()

@@ -2,12 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 
 // What this process holds open: descriptors or handles.
 std::size_t openHandles();
 
-// Whether a process runs.
-bool isRunning(long long process);
+// Whether the process runs a program of the folder. The system gives the numbers of ended processes to others.
+bool isRunning(long long process, const std::filesystem::path& folder);
 
 // How many threads this process has; 0 where it cannot be told.
 std::size_t threadCount();

@@ -51,15 +51,20 @@ std::size_t openHandles()
     return count;
 }
 
-bool isRunning(long long process)
+bool isRunning(long long process, const std::filesystem::path& folder)
 {
-    const HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(process));
+    const HANDLE handle =
+        OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(process));
     if (handle == nullptr) {
         return false;
     }
+    std::wstring program(32768, L'\0');
+    auto length = static_cast<DWORD>(program.size());
+    const bool known = QueryFullProcessImageNameW(handle, 0, program.data(), &length) != FALSE;
+    program.resize(known ? length : 0);
     const bool running = WaitForSingleObject(handle, 0) == WAIT_TIMEOUT;
     CloseHandle(handle);
-    return running;
+    return running && std::filesystem::path(program).parent_path() == folder;
 }
 
 std::size_t threadCount()

@@ -190,10 +190,10 @@ void Case::checkTemporaryDirectory(std::size_t imports, const std::string& what)
 }
 
 // Programs end by themselves; the system may need a moment to forget them.
-bool endsSoon(long long process)
+bool endsSoon(long long process, const std::filesystem::path& folder)
 {
     const auto limit = Clock::now() + std::chrono::seconds(5);
-    while (isRunning(process)) {
+    while (isRunning(process, folder)) {
         remainingChildren();
         if (Clock::now() > limit) {
             return false;
@@ -206,21 +206,21 @@ bool endsSoon(long long process)
 void Case::checkLeftOvers(const std::string& what)
 {
     const long long helper = stage_.helper();
+    const std::filesystem::path programs = stage_.programs();
     for (const long long process : stage_.processes()) {
-        // The system may have given a number anew.
-        if (process != helper && isRunning(process)) {
+        if (process != helper && isRunning(process, programs)) {
             complain(what + ": a program still runs");
         }
     }
     if (helper != 0) {
-        if (!isRunning(helper)) {
+        if (!isRunning(helper, programs)) {
             complain(what + ": the process that keeps the pipe open was ended");
         }
         if (lasted_ < std::chrono::seconds(5) || lasted_ > std::chrono::seconds(30)) {
             complain(what + ": a stream that is kept open must be given up after 5 s");
         }
         std::ofstream(stage_.released()) << "";
-        if (!endsSoon(helper)) {
+        if (!endsSoon(helper, programs)) {
             complain(what + ": the helper does not end");
         }
     }

@@ -16,6 +16,8 @@
 #include "host/exceptions.h"
 #include "host/text.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -155,14 +157,7 @@ public:
         }
         return sum;
     }
-    std::string text() const
-    {
-        std::string all;
-        for (const auto& [name, count] : counts_) {
-            all += (all.empty() ? "\"" : ", \"") + name + "\": " + std::to_string(count);
-        }
-        return "{" + all + "}";
-    }
+    nlohmann::json report() const { return {{"operations", total()}, {"wrong", wrong_}, {"outcomes", counts_}}; }
 
 private:
     std::mutex mutex_;
@@ -233,10 +228,12 @@ int soak(std::chrono::seconds time, int threads, const std::vector<Operation>& a
     constexpr std::size_t mebibyte = 1024 * 1024;
     const bool flat = after.handles <= before.handles && after.threads <= before.threads &&
                       after.memory <= before.memory + before.memory / 10 + 2 * mebibyte;
-    std::cout << "{\"operations\": " << tally.total() << ", \"wrong\": " << tally.wrong() << ", \"rounds\": " << rounds
-              << ", \"handles\": [" << before.handles << ", " << after.handles << "], \"threads\": [" << before.threads
-              << ", " << after.threads << "], \"memory in KiB\": [" << before.memory / 1024 << ", "
-              << after.memory / 1024 << "], \"outcomes\": " << tally.text() << "}" << std::endl;
+    nlohmann::json report = tally.report();
+    report["rounds"] = rounds;
+    report["handles"] = {before.handles, after.handles};
+    report["threads"] = {before.threads, after.threads};
+    report["memory in KiB"] = {before.memory / 1024, after.memory / 1024};
+    std::cout << report.dump() << std::endl;
     if (!flat) {
         std::cerr << "what the process holds has grown\n";
     }
@@ -270,7 +267,6 @@ int main(int argc, char** argv)
         return soak(time, threads, all, tally);
     }
     runThreads(threads, Clock::now() + time, all, tally);
-    std::cout << "{\"operations\": " << tally.total() << ", \"wrong\": " << tally.wrong()
-              << ", \"outcomes\": " << tally.text() << "}" << std::endl;
+    std::cout << tally.report().dump() << std::endl;
     return tally.wrong() == 0 ? 0 : 1;
 }

@@ -33,19 +33,20 @@ class World:
             "KORVANE_RELEASE": "r2026b",
             "KORVANE_ROOT": self.path(folder),
             "WSL_STAND_IN_STATE": str(folder / "registry"),
-            "TMPDIR": str(self.temporary),
             "TMP": self.path(self.temporary),
             "TEMP": self.path(self.temporary),
             "DOCKER_HOST": f"unix://{engine}/docker.sock" if engine else "unix:///nowhere",
             "TSAN_OPTIONS": "halt_on_error=1",
         })
         if self.wine:
+            # TMPDIR stays what it is: Wine finds its server by it.
             self.environment.update({
                 "WINEPATH": self.path(self.stand_ins), "WINEDLLPATH": str(self.stand_ins),
                 "WINE_BRIDGE_WSL": str(self.stand_ins / "linux" / "wsl"), "WINE_BRIDGE_DOCKER": "/usr/bin/docker",
             })
         else:
             self.environment["PATH"] = f"{self.stand_ins}:{self.environment['PATH']}"
+            self.environment["TMPDIR"] = str(self.temporary)
 
     def path(self, path):
         """As the programs of this build know it."""

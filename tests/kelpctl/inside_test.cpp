@@ -134,7 +134,7 @@ TEST(Exec, WslThatCannotListIsTold)
     Session session;
     session.programStatus = kelpctl::wslFailureStatus();
     session.answers[listing] = {-1, "Fehlercode: Wsl/Service/E_UNEXPECTED", {}};
-    session.run({"exec", "--", "ls"});
+    EXPECT_EQ(session.run({"exec", "--", "ls"}), kelpctl::wslFailureStatus());
     EXPECT_THAT(session.error, HasSubstr("evidence: /windows/wsl.exe --list -q\n"
                                          "    status: -1 (0xFFFFFFFF)\n"
                                          "    code: Wsl/Service/E_UNEXPECTED\n"));
