@@ -8,6 +8,7 @@
 #include <fstream>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -41,6 +42,24 @@ TEST(TemporaryNames, EveryNameIsNewAndNothingIsCreated)
     }
     EXPECT_EQ(names.size(), 1000U);
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(TemporaryNames, NoDigitOfANameCanBeForetold)
+{
+    constexpr std::size_t digits = 32;
+    // So many draws leave out one of 16 digits at one of 32 places once in 10^53 times.
+    constexpr int draws = 2000;
+    std::vector<std::set<char16_t>> seen(digits);
+    for (int round = 0; round < draws; ++round) {
+        const std::u16string name = path::tmpnam({}, {}, {});
+        ASSERT_GE(name.size(), digits);
+        for (std::size_t place = 0; place < digits; ++place) {
+            seen[place].insert(name[name.size() - digits + place]);
+        }
+    }
+    for (const std::set<char16_t>& each : seen) {
+        EXPECT_EQ(each.size(), 16U);
+    }
 }
 
 TEST(Files, WhatExistsExists)
