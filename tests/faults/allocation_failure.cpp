@@ -171,7 +171,7 @@ Try Tries::tryOnce(bool warm, long number, long expectedLive, int report) const
         good = describe("descriptors or processes left over");
     }
     if (!reached) {
-        return number == 0 && !good ? wrong : notReached;
+        return good ? notReached : wrong;
     }
     return good ? ending : wrong;
 }

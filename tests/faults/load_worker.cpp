@@ -226,7 +226,7 @@ int soak(std::chrono::seconds time, int threads, const std::vector<Operation>& a
         }
     }
     constexpr std::size_t mebibyte = 1024 * 1024;
-    const bool flat = after.handles <= before.handles && after.threads <= before.threads &&
+    const bool flat = rounds > 0 && after.handles <= before.handles && after.threads <= before.threads &&
                       after.memory <= before.memory + before.memory / 10 + 2 * mebibyte;
     nlohmann::json report = tally.report();
     report["rounds"] = rounds;

@@ -86,7 +86,7 @@ class World:
                 self.docker("image", "rm", "--force", image)
 
     def left_behind(self):
-        """The folders of imports that no distribution owns."""
+        """How many folders there are in the temporary directory, those that a distribution owns among them."""
         return sum(1 for entry in self.temporary.iterdir())
 
 
@@ -104,11 +104,13 @@ def docker_engine():
 @contextlib.contextmanager
 def world(build, backend, engine=None):
     folder = pathlib.Path(tempfile.mkdtemp(prefix="zqorb-load-"))
-    one = World(build, backend, folder, engine)
     try:
-        yield one
+        one = World(build, backend, folder, engine)
+        try:
+            yield one
+        finally:
+            one.clear()
     finally:
-        one.clear()
         shutil.rmtree(folder, ignore_errors=True)
 
 
