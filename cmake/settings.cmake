@@ -26,6 +26,15 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../lib")
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
+# Where what differs between the systems lies, and what Wine calls the root of the Linux machine.
+if(WIN32)
+    set(platform windows)
+    set(root "Z:")
+else()
+    set(platform posix)
+    set(root "")
+endif()
+
 find_package(Threads REQUIRED)
 find_package(Boost 1.81 REQUIRED COMPONENTS log filesystem)
 
@@ -50,6 +59,10 @@ endif()
 if(MINGW)
     add_link_options(-Wl,--no-insert-timestamp)
 endif()
+# The C library's checks need optimised code, and are not for what sanitizers check.
+if(NOT MSVC AND NOT ZQORB_SANITIZE)
+    string(APPEND CMAKE_CXX_FLAGS_RELEASE " -D_FORTIFY_SOURCE=2")
+endif()
 
 add_library(settings INTERFACE)
 if(WIN32)
@@ -66,17 +79,14 @@ endif()
 target_compile_options(settings INTERFACE
     $<$<NOT:$<CXX_COMPILER_ID:MSVC>>:-fvisibility=hidden -fvisibility-inlines-hidden -fstack-protector-strong>
     $<$<CXX_COMPILER_ID:MSVC>:/utf-8>)
-if(NOT ZQORB_SANITIZE)
-    target_compile_options(settings INTERFACE $<$<AND:$<CONFIG:Release>,$<NOT:$<CXX_COMPILER_ID:MSVC>>>:-D_FORTIFY_SOURCE=2>)
-endif()
 # Sanitized and debug programs check what the standard library assumes.
 target_compile_definitions(settings INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 
-# Keeps what the file does not name inside the library, as a DLL does. The debug information tells what the rest looks
-# like; packages do not have it.
-function(limit_exports target file)
+# Keeps what the file does not name inside the library, as a DLL does. `code` is the target that compiles it. The debug
+# information tells what the rest looks like; packages do not have it.
+function(limit_exports target code file)
     if(NOT WIN32)
-        target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-g>)
+        target_compile_options(${code} PRIVATE $<$<CONFIG:Release>:-g>)
         # The linker's own identifier of a library depends on the debug information, and that on the compiler cache.
         target_link_options(${target} PRIVATE -Wl,--build-id=none)
         target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/${file})
