@@ -34,7 +34,8 @@ install(FILES ${PROJECT_BINARY_DIR}/package/zqorb_lvm-config.cmake
 
 # What a reader of the package wants.
 install(FILES packaging/README.md CHANGELOG.md DESTINATION .)
-install(DIRECTORY docs examples DESTINATION .)
+install(DIRECTORY docs/use/ DESTINATION docs)
+install(DIRECTORY examples DESTINATION .)
 install(DIRECTORY ${api_folder}/ DESTINATION docs/api OPTIONAL)
 include(cmake/licenses.cmake)
 
@@ -58,7 +59,7 @@ if(TARGET stand_ins)
         ${PROJECT_BINARY_DIR}/package/zqorb_lvm_testkit-config-version.cmake
         DESTINATION lib/cmake/zqorb_lvm_testkit ${testkit})
     install(DIRECTORY resources DESTINATION . ${testkit})
-    install(FILES docs/testkit.md DESTINATION . RENAME README.md ${testkit})
+    install(FILES docs/use/testkit.md DESTINATION . RENAME README.md ${testkit})
     install(FILES tests/stand_ins/README.md DESTINATION . RENAME stand_ins.md ${testkit})
     install(DIRECTORY examples/testkit DESTINATION examples ${testkit})
     # The programs hold parts of the C library and of Wine, which users must be able to replace.

@@ -1,3 +1,6 @@
+# Our own licence, at the root of each package.
+install(FILES LICENSE DESTINATION .)
+
 # The licences of what others wrote and we ship, from the packages that it comes from.
 function(install_license name file)
     if(EXISTS ${file})
@@ -23,6 +26,7 @@ endif()
 
 # The stand-ins hold the C and C++ libraries and, for Wine, parts of it.
 set(testkit COMPONENT testkit EXCLUDE_FROM_ALL)
+install(FILES LICENSE DESTINATION . ${testkit})
 install_license(glibc ${documents}/libc6/copyright ${testkit})
 install_license(gcc ${documents}/gcc-12-base/copyright ${testkit})
 install_license(GPL-3 ${license_texts}/GPL-3 ${testkit})

@@ -1,4 +1,4 @@
-// The doctor's findings for programs; docs/kelpctl.schema.json describes them.
+// The doctor's findings for programs; docs/use/kelpctl.schema.json describes them.
 #pragma once
 
 #include "verdict.h"

@@ -25,8 +25,8 @@ struct Outcome { // NOLINT(bugprone-exception-escape): the JSON library does not
 // For people: the lines to standard output, a failure to standard error.
 void writeText(Console& console, const std::string& command, const Outcome& outcome);
 
-// For programs: {"command", "ok", "result", "error"} on one line of standard output; docs/kelpctl.md describes it. Text that
-// is not UTF-8 is made so with U+FFFD.
+// For programs: {"command", "ok", "result", "error"} on one line of standard output; docs/use/kelpctl.md describes
+// it. Text that is not UTF-8 is made so with U+FFFD.
 void writeJson(Console& console, const std::string& command, const Outcome& outcome);
 
 // Holds back what is written to `from` while it lives, and writes it to `to` at the end.

@@ -1,4 +1,4 @@
-// What every command prints with --json, held to docs/kelpctl.schema.json.
+// What every command prints with --json, held to docs/use/kelpctl.schema.json.
 #include "docker_machine.h"
 #include "machine.h"
 
