@@ -1,8 +1,14 @@
 #include "doctor_json.h"
 
 #include "examinations.h"
+#include "golden.h"
+#include "output.h"
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
+#include <limits>
+#include <sstream>
 
 namespace {
 
@@ -64,6 +70,34 @@ TEST(DoctorJson, FindingSaysHowBadWhereWhatAndWhatToDo)
     EXPECT_EQ(finding["message"], "docker.exe does not answer.");
     EXPECT_FALSE(finding["next"].get<std::string>().empty());
     EXPECT_EQ(object(found)["docker"]["engine"]["reply"]["ending"], "timedOut");
+}
+
+void print(std::ostringstream& stream, const Examination& found)
+{
+    kelpctl::Console console{stream, stream, false, false, false, false, {}, {}};
+    kelpctl::writeJson(console, "doctor", {{}, object(found), {}});
+}
+
+// Other people's programs read it.
+TEST(DoctorJson, ComputersPrintTheStoredBytes)
+{
+    std::ostringstream printed;
+    print(printed, {});
+    print(printed, goodWsl());
+    print(printed, goodDocker());
+    Examination found = goodDocker();
+    found.docker.candidates[0].answer = failed({"C:\\Docker\\docker.exe"}, -1, "\xff");
+    found.docker.engineReply = timedOut({"docker.exe", "\"version\"", "\xc3"});
+    found.docker.searchFailure = "grüße\r\n";
+    found.adapter = {"172.17.0.1", "vEthernet (WSL)", {"Wi-Fi", ""}, {}};
+    found.archives[0].size = std::numeric_limits<std::uint64_t>::max();
+    found.temporary = {"C:\\Temp", true, false, std::nullopt};
+    print(printed, found);
+    found = goodWsl();
+    found.wsl.listing = failed({"wsl.exe", "-l", "-q"}, 255, std::string(5000, 'x'));
+    found.wsl.distributions = {{"other", "", 0, false}};
+    print(printed, found);
+    expectGolden(std::filesystem::path(GOLDEN_FOLDER) / "doctor.jsonl", printed.str());
 }
 
 } // namespace

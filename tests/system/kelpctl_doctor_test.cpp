@@ -87,9 +87,9 @@ public:
     void expectGolden(const std::string& state, const std::vector<std::string>& arguments = {}) const
     {
         const RunResult result = doctor(arguments);
-        ::expectGolden("doctor-" + state + ".txt", shown(result.standardOutput) + "\n--- standard error\n" +
-                                                       shown(result.standardError) + "\n--- status " +
-                                                       std::to_string(result.status) + "\n");
+        ::expectGolden(std::filesystem::path(GOLDEN_FOLDER) / ("doctor-" + state + ".txt"),
+                       shown(result.standardOutput) + "\n--- standard error\n" + shown(result.standardError) +
+                           "\n--- status " + std::to_string(result.status) + "\n");
     }
 
     InstallTree tree{release};
