@@ -16,7 +16,6 @@ set(license_texts /usr/share/common-licenses)
 # Compiled into the programs of both systems.
 install_license(Boost ${PROJECT_SOURCE_DIR}/packaging/Boost-1.0.txt)
 install_license(CLI11 ${documents}/libcli11-dev/copyright)
-install_license(nlohmann-json ${documents}/nlohmann-json3-dev/copyright)
 if(MINGW)
     # The runtime DLLs of the compiler, and its start-up code.
     install_license(gcc ${documents}/gcc-mingw-w64-x86-64-posix-runtime/copyright)

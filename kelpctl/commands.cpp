@@ -5,6 +5,7 @@
 #include "doctor.h"
 #include "errors.h"
 #include "gateways.h"
+#include "json.h"
 #include "probes.h"
 #include "removal.h"
 #include "work.h"
@@ -17,6 +18,8 @@
 
 namespace kelpctl {
 namespace {
+
+namespace json = boost::json;
 
 std::string kindOfImage()
 {
@@ -46,8 +49,8 @@ Outcome provisioned(const Context& context)
     }
     const std::string what = "The " + kindOfImage() + " " + name;
     Outcome outcome;
-    outcome.result = {{"kind", kindOfImage()}, {"name", name}, {"created", source.has_value()}};
-    outcome.result["source"] = source ? nlohmann::ordered_json(*source) : nlohmann::ordered_json(nullptr);
+    outcome.result = json::object{
+        {"kind", kindOfImage()}, {"name", name}, {"created", source.has_value()}, {"source", orNull(source)}};
     outcome.lines = {source ? what + " was created from " + *source + "."
                             : what + " exists already; nothing was created."};
     return outcome;
@@ -80,8 +83,9 @@ void addContainerThatRuns(const Context& context, Outcome& outcome)
 Outcome removed(const Context& context)
 {
     const std::string name = namesOf(context.request).image;
-    Outcome outcome{
-        {"The " + kindOfImage() + " " + name + " was removed."}, {{"kind", kindOfImage()}, {"name", name}}, {}};
+    Outcome outcome{{"The " + kindOfImage() + " " + name + " was removed."},
+                    json::object{{"kind", kindOfImage()}, {"name", name}},
+                    {}};
     addContainerThatRuns(context, outcome);
     return outcome;
 }
@@ -118,10 +122,10 @@ Outcome check(const Context& context)
 Outcome containerChanged(const Context& context, const char* change)
 {
     if (usesWsl()) {
-        return {{"WSL needs no container; nothing was done."}, {{"container", nullptr}}, {}};
+        return {{"WSL needs no container; nothing was done."}, json::object{{"container", nullptr}}, {}};
     }
     const std::string container = namesOf(context.request).container;
-    return {{"The container " + container + " was " + change + "."}, {{"container", container}}, {}};
+    return {{"The container " + container + " was " + change + "."}, json::object{{"container", container}}, {}};
 }
 
 Outcome start(const Context& context)
@@ -159,7 +163,7 @@ Outcome prefix(const Context& context)
         arguments = orb::lvm::getContainerArgumentsPrefix(container);
         line = orb::lvm::getContainerCommandPrefix(container);
     });
-    return context.request.vector ? Outcome{arguments, arguments, {}} : Outcome{{line}, line, {}};
+    return context.request.vector ? Outcome{arguments, arrayOf(arguments), {}} : Outcome{{line}, json::value(line), {}};
 }
 
 Outcome env(const Context& context)
@@ -168,7 +172,11 @@ Outcome env(const Context& context)
     std::map<std::string, std::string> environment = context.request.environment;
     orb::lvm::applySharedEnvironment(arguments, environment);
     Outcome outcome;
-    outcome.result = {{"arguments", arguments}, {"environment", environment}};
+    json::object variables;
+    for (const auto& [name, value] : environment) {
+        variables.emplace(name, value);
+    }
+    outcome.result = json::object{{"arguments", arrayOf(arguments)}, {"environment", std::move(variables)}};
     for (const std::string& argument : arguments) {
         outcome.lines.push_back("argument: " + argument);
     }
@@ -181,7 +189,7 @@ Outcome env(const Context& context)
 Outcome completion(const Context& context)
 {
     const std::string script = completionScript(context.request.shell);
-    return {{script}, {{"shell", context.request.shell}, {"script", script}}, {}};
+    return {{script}, json::object{{"shell", context.request.shell}, {"script", script}}, {}};
 }
 
 Outcome complete(const Context& context)
@@ -191,18 +199,18 @@ Outcome complete(const Context& context)
         words.emplace_back();
     }
     const std::vector<std::string> candidates = completions(words);
-    return {candidates, candidates, {}};
+    return {candidates, arrayOf(candidates), {}};
 }
 
 Outcome help(const Context& context)
 {
-    return {{context.request.helpText}, {{"text", context.request.helpText}}, {}};
+    return {{context.request.helpText}, json::object{{"text", context.request.helpText}}, {}};
 }
 
 Outcome version(const Context& /*context*/)
 {
     return {{std::string("kelpctl ") + libzqorb_lvm_version + " (" + libzqorb_lvm_build_date + ")"},
-            {{"version", libzqorb_lvm_version}, {"built", libzqorb_lvm_build_date}},
+            json::object{{"version", libzqorb_lvm_version}, {"built", libzqorb_lvm_build_date}},
             {}};
 }
 

@@ -1,23 +1,14 @@
 #include "doctor_json.h"
 
+#include "json.h"
+
 #include "host/text.h"
 
 namespace kelpctl {
 namespace {
 
 using foundation::core::text::readable;
-using nlohmann::ordered_json;
-
-ordered_json orNull(const std::string& text)
-{
-    return text.empty() ? ordered_json(nullptr) : ordered_json(text);
-}
-
-template <class Number>
-ordered_json orNull(const std::optional<Number>& number)
-{
-    return number ? ordered_json(*number) : ordered_json(nullptr);
-}
+namespace json = boost::json;
 
 const char* endingName(Ending ending)
 {
@@ -121,13 +112,13 @@ const char* verdictName(Verdict verdict)
     return "blocked";
 }
 
-ordered_json replyObject(const Reply& reply)
+json::object replyObject(const Reply& reply)
 {
     // A program may print any amount.
     constexpr std::size_t enough = 4096;
-    std::vector<std::string> arguments;
+    json::array arguments;
     for (const std::string& argument : reply.arguments) {
-        arguments.push_back(readable(argument));
+        arguments.emplace_back(readable(argument));
     }
     return {{"ending", endingName(reply.ending)},
             {"arguments", arguments},
@@ -136,57 +127,57 @@ ordered_json replyObject(const Reply& reply)
             {"error", reply.error.substr(0, enough)}};
 }
 
-ordered_json settingObject(const Setting& setting)
+json::object settingObject(const Setting& setting)
 {
     return {{"value", orNull(setting.value)}, {"source", sourceName(setting.source)}};
 }
 
-ordered_json candidateList(const std::vector<Candidate>& candidates)
+json::array candidateList(const std::vector<Candidate>& candidates)
 {
-    ordered_json list = ordered_json::array();
+    json::array list;
     for (const Candidate& candidate : candidates) {
-        list.push_back({{"path", candidate.path},
-                        {"taken", candidate.taken},
-                        {"reason", fateName(candidate.fate)},
-                        {"status", orNull(candidate.answer.status)}});
+        list.push_back(json::object{{"path", candidate.path},
+                                    {"taken", candidate.taken},
+                                    {"reason", fateName(candidate.fate)},
+                                    {"status", orNull(candidate.answer.status)}});
     }
     return list;
 }
 
 // Null while it is not known what there is.
 template <class Things, class ToObject>
-ordered_json listOf(bool known, const Things& things, const ToObject& toObject)
+json::value listOf(bool known, const Things& things, const ToObject& toObject)
 {
     if (!known) {
         return nullptr;
     }
-    ordered_json list = ordered_json::array();
+    json::array list;
     for (const auto& thing : things) {
         list.push_back(toObject(thing));
     }
     return list;
 }
 
-ordered_json distributionObject(const Distribution& distribution)
+json::object distributionObject(const Distribution& distribution)
 {
     return {{"name", distribution.name},
             {"state", orNull(distribution.state)},
-            {"version", distribution.version == 0 ? ordered_json(nullptr) : ordered_json(distribution.version)},
+            {"version", distribution.version == 0 ? nullptr : json::value(distribution.version)},
             {"default", distribution.isDefault}};
 }
 
-ordered_json imageObject(const DockerImage& image)
+json::object imageObject(const DockerImage& image)
 {
     return {{"repository", image.repository}, {"tag", image.tag}, {"id", image.id}, {"size", image.size}};
 }
 
-ordered_json containerObject(const DockerContainer& container)
+json::object containerObject(const DockerContainer& container)
 {
     return {
         {"name", container.name}, {"image", container.image}, {"state", container.state}, {"status", container.status}};
 }
 
-ordered_json wslObject(const WslExamination& wsl)
+json::object wslObject(const WslExamination& wsl)
 {
     return {{"executable", orNull(wsl.executable)},
             {"fallback", wsl.fallsBack()},
@@ -197,7 +188,7 @@ ordered_json wslObject(const WslExamination& wsl)
             {"distributions", listOf(wsl.listing.good(), wsl.distributions, distributionObject)}};
 }
 
-ordered_json dockerObject(const Examination& found)
+json::object dockerObject(const Examination& found)
 {
     const DockerExamination& docker = found.docker;
     return {{"client", orNull(docker.client)},
@@ -216,53 +207,52 @@ ordered_json dockerObject(const Examination& found)
             {"pullsFromRegistry", found.pullsFromRegistry}};
 }
 
-ordered_json adapterObject(const Adapter& adapter)
+json::object adapterObject(const Adapter& adapter)
 {
     return {{"address", orNull(adapter.address)},
             {"name", orNull(adapter.name)},
-            {"passedOver", adapter.passedOver},
+            {"passedOver", arrayOf(adapter.passedOver)},
             {"failure", orNull(adapter.failure)}};
 }
 
-ordered_json archivesObject(const Examination& found)
+json::object archivesObject(const Examination& found)
 {
-    ordered_json files = ordered_json::array();
+    json::array files;
     for (const Archive& archive : found.archives) {
-        files.push_back({{"name", archive.name},
-                         {"present", archive.present},
-                         {"size", archive.present ? ordered_json(archive.size) : ordered_json(nullptr)},
-                         {"kind", kindName(archive.kind)},
-                         {"taken", archive.taken}});
+        files.push_back(json::object{{"name", archive.name},
+                                     {"present", archive.present},
+                                     {"size", archive.present ? json::value(archive.size) : nullptr},
+                                     {"kind", kindName(archive.kind)},
+                                     {"taken", archive.taken}});
     }
     return {{"folder", orNull(found.archiveFolder)},
             {"failure", orNull(found.archiveFolderFailure)},
             {"files", std::move(files)}};
 }
 
-ordered_json findingList(const Judgement& judgement, const Names& names)
+json::array findingList(const Judgement& judgement, const Names& names)
 {
-    ordered_json list = ordered_json::array();
+    json::array list;
     for (const Finding& finding : judgement.findings) {
-        list.push_back({{"severity", severityName(finding.severity)},
-                        {"identifier", finding.key},
-                        {"about", placeName(finding.place)},
-                        {"subject", orNull(finding.subject)},
-                        {"message", findingText(finding, names)},
-                        {"next", findingNextStep(finding, names)}});
+        list.push_back(json::object{{"severity", severityName(finding.severity)},
+                                    {"identifier", finding.key},
+                                    {"about", placeName(finding.place)},
+                                    {"subject", orNull(finding.subject)},
+                                    {"message", findingText(finding, names)},
+                                    {"next", findingNextStep(finding, names)}});
     }
     return list;
 }
 
 } // namespace
 
-ordered_json doctorObject(const Examination& found, const Judgement& judgement, const Names& names)
+json::object doctorObject(const Examination& found, const Judgement& judgement, const Names& names)
 {
     return {{"verdict", verdictName(judgement.verdict)},
             {"backend",
              {{"name", found.usesWsl ? "wsl" : "docker"},
               {"source", sourceName(found.backend.source)},
-              {"value",
-               found.backend.source == Source::builtIn ? ordered_json(nullptr) : ordered_json(found.backend.value)}}},
+              {"value", found.backend.source == Source::builtIn ? nullptr : json::value(found.backend.value)}}},
             {"release", settingObject(found.release)},
             {"installationRoot", settingObject(found.root)},
             {"image", readable(found.image)},

@@ -3,10 +3,10 @@
 
 #include "verdict.h"
 
-#include <nlohmann/json.hpp>
+#include <boost/json/fwd.hpp>
 
 namespace kelpctl {
 
-nlohmann::ordered_json doctorObject(const Examination& found, const Judgement& judgement, const Names& names);
+boost::json::object doctorObject(const Examination& found, const Judgement& judgement, const Names& names);
 
 } // namespace kelpctl

@@ -1,9 +1,9 @@
 #include "examination.h"
 
+#include "json.h"
+
 #include "host/files.h"
 #include "host/text.h"
-
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <sstream>
@@ -12,7 +12,7 @@
 namespace kelpctl {
 namespace {
 
-using nlohmann::json;
+namespace json = boost::json;
 
 // Programs of the host product's own lie there.
 constexpr char hostFolder[] = "bin\\win64";
@@ -101,20 +101,20 @@ Reply lookUp(const Context& context, std::string& printed)
     return replyOf(context.journal.last().value_or(Run{arguments, std::nullopt, false}));
 }
 
-std::string textAt(const json& object, const char* name)
+std::string textAt(const json::object& object, const char* name)
 {
-    const auto found = object.find(name);
-    return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
+    const json::value* found = object.if_contains(name);
+    return found != nullptr && found->is_string() ? std::string(found->get_string()) : std::string();
 }
 
 // One object a line; a line that is none is left out.
-std::vector<json> objectsIn(const std::string& text)
+std::vector<json::object> objectsIn(const std::string& text)
 {
-    std::vector<json> objects;
+    std::vector<json::object> objects;
     for (const std::string& line : linesOf(text)) {
-        json object = json::parse(line, nullptr, false);
-        if (object.is_object()) {
-            objects.push_back(std::move(object));
+        json::value value = parsedJson(line);
+        if (value.is_object()) {
+            objects.push_back(std::move(value.get_object()));
         }
     }
     return objects;
@@ -123,7 +123,7 @@ std::vector<json> objectsIn(const std::string& text)
 void examineContents(const Context& context, DockerExamination& docker)
 {
     docker.imagesReply = question(context, {docker.client, "images", "--format", "{{json .}}"});
-    for (const json& image : objectsIn(docker.imagesReply.output)) {
+    for (const json::object& image : objectsIn(docker.imagesReply.output)) {
         docker.images.push_back(
             {textAt(image, "Repository"), textAt(image, "Tag"), textAt(image, "ID"), textAt(image, "Size")});
     }
@@ -131,7 +131,7 @@ void examineContents(const Context& context, DockerExamination& docker)
         return;
     }
     docker.containersReply = question(context, {docker.client, "ps", "--all", "--format", "{{json .}}"});
-    for (const json& container : objectsIn(docker.containersReply.output)) {
+    for (const json::object& container : objectsIn(docker.containersReply.output)) {
         docker.containers.push_back({textAt(container, "Names"), textAt(container, "Image"), textAt(container, "State"),
                                      textAt(container, "Status")});
     }

@@ -216,7 +216,7 @@ std::optional<Report> failureOf(const InsideRun& inside, const Context& context)
     return usesWsl() ? wslFailure(inside, context) : dockerFailure(inside, context);
 }
 
-nlohmann::ordered_json resultOf(const InsideRun& inside)
+boost::json::object resultOf(const InsideRun& inside)
 {
     using foundation::core::text::readable;
     return {{"status", inside.status()},

@@ -1,5 +1,6 @@
 #include "output.h"
 
+#include "json.h"
 #include "text.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 namespace kelpctl {
 namespace {
 
-using nlohmann::ordered_json;
+namespace json = boost::json;
 
 constexpr char strong[] = "\x1b[1m";
 constexpr char alarming[] = "\x1b[1;31m";
@@ -97,44 +98,38 @@ void writeReport(Console& console, const std::string& command, const Report& rep
     console.error << std::flush;
 }
 
-ordered_json causeObject(const std::optional<Cause>& cause)
+json::value causeObject(const std::optional<Cause>& cause)
 {
     if (!cause) {
         return nullptr;
     }
-    return {{"identifier", cause->identifier}, {"message", cause->text}};
+    return json::object{{"identifier", cause->identifier}, {"message", cause->text}};
 }
 
-template <class Value>
-ordered_json orNull(const std::optional<Value>& value)
-{
-    return value ? ordered_json(*value) : ordered_json(nullptr);
-}
-
-ordered_json evidenceObject(const std::optional<Evidence>& evidence)
+json::value evidenceObject(const std::optional<Evidence>& evidence)
 {
     if (!evidence) {
         return nullptr;
     }
-    return {{"arguments", evidence->arguments},
-            {"status", orNull(evidence->status)},
-            {"hexadecimal", evidence->status ? ordered_json(hexadecimal(*evidence->status)) : ordered_json(nullptr)},
-            {"output", orNull(evidence->output)},
-            {"error", orNull(evidence->error)},
-            {"code", evidence->code.empty() ? ordered_json(nullptr) : ordered_json(evidence->code)}};
+    return json::object{{"arguments", arrayOf(evidence->arguments)},
+                        {"status", orNull(evidence->status)},
+                        {"hexadecimal", evidence->status ? orNull(hexadecimal(*evidence->status)) : nullptr},
+                        {"output", orNull(evidence->output)},
+                        {"error", orNull(evidence->error)},
+                        {"code", orNull(evidence->code)}};
 }
 
-ordered_json errorObject(const std::optional<Report>& failure)
+json::value errorObject(const std::optional<Report>& failure)
 {
     if (!failure) {
         return nullptr;
     }
-    return {{"identifier", failure->identifier},
-            {"message", failure->text},
-            {"arguments", failure->arguments},
-            {"cause", causeObject(failure->cause)},
-            {"evidence", evidenceObject(failure->evidence)},
-            {"next", failure->nextStep}};
+    return json::object{{"identifier", failure->identifier},
+                        {"message", failure->text},
+                        {"arguments", arrayOf(failure->arguments)},
+                        {"cause", causeObject(failure->cause)},
+                        {"evidence", evidenceObject(failure->evidence)},
+                        {"next", failure->nextStep}};
 }
 
 } // namespace
@@ -152,11 +147,11 @@ void writeText(Console& console, const std::string& command, const Outcome& outc
 
 void writeJson(Console& console, const std::string& command, const Outcome& outcome)
 {
-    const ordered_json object = {{"command", command},
+    const json::object object = {{"command", command},
                                  {"ok", !outcome.failure.has_value()},
                                  {"result", outcome.result},
                                  {"error", errorObject(outcome.failure)}};
-    console.out << object.dump(-1, ' ', false, ordered_json::error_handler_t::replace) << '\n' << std::flush;
+    console.out << jsonLine(object) << '\n' << std::flush;
 }
 
 StreamDetour::~StreamDetour()

@@ -4,7 +4,7 @@
 #include "console.h"
 #include "errors.h"
 
-#include <nlohmann/json.hpp>
+#include <boost/json/value.hpp>
 
 #include <optional>
 #include <ostream>
@@ -16,9 +16,9 @@
 namespace kelpctl {
 
 // What a command has to say: the same for people and for programs.
-struct Outcome { // NOLINT(bugprone-exception-escape): the JSON library does not say that moving is safe
+struct Outcome {
     std::vector<std::string> lines;
-    nlohmann::ordered_json result;
+    boost::json::value result;
     std::optional<Report> failure;
 };
 

@@ -1,10 +1,9 @@
 #include "probes.h"
 
+#include "json.h"
 #include "text.h"
 
 #include "host/text.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cctype>
@@ -15,7 +14,7 @@ namespace kelpctl {
 namespace {
 
 using foundation::core::text::readable;
-using nlohmann::json;
+namespace json = boost::json;
 
 // A program may print any amount; no answer is that long.
 std::string_view beginning(std::string_view captured)
@@ -30,10 +29,17 @@ const std::map<std::string, std::string>& plainTexts()
     return variables;
 }
 
-std::string textAt(const json& object, const char* part, const char* name)
+// What stands there under the name, null for nothing.
+const json::value* memberOf(const json::value* value, const char* name)
 {
-    const auto found = object.is_object() ? object.find(part) : object.end();
-    return found != object.end() && found->is_object() ? found->value(name, std::string()) : std::string();
+    const json::object* object = value != nullptr ? value->if_object() : nullptr;
+    return object != nullptr ? object->if_contains(name) : nullptr;
+}
+
+std::string textAt(const json::value& value, const char* part, const char* name)
+{
+    const json::value* found = memberOf(memberOf(&value, part), name);
+    return found != nullptr && found->is_string() ? std::string(found->get_string()) : std::string();
 }
 
 std::vector<std::string> wordsOf(const std::string& line)
@@ -90,7 +96,7 @@ DockerEngine askEngine(Console& console, const std::string& client)
 {
     DockerEngine engine;
     engine.answer = ask(console, {client, "version", "--format", "{{json .}}"});
-    const json versions = json::parse(engine.answer.output, nullptr, false);
+    const json::value versions = parsedJson(engine.answer.output);
     engine.clientVersion = textAt(versions, "Client", "Version");
     engine.version = textAt(versions, "Server", "Version");
     engine.system = textAt(versions, "Server", "Os");

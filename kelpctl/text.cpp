@@ -58,6 +58,55 @@ std::size_t secretLength(std::string_view text, std::size_t position, const std:
     return length;
 }
 
+// The bytes behind the first one of a UTF-8 sequence: how many there are, and the limits of the first of them, which
+// keep out overlong sequences, surrogates and values above U+10FFFF. All others are 0x80 to 0xBF.
+struct Tail {
+    std::size_t length;
+    unsigned char lowest = 0x80;
+    unsigned char highest = 0xBF;
+};
+
+Tail tailBehind(unsigned char first)
+{
+    switch (first) {
+    case 0xE0:
+        return {2, 0xA0, 0xBF};
+    case 0xED:
+        return {2, 0x80, 0x9F};
+    case 0xF0:
+        return {3, 0x90, 0xBF};
+    case 0xF4:
+        return {3, 0x80, 0x8F};
+    default:
+        break;
+    }
+    if (first < 0xC2 || first > 0xF4) {
+        return {0};
+    }
+    return {first < 0xE0 ? std::size_t{1} : first < 0xF0 ? std::size_t{2} : std::size_t{3}};
+}
+
+struct Sequence {
+    std::size_t length;
+    bool whole;
+};
+
+// The sequence at the front of a text that is not empty, as far as it goes.
+Sequence firstSequence(std::string_view text)
+{
+    if (byteOf(text[0]) < 0x80) {
+        return {1, true};
+    }
+    Tail tail = tailBehind(byteOf(text[0]));
+    std::size_t length = 1;
+    while (length <= tail.length && length < text.size() && byteOf(text[length]) >= tail.lowest &&
+           byteOf(text[length]) <= tail.highest) {
+        tail = {tail.length};
+        ++length;
+    }
+    return {length, tail.length > 0 && length == tail.length + 1};
+}
+
 } // namespace
 
 std::string escaped(std::string_view text)
@@ -106,6 +155,19 @@ std::string redacted(std::string_view text, const std::vector<std::string>& secr
             result += redaction;
             position += length;
         }
+    }
+    return result;
+}
+
+std::string wellFormed(std::string_view text)
+{
+    constexpr char replacement[] = "\xEF\xBF\xBD";
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const Sequence sequence = firstSequence(text);
+        result += sequence.whole ? text.substr(0, sequence.length) : replacement;
+        text.remove_prefix(sequence.length);
     }
     return result;
 }

@@ -17,4 +17,8 @@ std::vector<std::string> displayLines(std::string_view text);
 // `text` with each occurrence of each secret replaced by "***". Empty secrets are ignored.
 std::string redacted(std::string_view text, const std::vector<std::string>& secrets);
 
+// UTF-8 as it is. For anything else U+FFFD: one for the longest beginning of a sequence that could have become
+// well-formed, one for each byte that begins none.
+std::string wellFormed(std::string_view text);
+
 } // namespace kelpctl

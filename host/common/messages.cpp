@@ -4,12 +4,13 @@
 #include "host/install.h"
 #include "host/text.h"
 
-#include <nlohmann/json.hpp>
+#include <boost/json/parse.hpp>
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -110,15 +111,28 @@ std::filesystem::path translationFile(const std::string& catalogue, const std::s
     return std::filesystem::path(path::get_install_path().text) / "resources" / (name + "." + language + ".json");
 }
 
+// Windows programs like to put it in front of UTF-8.
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+boost::json::value parsed(std::string_view text)
+{
+    if (text.starts_with(byteOrderMark)) {
+        text.remove_prefix(byteOrderMark.size());
+    }
+    boost::system::error_code error;
+    boost::json::value value = boost::json::parse(text, error);
+    return error ? nullptr : value;
+}
+
 // Identifiers to texts, or anything else when there is no such file, or it is broken.
-nlohmann::json translation(const std::string& catalogue, const std::string& language)
+boost::json::value translation(const std::string& catalogue, const std::string& language)
 {
     if (!isLanguageCode(language)) {
         return nullptr;
     }
     try {
         std::ifstream file(translationFile(catalogue, language), std::ios::binary);
-        return nlohmann::json::parse(file, nullptr, false);
+        return parsed(std::string(std::istreambuf_iterator<char>(file), {}));
     } catch (const std::system_error&) {
         // The installation root is no text, so there is no file.
         return nullptr;
@@ -127,15 +141,13 @@ nlohmann::json translation(const std::string& catalogue, const std::string& lang
 
 std::optional<std::string> translatedText(const Message& message, const std::string& english)
 {
-    const nlohmann::json texts = translation(message.catalogue, config::configuration().language);
-    if (!texts.is_object()) {
+    const boost::json::value texts = translation(message.catalogue, config::configuration().language);
+    const boost::json::object* object = texts.if_object();
+    const boost::json::value* entry = object != nullptr ? object->if_contains(message.identifier) : nullptr;
+    if (entry == nullptr || !entry->is_string()) {
         return std::nullopt;
     }
-    const auto entry = texts.find(message.identifier);
-    if (entry == texts.end() || !entry->is_string()) {
-        return std::nullopt;
-    }
-    std::string text = entry->get<std::string>();
+    std::string text(entry->get_string());
     return hasPlaceholdersOf(english, text) ? std::optional(text) : std::nullopt;
 }
 

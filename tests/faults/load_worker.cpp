@@ -16,7 +16,8 @@
 #include "host/exceptions.h"
 #include "host/text.h"
 
-#include <nlohmann/json.hpp>
+#include <boost/json/serialize.hpp>
+#include <boost/json/value.hpp>
 
 #include <algorithm>
 #include <atomic>
@@ -157,7 +158,14 @@ public:
         }
         return sum;
     }
-    nlohmann::json report() const { return {{"operations", total()}, {"wrong", wrong_}, {"outcomes", counts_}}; }
+    boost::json::object report() const
+    {
+        boost::json::object outcomes;
+        for (const auto& [name, count] : counts_) {
+            outcomes.emplace(name, count);
+        }
+        return {{"operations", total()}, {"wrong", wrong_}, {"outcomes", outcomes}};
+    }
 
 private:
     std::mutex mutex_;
@@ -228,12 +236,12 @@ int soak(std::chrono::seconds time, int threads, const std::vector<Operation>& a
     constexpr std::size_t mebibyte = 1024 * 1024;
     const bool flat = rounds > 0 && after.handles <= before.handles && after.threads <= before.threads &&
                       after.memory <= before.memory + before.memory / 10 + 2 * mebibyte;
-    nlohmann::json report = tally.report();
+    boost::json::object report = tally.report();
     report["rounds"] = rounds;
     report["handles"] = {before.handles, after.handles};
     report["threads"] = {before.threads, after.threads};
     report["memory in KiB"] = {before.memory / 1024, after.memory / 1024};
-    std::cout << report.dump() << std::endl;
+    std::cout << boost::json::serialize(report) << std::endl;
     if (!flat) {
         std::cerr << "what the process holds has grown\n";
     }
@@ -267,6 +275,6 @@ int main(int argc, char** argv)
         return soak(time, threads, all, tally);
     }
     runThreads(threads, Clock::now() + time, all, tally);
-    std::cout << tally.report().dump() << std::endl;
+    std::cout << boost::json::serialize(tally.report()) << std::endl;
     return tally.wrong() == 0 ? 0 : 1;
 }

@@ -112,6 +112,35 @@ TEST(Messages, ABrokenOrMissingTranslationFallsBackToEnglish)
     EXPECT_EQ(message::localisedText(message), message::englishText(message));
 }
 
+TEST(Messages, ATranslationMayBeginWithAByteOrderMark)
+{
+    const Message message{catalogue, "IMAGE_NOT_EXIST", {std::string("hub")}};
+    const Translation translation("\xEF\xBB\xBF{\"IMAGE_NOT_EXIST\": \"{1} !\"}");
+    EXPECT_EQ(message::localisedText(message), "hub !");
+    for (const char* broken : {"\xEF\xBB\xBF", "\xEF\xBB{\"IMAGE_NOT_EXIST\": \"{1} !\"}",
+                               "\xEF\xBB\xBF\xEF\xBB\xBF{\"IMAGE_NOT_EXIST\": \"{1} !\"}"}) {
+        const Translation other(broken);
+        EXPECT_EQ(message::localisedText(message), message::englishText(message)) << broken;
+    }
+}
+
+TEST(Messages, OfTwoTextsTheLastCounts)
+{
+    const Translation translation(R"({"IMAGE_NOT_EXIST": "{1} first", "IMAGE_NOT_EXIST": "{1} last"})");
+    EXPECT_EQ(message::localisedText({catalogue, "IMAGE_NOT_EXIST", {std::string("hub")}}), "hub last");
+}
+
+TEST(Messages, ATranslationOfManyLevelsIsRefusedWithoutACrash)
+{
+    const Message message{catalogue, "IMAGE_NOT_EXIST", {std::string("hub")}};
+    const std::string open(1'000'000, '[');
+    const std::string close(1'000'000, ']');
+    for (const std::string& deep : {open, open + close, "{\"x\": " + open + close + "}"}) {
+        const Translation translation(deep);
+        EXPECT_EQ(message::localisedText(message), message::englishText(message));
+    }
+}
+
 TEST(Messages, ALanguageIsACodeAndNeverAPath)
 {
     const Translation translation(R"({"IMAGE_NOT_EXIST": "{1} !"})");

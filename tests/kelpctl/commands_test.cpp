@@ -4,13 +4,14 @@
 #include "host/configuration.h"
 #include "host/install.h"
 
+#include <boost/json/parse.hpp>
 #include <gmock/gmock.h>
 
 #include <iostream>
 
 namespace {
 
-using nlohmann::json;
+namespace json = boost::json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -30,7 +31,7 @@ TEST(Commands, ProvisioningThatFindsTheEnvironmentSaysSo)
         EXPECT_EQ(session.run({command}), 0);
         EXPECT_EQ(session.out, "The distribution kelp_hub_R1 exists already; nothing was created.\n");
         session.run({command, "--docker", "--json"});
-        EXPECT_EQ(session.json()["result"],
+        EXPECT_EQ(session.json().at("result"),
                   json::parse(R"({"kind": "image", "name": "kelp_hub_R1", "created": false, "source": null})"));
     }
 }
@@ -58,8 +59,8 @@ TEST_P(Provisioning, SaysWhatTheEnvironmentWasMadeFrom)
     EXPECT_EQ(session.run({"provision", "--name", "hub"}), 0);
     EXPECT_EQ(session.out, std::string("The distribution hub was created from ") + GetParam().source + ".\n");
     session.run({"provision", "--json"});
-    EXPECT_EQ(session.json()["result"]["created"], true);
-    EXPECT_EQ(session.json()["result"]["source"], GetParam().source);
+    EXPECT_EQ(session.json().at("result").at("created"), true);
+    EXPECT_EQ(session.json().at("result").at("source"), GetParam().source);
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, Provisioning,
@@ -77,7 +78,7 @@ TEST(Commands, SourceThatFailedIsNone)
     };
     Session session;
     session.run({"--docker", "setup", "--json"});
-    EXPECT_EQ(session.json()["result"]["source"], "a.tar");
+    EXPECT_EQ(session.json().at("result").at("source"), "a.tar");
 }
 
 TEST(Commands, HelpIsACommandToo)
@@ -88,7 +89,7 @@ TEST(Commands, HelpIsACommandToo)
     EXPECT_EQ(session.run({"help", "exec"}), 0);
     EXPECT_THAT(session.out, HasSubstr("Usage: kelpctl exec [OPTIONS] -- PROGRAM [ARG...]\n"));
     EXPECT_EQ(session.run({"help", "--json", "exec"}), 0);
-    EXPECT_THAT(session.json()["result"]["text"].get<std::string>(), HasSubstr("kelpctl exec"));
+    EXPECT_THAT(session.json().at("result").at("text").as_string(), HasSubstr("kelpctl exec"));
     EXPECT_EQ(session.run({"help", "nonsense"}), 2);
 }
 
@@ -152,8 +153,8 @@ TEST(Commands, CheckThatFailsPrintsTheNumberAndTheNextStep)
     EXPECT_THAT(session.error, HasSubstr("error: WSL_NOT_USABLE\n"));
     EXPECT_THAT(session.error, HasSubstr("next step: "));
     EXPECT_EQ(session.run({"check", "--json"}), 1);
-    EXPECT_EQ(session.json()["result"], -3);
-    EXPECT_EQ(session.json()["ok"], false);
+    EXPECT_EQ(session.json().at("result"), -3);
+    EXPECT_EQ(session.json().at("ok"), false);
 }
 
 TEST(Commands, ProvisionPassesEverythingOn)
@@ -176,7 +177,7 @@ TEST(Commands, StandardOutputIsKeptForResults)
     EXPECT_EQ(status, 0);
     EXPECT_EQ(standardOutput.str(), "");
     EXPECT_EQ(session.error, "ERROR in the pull\n");
-    EXPECT_EQ(session.json()["ok"], true);
+    EXPECT_EQ(session.json().at("ok"), true);
 }
 
 TEST(Commands, ContainerPairPassesNamesOn)
@@ -197,11 +198,11 @@ TEST(Commands, ContainerPairSaysWhatItDid)
     session.run({"--docker", "stop", "--container", "c"});
     EXPECT_EQ(session.out, "The container c was removed.\n");
     session.run({"--docker", "start", "--json"});
-    EXPECT_EQ(session.json()["result"]["container"], "kelp_hub");
+    EXPECT_EQ(session.json().at("result").at("container"), "kelp_hub");
     session.run({"--wsl", "start"});
     EXPECT_EQ(session.out, "WSL needs no container; nothing was done.\n");
     session.run({"--wsl", "stop", "--json"});
-    EXPECT_TRUE(session.json()["result"]["container"].is_null());
+    EXPECT_TRUE(session.json().at("result").at("container").is_null());
 }
 
 TEST(Commands, ContainerThatDoesNotStartIsAFailure)
@@ -228,7 +229,7 @@ TEST(Commands, PrefixPrintsTheLine)
     EXPECT_EQ(session.run({"prefix"}), 0);
     EXPECT_EQ(session.out, "/windows/wsl.exe -d kelp_hub --exec \n");
     session.run({"prefix", "--docker", "--container", "c", "--json"});
-    EXPECT_EQ(session.json()["result"], "/usr/bin/docker exec c");
+    EXPECT_EQ(session.json().at("result"), "/usr/bin/docker exec c");
 }
 
 TEST(Commands, PrefixPrintsTheVector)
@@ -237,7 +238,7 @@ TEST(Commands, PrefixPrintsTheVector)
     EXPECT_EQ(session.run({"prefix", "--vector"}), 0);
     EXPECT_EQ(session.out, "/windows/wsl.exe\n-d\nkelp_hub\n--exec\n");
     session.run({"prefix", "--docker", "--vector", "--json"});
-    EXPECT_EQ(session.json()["result"], json::array({"/usr/bin/docker", "exec", "kelp_hub"}));
+    EXPECT_EQ(session.json().at("result"), (json::array{"/usr/bin/docker", "exec", "kelp_hub"}));
 }
 
 TEST(Commands, EnvPrintsArgumentsAndEnvironment)
@@ -247,7 +248,7 @@ TEST(Commands, EnvPrintsArgumentsAndEnvironment)
     EXPECT_EQ(session.out, "argument: x\nargument: \nenvironment: A=1\nenvironment: LD_LIBRARY_PATH=/runtime\n"
                            "environment: WSLENV=A:LD_LIBRARY_PATH\n");
     session.run({"env", "--docker", "-e", "A=1", "--json", "--", "x", "y"});
-    EXPECT_EQ(session.json()["result"],
+    EXPECT_EQ(session.json().at("result"),
               json::parse(R"({"arguments": ["x", "-e", "A=1", "-e", "LD_LIBRARY_PATH=/runtime", "y"],
                               "environment": {"A": "1", "LD_LIBRARY_PATH": "/runtime"}})"));
 }
@@ -258,7 +259,7 @@ TEST(Commands, VersionIsTheLibrarys)
     EXPECT_EQ(session.run({"--version"}), 0);
     EXPECT_EQ(session.out, "kelpctl 1.2.3.4 (Nov 21 2026)\n");
     session.run({"--version", "--json"});
-    EXPECT_EQ(session.json()["result"]["version"], "1.2.3.4");
+    EXPECT_EQ(session.json().at("result").at("version"), "1.2.3.4");
 }
 
 TEST(Commands, FlagsBecomeTheHostsConfiguration)

@@ -4,6 +4,7 @@
 #include "platform.h"
 #include "session.h"
 
+#include <boost/json/parse.hpp>
 #include <gmock/gmock.h>
 
 namespace {
@@ -159,10 +160,10 @@ TEST(Exec, FailureOfWslItselfIsAnObjectForPrograms)
     session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {
         kelpctl::wslFailureStatus(), "Wsl/Service/WSL_E_DISTRO_NOT_FOUND", {}};
     EXPECT_EQ(session.run({"exec", "--json", "--", "ls"}), kelpctl::wslFailureStatus());
-    EXPECT_EQ(session.json()["error"]["identifier"], "WSL_FAILED");
-    EXPECT_EQ(session.json()["error"]["cause"]["identifier"], "DISTRIBUTION_MISSING");
-    EXPECT_EQ(session.json()["error"]["evidence"]["code"], "Wsl/Service/WSL_E_DISTRO_NOT_FOUND");
-    EXPECT_EQ(session.json()["ok"], false);
+    EXPECT_EQ(session.json().at("error").at("identifier"), "WSL_FAILED");
+    EXPECT_EQ(session.json().at("error").at("cause").at("identifier"), "DISTRIBUTION_MISSING");
+    EXPECT_EQ(session.json().at("error").at("evidence").at("code"), "Wsl/Service/WSL_E_DISTRO_NOT_FOUND");
+    EXPECT_EQ(session.json().at("ok"), false);
     EXPECT_EQ(session.error, "");
 }
 
@@ -186,7 +187,7 @@ TEST(Exec, ObjectForProgramsHasTheCauseOfTheScreen)
     session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {
         kelpctl::wslFailureStatus(), "Wsl/Service/WSL_E_DISTRO_NOT_FOUND", {}};
     session.run({"exec", "--json", "--", "ls"});
-    EXPECT_EQ(session.json()["error"]["cause"]["identifier"], "DISTRIBUTION_MISSING");
+    EXPECT_EQ(session.json().at("error").at("cause").at("identifier"), "DISTRIBUTION_MISSING");
 }
 
 TEST(Exec, ProgramIsPartOfTheObjectForPrograms)
@@ -194,8 +195,8 @@ TEST(Exec, ProgramIsPartOfTheObjectForPrograms)
     Session session;
     session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {3, "out\n", "err\n"};
     EXPECT_EQ(session.run({"exec", "--json", "--", "ls"}), 3);
-    EXPECT_EQ(session.json()["ok"], true);
-    EXPECT_EQ(session.json()["result"], nlohmann::json::parse(R"({"status": 3, "output": "out\n", "error": "err\n"})"));
+    EXPECT_EQ(session.json().at("ok"), true);
+    EXPECT_EQ(session.json().at("result"), boost::json::parse(R"({"status": 3, "output": "out\n", "error": "err\n"})"));
     EXPECT_THAT(session.startedArguments, IsEmpty());
 }
 

@@ -7,13 +7,14 @@
 #include "orb/lvm.h"
 #include "run.h"
 
+#include <boost/json/parse.hpp>
 #include <gmock/gmock.h>
 
 #include <sstream>
 
 namespace {
 
-using nlohmann::json;
+namespace json = boost::json;
 using testing::HasSubstr;
 
 void throwMissingArchive()
@@ -40,16 +41,16 @@ TEST(Output, FailureIsAnObjectForPrograms)
     Session session;
     EXPECT_EQ(session.run({"setup", "--json"}), 1);
     EXPECT_EQ(session.error, "");
-    const json object = session.json();
-    EXPECT_EQ(object["command"], "setup");
-    EXPECT_EQ(object["ok"], false);
-    EXPECT_TRUE(object["result"].is_null());
-    EXPECT_EQ(object["error"]["identifier"], "TAR_FILE_NOT_AVAILABLE");
-    EXPECT_EQ(object["error"]["message"], "The archive hub.tar does not exist.");
-    EXPECT_EQ(object["error"]["arguments"], json::array({"hub.tar"}));
-    EXPECT_TRUE(object["error"]["cause"].is_null());
-    EXPECT_TRUE(object["error"]["evidence"].is_null());
-    EXPECT_FALSE(object["error"]["next"].get<std::string>().empty());
+    const json::value object = session.json();
+    EXPECT_EQ(object.at("command"), "setup");
+    EXPECT_EQ(object.at("ok"), false);
+    EXPECT_TRUE(object.at("result").is_null());
+    EXPECT_EQ(object.at("error").at("identifier"), "TAR_FILE_NOT_AVAILABLE");
+    EXPECT_EQ(object.at("error").at("message"), "The archive hub.tar does not exist.");
+    EXPECT_EQ(object.at("error").at("arguments"), json::array{"hub.tar"});
+    EXPECT_TRUE(object.at("error").at("cause").is_null());
+    EXPECT_TRUE(object.at("error").at("evidence").is_null());
+    EXPECT_FALSE(object.at("error").at("next").as_string().empty());
 }
 
 TEST(Output, SuccessIsAnObjectForPrograms)
@@ -77,9 +78,9 @@ TEST(Output, WrongUsageIsAnObjectForPrograms)
     Session session;
     EXPECT_EQ(session.run({"--json", "nonsense"}), 2);
     EXPECT_EQ(session.error, "");
-    EXPECT_EQ(session.json()["command"], "");
-    EXPECT_EQ(session.json()["ok"], false);
-    EXPECT_EQ(session.json()["error"]["identifier"], "USAGE");
+    EXPECT_EQ(session.json().at("command"), "");
+    EXPECT_EQ(session.json().at("ok"), false);
+    EXPECT_EQ(session.json().at("error").at("identifier"), "USAGE");
 }
 
 TEST(Output, HelpGoesToStandardOutput)
@@ -137,7 +138,7 @@ TEST(Output, ProgramThatWasNotStartedHasNoStatus)
     kelpctl::writeText(console, "", {{}, nullptr, report});
     EXPECT_THAT(error.str(), HasSubstr("evidence: tool\n    status: not started\nnext step: "));
     kelpctl::writeJson(console, "", {{}, nullptr, report});
-    EXPECT_EQ(json::parse(out.str())["error"]["evidence"],
+    EXPECT_EQ(json::parse(out.str()).at("error").at("evidence"),
               json::parse(R"({"arguments": ["tool"], "status": null, "hexadecimal": null, "output": null,
                               "error": null, "code": null})"));
 }
@@ -157,7 +158,7 @@ TEST(Output, TextThatIsNotUtf8StillMakesAnObject)
 {
     Session session;
     EXPECT_EQ(session.run({"env", "--json", "--", "\xFF"}), 0);
-    EXPECT_EQ(session.json()["result"]["arguments"], json::array({"\xEF\xBF\xBD"}));
+    EXPECT_EQ(session.json().at("result").at("arguments"), json::array{"\xEF\xBF\xBD"});
 }
 
 TEST(Output, ResultThatCannotBeWrittenIsAFailure)

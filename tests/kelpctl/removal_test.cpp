@@ -1,6 +1,7 @@
 #include "fake_lvm.h"
 #include "session.h"
 
+#include <boost/json/parse.hpp>
 #include <gmock/gmock.h>
 
 namespace {
@@ -45,7 +46,7 @@ TEST(Removal, SuccessIsTold)
         EXPECT_EQ(session.run({command}), 0);
         EXPECT_EQ(session.out, "The distribution kelp_hub_R1 was removed.\n");
         session.run({command, "--json", "--docker"});
-        EXPECT_EQ(session.json()["result"], nlohmann::json::parse(R"({"kind": "image", "name": "kelp_hub_R1"})"));
+        EXPECT_EQ(session.json().at("result"), boost::json::parse(R"({"kind": "image", "name": "kelp_hub_R1"})"));
     }
 }
 
@@ -71,8 +72,8 @@ TEST(Removal, FailureWithoutAWordIsAFailure)
     fakeLvm().duringClear = [] { ranProgram({"wsl.exe", "--unregister", "x"}, {-1, {}, {}}); };
     Session session;
     EXPECT_EQ(session.run({"remove", "--json"}), 1);
-    EXPECT_EQ(session.json()["error"]["identifier"], "REMOVAL_FAILED");
-    EXPECT_EQ(session.json()["error"]["evidence"]["output"], "");
+    EXPECT_EQ(session.json().at("error").at("identifier"), "REMOVAL_FAILED");
+    EXPECT_EQ(session.json().at("error").at("evidence").at("output"), "");
 }
 
 TEST(Removal, FailureOfOneRunIsNotThatOfTheNext)

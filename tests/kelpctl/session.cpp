@@ -2,6 +2,8 @@
 
 #include "run.h"
 
+#include <boost/json/parse.hpp>
+
 #include <sstream>
 
 namespace {
@@ -36,4 +38,9 @@ int Session::run(const std::vector<std::string>& arguments)
     out = outStream.str();
     error = errorStream.str();
     return status;
+}
+
+boost::json::value Session::json() const
+{
+    return boost::json::parse(out);
 }

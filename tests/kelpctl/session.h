@@ -5,7 +5,7 @@
 
 #include "host/process.h"
 
-#include <nlohmann/json.hpp>
+#include <boost/json/fwd.hpp>
 
 #include <cstdint>
 #include <map>
@@ -34,7 +34,7 @@ public:
     std::vector<std::string> asked;
 
     // The object that the last run printed.
-    nlohmann::json json() const { return nlohmann::json::parse(out); }
+    boost::json::value json() const;
 
 private:
     EnvironmentVariable useWsl_{"USE_WSL"};

@@ -7,14 +7,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
+#include <boost/json/parse.hpp>
 
 #include <filesystem>
 #include <string>
 
 namespace {
 
-using nlohmann::json;
+namespace json = boost::json;
 using orb::process::detail::RunResult;
 using testing::HasSubstr;
 
@@ -22,7 +22,7 @@ class DoctorOnPosix : public testing::Test {
 protected:
     DoctorOnPosix() { std::filesystem::copy_file(SCRIPTED_PROGRAM, good); }
 
-    json docker(const std::string& lines) const
+    json::value docker(const std::string& lines) const
     {
         programs.add("where", lines);
         const RunResult result = orb::process::detail::run({KELPCTL_PROGRAM, "--docker", "doctor", "--json"});
@@ -40,27 +40,27 @@ protected:
 TEST_F(DoctorOnPosix, PassesOverALinkAsTheLibraryDoes)
 {
     std::filesystem::create_symlink(good, link);
-    const json section = docker(link + "\r\n" + good + "\r\n");
-    EXPECT_EQ(section["client"], orb::lvm::getContainerExecutablePath());
-    EXPECT_EQ(section["candidates"][0]["reason"], "link");
+    const json::value section = docker(link + "\r\n" + good + "\r\n");
+    EXPECT_EQ(section.at("client").as_string(), orb::lvm::getContainerExecutablePath());
+    EXPECT_EQ(section.at("candidates").at(0).at("reason"), "link");
 }
 
 TEST_F(DoctorOnPosix, SaysThatALoopOfLinksEndsTheSearch)
 {
     std::filesystem::create_symlink(link, link);
-    const json section = docker(link + "\r\n" + good + "\r\n");
+    const json::value section = docker(link + "\r\n" + good + "\r\n");
     EXPECT_THROW(orb::lvm::getContainerExecutablePath(), std::filesystem::filesystem_error);
-    EXPECT_EQ(section["client"], nullptr);
-    EXPECT_EQ(section["candidates"][0]["reason"], "notReadable");
-    EXPECT_EQ(section["candidates"][1]["reason"], "notLookedAt");
-    EXPECT_THAT(section["searchFailure"].get<std::string>(), HasSubstr(link));
+    EXPECT_EQ(section.at("client"), nullptr);
+    EXPECT_EQ(section.at("candidates").at(0).at("reason"), "notReadable");
+    EXPECT_EQ(section.at("candidates").at(1).at("reason"), "notLookedAt");
+    EXPECT_THAT(section.at("searchFailure").as_string(), HasSubstr(link));
 }
 
 TEST_F(DoctorOnPosix, SaysThatAPathThatIsNoTextEndsTheSearch)
 {
-    const json section = docker("C:\\\xff\\docker.exe\r\n" + good + "\r\n");
+    const json::value section = docker("C:\\\xff\\docker.exe\r\n" + good + "\r\n");
     EXPECT_THROW(orb::lvm::getContainerExecutablePath(), std::system_error);
-    EXPECT_EQ(section["candidates"][0]["reason"], "notReadable");
+    EXPECT_EQ(section.at("candidates").at(0).at("reason"), "notReadable");
 }
 
 TEST_F(DoctorOnPosix, WorksWithoutAnyFolderThatItLooksFor)

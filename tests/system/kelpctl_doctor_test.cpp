@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
+#include <boost/json/parse.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -25,7 +25,7 @@
 
 namespace {
 
-using nlohmann::json;
+namespace json = boost::json;
 using orb::process::detail::RunResult;
 using testing::HasSubstr;
 using testing::Not;
@@ -78,7 +78,7 @@ public:
                                                      {"LC_ALL", "C"}});
     }
 
-    json doctorObject(std::vector<std::string> arguments = {}) const
+    json::value doctorObject(std::vector<std::string> arguments = {}) const
     {
         arguments.emplace_back("--json");
         return json::parse(doctor(std::move(arguments)).standardOutput).at("result");
@@ -87,9 +87,9 @@ public:
     void expectGolden(const std::string& state, const std::vector<std::string>& arguments = {}) const
     {
         const RunResult result = doctor(arguments);
-        ::expectGolden("doctor-" + state + ".txt", shown(result.standardOutput) + "\n--- standard error\n" +
-                                                       shown(result.standardError) + "\n--- status " +
-                                                       std::to_string(result.status) + "\n");
+        ::expectGolden(std::filesystem::path(GOLDEN_FOLDER) / ("doctor-" + state + ".txt"),
+                       shown(result.standardOutput) + "\n--- standard error\n" + shown(result.standardError) +
+                           "\n--- status " + std::to_string(result.status) + "\n");
     }
 
     InstallTree tree{release};
@@ -260,11 +260,11 @@ TEST_F(Doctor, AsksAWslThatHangsNothingElse)
     const Wsl wsl;
     const EnvironmentVariable mode("WSL_STAND_IN_MODE", "hang@list");
     const Computer computer({"where", "wsl"});
-    json result;
+    json::value result;
     const auto time = timeOf([&] { result = computer.doctorObject({"--time-limit", "1"}); });
-    EXPECT_EQ(result["wsl"]["listing"]["ending"], "timedOut");
-    EXPECT_EQ(result["wsl"]["distributions"], nullptr);
-    EXPECT_EQ(result["findings"][0]["identifier"], "TOOL_HANGS");
+    EXPECT_EQ(result.at("wsl").at("listing").at("ending"), "timedOut");
+    EXPECT_EQ(result.at("wsl").at("distributions"), nullptr);
+    EXPECT_EQ(result.at("findings").at(0).at("identifier"), "TOOL_HANGS");
     EXPECT_LT(time, std::chrono::seconds(1) + ownTime);
 }
 
@@ -279,11 +279,11 @@ TEST_F(Doctor, AsksAClientThatHangsNothingElse)
     if (!windows) {
         std::filesystem::copy_file(standInFolder() / "wsl.exe", computer.programs.folder() / "docker.exe");
     }
-    json result;
+    json::value result;
     const auto time = timeOf([&] { result = computer.doctorObject({"--docker", "--time-limit", "1"}); });
-    EXPECT_EQ(result["docker"]["engine"]["reply"]["ending"], "timedOut");
-    EXPECT_EQ(result["docker"]["images"], nullptr);
-    EXPECT_EQ(result["findings"][0]["identifier"], "TOOL_HANGS");
+    EXPECT_EQ(result.at("docker").at("engine").at("reply").at("ending"), "timedOut");
+    EXPECT_EQ(result.at("docker").at("images"), nullptr);
+    EXPECT_EQ(result.at("findings").at(0).at("identifier"), "TOOL_HANGS");
     EXPECT_LT(time, std::chrono::seconds(1) + ownTime);
 }
 
@@ -353,9 +353,9 @@ TEST_F(DoctorOnDocker, SeesAStoppedContainer)
 {
     load();
     EXPECT_EQ(docker.run({"create", "--name=kelp_hub", name}).status, 0);
-    const json result = computer.doctorObject();
-    EXPECT_EQ(result["verdict"], "exists");
-    EXPECT_EQ(result["findings"][0]["identifier"], "CONTAINER_NOT_RUNNING");
+    const json::value result = computer.doctorObject();
+    EXPECT_EQ(result.at("verdict"), "exists");
+    EXPECT_EQ(result.at("findings").at(0).at("identifier"), "CONTAINER_NOT_RUNNING");
 }
 
 TEST_F(DoctorOnDocker, SaysBeforeSetupDoesWhatWouldKeepItFromWorking)
@@ -390,27 +390,28 @@ protected:
     }
 
     // What the doctor says about the search, after its choice has been compared with the library's.
-    json docker(const std::string& lines) const
+    json::value docker(const std::string& lines) const
     {
         programs.add("where", lines);
         return compared("--docker", "docker", "client", "0");
     }
 
-    json compared(const char* flag, const char* part, const char* key, const char* useWsl) const
+    json::value compared(const char* flag, const char* part, const char* key, const char* useWsl) const
     {
         const RunResult result = orb::process::detail::run({KELPCTL_PROGRAM, flag, "doctor", "--json"});
-        json section = json::parse(result.standardOutput).at("result").at(part);
+        json::value section = json::parse(result.standardOutput).at("result").at(part);
         const EnvironmentVariable backend("USE_WSL", useWsl);
         const std::string chosen = orb::lvm::getContainerExecutablePath();
-        EXPECT_EQ(section[key], chosen.empty() ? json() : json(chosen));
+        EXPECT_EQ(section.at(key), chosen.empty() ? json::value() : json::value(chosen));
         return section;
     }
 
-    static std::vector<std::string> reasons(const json& section)
+    static std::vector<std::string> reasons(const json::value& section)
     {
         std::vector<std::string> all;
-        for (const json& candidate : section["candidates"]) {
-            all.push_back((candidate["taken"] ? "+" : "") + candidate["reason"].get<std::string>());
+        for (const json::value& candidate : section.at("candidates").as_array()) {
+            const std::string reason(candidate.at("reason").as_string());
+            all.push_back((candidate.at("taken").as_bool() ? "+" : "") + reason);
         }
         return all;
     }
@@ -441,9 +442,9 @@ TEST_F(DoctorsChoice, OfTheOnlyCandidateWhateverItIs)
 
 TEST_F(DoctorsChoice, OfSeveralThatAreNoFilesIsNoPath)
 {
-    const json section = docker(folder() + "\r\n" + missing() + "\r\n");
+    const json::value section = docker(folder() + "\r\n" + missing() + "\r\n");
     EXPECT_THAT(reasons(section), testing::ElementsAre("notAFile", "missing"));
-    EXPECT_EQ(section["clientExists"], false);
+    EXPECT_EQ(section.at("clientExists"), false);
 }
 
 TEST_F(DoctorsChoice, WithoutAnyCandidateIsNone)
@@ -457,15 +458,15 @@ TEST_F(DoctorsChoice, OfTheFirstWslThatAnswers)
     programs.add("wsl.exe", "WSL version: 2.4.13.0\r\n");
     const std::string good = utf8(programs.path("wsl.exe"));
     programs.add("where", missing() + "\r\n" + folder() + "\r\n" + good + "\r\n" + good + "\r\n");
-    const json section = compared("--wsl", "wsl", "executable", "1");
+    const json::value section = compared("--wsl", "wsl", "executable", "1");
     EXPECT_THAT(reasons(section), testing::ElementsAre(testing::_, testing::_, "+answers", "notLookedAt"));
-    EXPECT_EQ(section["version"], "2.4.13.0");
+    EXPECT_EQ(section.at("version"), "2.4.13.0");
 }
 
 TEST_F(DoctorsChoice, OfNoWslIsThePlaceWhereWindowsKeepsIt)
 {
-    const json section = compared("--wsl", "wsl", "executable", "1");
-    EXPECT_EQ(section["fallback"], true);
+    const json::value section = compared("--wsl", "wsl", "executable", "1");
+    EXPECT_EQ(section.at("fallback"), true);
     EXPECT_THAT(reasons(section), testing::IsEmpty());
 }
 

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
+#include <boost/json/parse.hpp>
 
 #include <filesystem>
 #include <fstream>
@@ -164,7 +164,7 @@ TEST_F(KelpctlOnWsl, SetupSaysWhatItDid)
     EXPECT_THAT(kelpctl({"setup"}).standardOutput, HasSubstr("The distribution kelp_hub_R2026b was created from "));
     EXPECT_EQ(withoutCarriageReturns(kelpctl({"setup"}).standardOutput),
               "The distribution kelp_hub_R2026b exists already; nothing was created.\n");
-    const auto again = nlohmann::json::parse(kelpctl({"--json", "setup"}).standardOutput);
+    const auto again = boost::json::parse(kelpctl({"--json", "setup"}).standardOutput);
     EXPECT_EQ(again.at("result").at("created"), false);
 }
 
@@ -186,17 +186,17 @@ TEST_F(KelpctlOnWsl, ExecAsAnObjectHoldsTheProgramsOutput)
     ASSERT_EQ(kelpctl({"setup"}).status, 0);
     const RunResult result = kelpctl({"--json", "exec", "--", "sh", "-c", "echo out; echo err >&2; exit 5"});
     EXPECT_EQ(result.status, 5);
-    const auto object = nlohmann::json::parse(result.standardOutput);
+    const auto object = boost::json::parse(result.standardOutput);
     EXPECT_EQ(object.at("ok"), true);
-    EXPECT_EQ(object.at("result"), nlohmann::json::parse(R"({"status": 5, "output": "out\n", "error": "err\n"})"));
+    EXPECT_EQ(object.at("result"), boost::json::parse(R"({"status": 5, "output": "out\n", "error": "err\n"})"));
 }
 
 TEST_F(KelpctlOnWsl, JsonIsOneObjectAlsoForErrors)
 {
-    const auto good = nlohmann::json::parse(kelpctl({"--json", "check"}).standardOutput);
+    const auto good = boost::json::parse(kelpctl({"--json", "check"}).standardOutput);
     EXPECT_EQ(good.at("ok"), true);
     EXPECT_EQ(good.at("result"), 0);
-    const auto bad = nlohmann::json::parse(kelpctl({"--json", "setup", "missing.tar.gz"}).standardOutput);
+    const auto bad = boost::json::parse(kelpctl({"--json", "setup", "missing.tar.gz"}).standardOutput);
     EXPECT_EQ(bad.at("ok"), false);
     EXPECT_EQ(bad.at("error").at("identifier"), "WSL_CANNOT_IMPORT_TAR_FILE");
 }
