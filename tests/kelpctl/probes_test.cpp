@@ -83,9 +83,9 @@ TEST(Probes, EngineThatSpeaksOtherwiseHasNoVersion)
 {
     Desk desk;
     const std::string deep(1'000'000, '[');
-    for (const std::string& text : std::vector<std::string>{
-             "", "podman version 4", "[1]", R"({"Client": 3, "Server": [])", R"({"Server": {"Version": 3}})",
-             "{\"Server\": {\"Version\": \"\xff\"}}", "{\"Server\": " + deep}) {
+    for (const std::string& text :
+         std::vector<std::string>{"", "podman version 4", "[1]", R"({"Client": 3, "Server": [])",
+                                  R"({"Server": {"Version": 3}})", "{\"Server\": " + deep}) {
         desk.answers[engineQuestion] = {0, text, {}};
         const kelpctl::DockerEngine engine = askEngine(desk.console, "docker");
         EXPECT_TRUE(engine.reachable);
