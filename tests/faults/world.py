@@ -72,8 +72,9 @@ class World:
 
     def provisioned(self):
         """How often the environment is there."""
-        names = self.wsl("--list", "-q") if self.backend == "wsl" else self.docker("images", "--format", "{{.Repository}}")
-        return names.count(DISTRIBUTION)
+        if self.backend == "wsl":
+            return self.wsl("--list", "-q").count(DISTRIBUTION)
+        return self.docker("images", "--format", "{{.Repository}}").count(DISTRIBUTION)
 
     def clear(self):
         if self.backend == "wsl":

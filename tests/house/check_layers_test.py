@@ -1,0 +1,168 @@
+"""scripts/check-layers: this tree keeps the rules, and what breaks one is found, with nothing beside it."""
+
+import importlib.machinery
+import importlib.util
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).parents[2]
+SCRIPT = ROOT / "scripts" / "check-layers"
+sys.dont_write_bytecode = True
+loader = importlib.machinery.SourceFileLoader("check_layers", str(SCRIPT))
+checker = importlib.util.module_from_spec(importlib.util.spec_from_loader(loader.name, loader))
+loader.exec_module(checker)
+
+# One that keeps the rules.
+TREE = {
+    "host/include/host/export.h": "#pragma once\n\n#if defined(_WIN32)\n#define API x\n#else\n#define API\n#endif\n",
+    "host/include/host/files.h": "#include <string>\n",
+    "host/common/files.cpp": '#include "host/files.h"\n',
+    "host/common/pages.h": "",
+    "host/posix/pages.cpp": '#include "pages.h"\n#include <sys/mman.h>\n',
+    "host/windows/pages.cpp": '#include "pages.h"\n#include <windows.h>\n',
+    "lvm/include/orb/lvm.h": '#include "host/files.h"\n',
+    "lvm/wsl.h": "",
+    "lvm/wsl.cpp": '#include "wsl.h"\n#include "orb/lvm.h"\n#include "build_date.h"\n',
+    "kelpctl/platform.h": "",
+    "kelpctl/posix/platform.cpp": '#include "platform.h"\n#include <unistd.h>\n',
+    "kelpctl/run.cpp": '#include "platform.h"\n#include "orb/lvm.h"\n',
+    "tests/unit/wsl_test.cpp": '#include "wsl.h"\n\n#include <gtest/gtest.h>\n',
+    "tests/host/machine_posix.cpp": "#include <unistd.h>\n",
+}
+
+
+def complaints(changes, circles=()):
+    tree = {**TREE, **changes}
+    rows = [[row for row in table if any(checker.row_of(file, table) is row for file in tree)]
+            for table in (checker.PRODUCT, checker.WORKSHOP)]
+    return checker.complaints(tree, *rows, circles)
+
+
+class Layers(unittest.TestCase):
+    def finds(self, file, text, *expected):
+        """Each is the beginning of a complaint; in front of it stands the place."""
+        found = complaints({file: text})
+        self.assertEqual(len(found), len(expected), found)
+        for complaint, beginning in zip(found, expected):
+            self.assertTrue(complaint.startswith(f"{file}:{beginning}"), complaint)
+
+    def test_this_tree_keeps_the_rules(self):
+        done = subprocess.run([SCRIPT], capture_output=True, text=True)
+        self.assertEqual((done.stdout + done.stderr, done.returncode), ("", 0))
+
+    def test_a_tree_that_keeps_the_rules_is_accepted(self):
+        self.assertEqual(complaints({}), [])
+
+    def test_a_tree_that_breaks_one_fails(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for file, text in {**TREE, "lvm/frame.cpp": "#include <unistd.h>\n"}.items():
+                (pathlib.Path(folder) / file).parent.mkdir(parents=True, exist_ok=True)
+                (pathlib.Path(folder) / file).write_text(text)
+            done = subprocess.run([SCRIPT, folder], capture_output=True, text=True)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("lvm/frame.cpp:1: may not include unistd.h", done.stdout)
+
+    def test_a_header_of_a_system_outside_its_folder_is_found(self):
+        for file in ("lvm/frame.cpp", "host/common/array.cpp", "host/include/host/array.h", "kelpctl/log.cpp",
+                     "host/common/diagnostics.cpp", "kelpctl/command_line.cpp", "tests/unit/frame_test.cpp",
+                     "benchmarks/service.cpp"):
+            for header in ("unistd.h", "sys/stat.h", "windows.h", "never/heard/of.h"):
+                self.finds(file, f"#include <{header}>\n", f"1: may not include {header} ")
+
+    def test_a_header_of_the_other_system_is_found(self):
+        for folder in ("host/", "kelpctl/", "benchmarks/"):
+            self.finds(folder + "posix/a.cpp", "#include <windows.h>\n", "1: may not include windows.h ")
+            self.finds(folder + "windows/a.cpp", "#include <unistd.h>\n", "1: may not include unistd.h ")
+        self.finds("tests/host/a_posix_test.cpp", "#include <windows.h>\n", "1: may not include windows.h ")
+        self.finds("tests/host/a_windows_test.cpp", "#include <unistd.h>\n", "1: may not include unistd.h ")
+
+    def test_a_header_of_c_is_found_where_c_plus_plus_has_its_own(self):
+        self.finds("lvm/frame.cpp", "#include <string.h>\n", "1: may not include string.h ")
+
+    def test_an_include_of_a_floor_above_is_found(self):
+        self.finds("lvm/frame.cpp", '#include "platform.h"\n', "1: may not include kelpctl/platform.h ")
+        self.finds("host/common/a.cpp", '\n#include "orb/lvm.h"\n', "2: may not include lvm/include/orb/lvm.h ")
+        self.finds("host/posix/a.cpp", '#include "wsl.h"\n', "1: may not include lvm/wsl.h ")
+        self.finds("host/windows/a.cpp", '#  include "../../kelpctl/platform.h"\n', "1: may not include kelpctl/platf")
+
+    def test_an_include_of_anothers_inside_is_found(self):
+        self.finds("lvm/frame.cpp", '#include "pages.h"\n', "1: may not include host/common/pages.h ")
+        self.finds("lvm/include/orb/more.h", '#include "wsl.h"\n', "1: may not include lvm/wsl.h ")
+        self.finds("host/include/host/a.h", '#include "pages.h"\n', "1: may not include host/common/pages.h ")
+        self.finds("kelpctl/log.cpp", '#include "wsl.h"\n', "1: may not include lvm/wsl.h ")
+        self.finds("kelpctl/log.cpp", '#include "../host/common/pages.h"\n', "1: may not include host/common/pages.h ")
+        self.finds("examples/cpp/host.cpp", '#include "platform.h"\n', "1: may not include kelpctl/platform.h ")
+
+    def test_a_library_outside_its_one_source_is_found(self):
+        self.finds("host/common/diagnostics.cpp", "#include <boost/log/core.hpp>\n#include <boost/log/sinks/a.hpp>\n")
+        for file in ("host/common/array.cpp", "host/posix/a.cpp", "lvm/frame.cpp", "kelpctl/log.cpp"):
+            self.finds(file, "#include <boost/log/core.hpp>\n", "1: may not include boost/log/core.hpp ")
+        self.finds("kelpctl/command_line.cpp", "#include <CLI/CLI.hpp>\n")
+        self.finds("kelpctl/commands.cpp", "#include <CLI/CLI.hpp>\n", "1: may not include CLI/CLI.hpp ")
+        self.finds("lvm/frame.cpp", "#include <boost/exception/exception.hpp>\n", "1: may not include boost/exception/")
+
+    def test_an_include_that_cannot_be_read_is_found(self):
+        self.finds("lvm/frame.cpp", "#include HEADER\n", "1: may not include HEADER ")
+        self.finds("lvm/frame.cpp", '#include "nowhere.h"\n', "1: may not include nowhere.h ")
+        self.finds("lvm/frame.cpp", '#include "vector"\n', "1: may not include vector ")
+        self.finds("kelpctl/log.cpp", "#include <orb/lvm.h>\n", "1: may not include orb/lvm.h ")
+
+    def test_a_folder_without_a_rule_is_found(self):
+        for file in ("lvm/deeper/a.h", "host/solaris/a.cpp", "kelpctl/room/a.cpp", "benchmarks/other/a.h"):
+            self.finds(file, "", "1: no rule names it")
+
+    def test_a_rule_without_a_file_is_found(self):
+        row = checker.Row("lvm/posix/*", [], [], "")
+        self.assertEqual(checker.complaints(TREE, [row, *checker.PRODUCT], checker.WORKSHOP, {})[0],
+                         "scripts/check-layers: no file has the rule lvm/posix/*")
+
+    def test_code_that_the_preprocessor_chooses_is_found(self):
+        for condition in ("#if 1", "#ifdef _WIN32", "  # ifndef X"):
+            self.finds("lvm/frame.cpp", f"\n{condition}\n#endif\n", "2: only ")
+        self.finds("host/include/host/export.h", "#if 1\n#define API\nint x;\n#else\n// None.\n#endif\nint y;\n",
+                   "3: the preprocessor may choose macros only")
+
+    def test_tests_may_ask_the_preprocessor(self):
+        self.finds("tests/unit/frame_test.cpp", "#ifdef _WIN32\nint x;\n#endif\n")
+
+
+class Circles(unittest.TestCase):
+    def circle(self, files, *members):
+        self.assertEqual(complaints(files), [f"{members[0]}.h:1: a circle: {' '.join(members)}"])
+
+    def test_a_circle_of_headers_is_found(self):
+        self.circle({"lvm/a.h": '#include "b.h"\n', "lvm/b.h": '#include "a.h"\n'}, "lvm/a", "lvm/b")
+
+    def test_a_circle_through_sources_is_found(self):
+        self.circle({"kelpctl/a.h": "", "kelpctl/a.cpp": '#include "a.h"\n#include "b.h"\n',
+                     "kelpctl/b.h": '#include "c.h"\n', "kelpctl/c.h": "", "kelpctl/c.cpp": '#include "a.h"\n'},
+                    "kelpctl/a", "kelpctl/b", "kelpctl/c")
+
+    def test_a_circle_through_the_source_of_one_system_is_found(self):
+        for system in ("posix", "windows"):
+            self.circle({"kelpctl/a.h": '#include "platform.h"\n',
+                         f"kelpctl/{system}/platform.cpp": '#include "a.h"\n'}, "kelpctl/a", "kelpctl/platform")
+            self.circle({"host/common/a.h": '#include "pages.h"\n',
+                         f"host/{system}/pages.cpp": '#include "a.h"\n'}, "host/common/a", "host/common/pages")
+
+    def test_what_only_both_systems_together_would_make_a_circle_is_accepted(self):
+        self.assertEqual(complaints({"host/posix/a.h": '#include "b.h"\n', "host/posix/b.h": "",
+                                     "host/windows/b.h": '#include "a.h"\n', "host/windows/a.h": ""}), [])
+
+    def test_a_source_and_its_own_header_are_no_circle(self):
+        self.assertEqual(complaints({"lvm/a.h": "", "lvm/a.cpp": '#include "a.h"\n'}), [])
+
+    def test_a_circle_on_the_list_is_accepted_until_it_is_gone_or_another(self):
+        files = {"lvm/a.h": '#include "b.h"\n', "lvm/b.h": '#include "a.h"\n'}
+        self.assertEqual(complaints(files, {("lvm/a", "lvm/b"): ""}), [])
+        self.assertEqual(complaints({}, {("lvm/a", "lvm/b"): ""}),
+                         ["lvm/a.h:1: no such circle any more, take it off the list: lvm/a lvm/b"])
+        larger = {**files, "lvm/b.h": '#include "c.h"\n', "lvm/c.h": '#include "a.h"\n'}
+        self.assertEqual(len(complaints(larger, {("lvm/a", "lvm/b"): ""})), 2)
+
+
+if __name__ == "__main__":
+    unittest.main()
