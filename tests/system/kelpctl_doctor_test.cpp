@@ -3,6 +3,7 @@
 #include "golden.h"
 #include "machine.h"
 #include "programs.h"
+#include "scan.h"
 
 #include "orb/lvm.h"
 
@@ -18,7 +19,6 @@
 #include <iterator>
 #include <map>
 #include <optional>
-#include <regex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -60,6 +60,33 @@ std::map<std::string, std::string> contentOf(const std::filesystem::path& folder
         content[utf8(entry.path())] = text;
     }
     return content;
+}
+
+// What varies from one machine to the next.
+void clientVersion(Scan& scan)
+{
+    scan.literal("client version").atLeastOne(" ").mark().one(Scan::digits).anyBut("\n");
+}
+
+void engineVersion(Scan& scan)
+{
+    scan.literal("engine").atLeastOne(" ").literal("version ").mark().atLeastOneBut(" \n");
+}
+
+void fileSize(Scan& scan)
+{
+    scan.atLeastOne("0123456789.").literal(" ").one("KMGT").literal("iB (").atLeastOne(Scan::digits).literal(" bytes)");
+}
+
+void imageSize(Scan& scan)
+{
+    scan.literal("tag ").atLeastOneBut(",\n").literal(", ").mark();
+    scan.atLeastOne("0123456789.").atMostOne("kMG").literal("B");
+}
+
+void reasonOfASystem(Scan& scan)
+{
+    scan.literal("cannot start '").anyBut("'").literal("': ").mark().anyBut("\n");
 }
 
 // A computer with these programs and nothing else, an install tree of its own and an empty temporary folder.
@@ -106,16 +133,13 @@ private:
         for (const auto& [folder, token] : folders) {
             text = replaced(text, withForwardSlashes(utf8(folder)), token);
         }
-        const std::vector<std::pair<std::string, std::string>> patterns = {
-            {R"((client version +)[0-9][^\n]*)", "$1{VERSION}"},
-            {R"((engine +version )[^ \n]+)", "$1{VERSION}"},
-            {R"([0-9.]+ [KMGT]iB \([0-9]+ bytes\))", "{SIZE}"},
-            {R"((tag [^,\n]+, )[0-9.]+[kMG]?B)", "$1{SIZE}"},
-            {R"(status (255 \(0x000000FF\)|-1 \(0xFFFFFFFF\)))", "status {WSL FAILURE}"},
-            {R"((cannot start '[^']*': )[^\n]*)", "$1{REASON}"}};
-        for (const auto& [pattern, token] : patterns) {
-            text = std::regex_replace(text, std::regex(pattern), token);
-        }
+        text = replacedEach(text, clientVersion, "{VERSION}");
+        text = replacedEach(text, engineVersion, "{VERSION}");
+        text = replacedEach(text, fileSize, "{SIZE}");
+        text = replacedEach(text, imageSize, "{SIZE}");
+        text = replaced(text, "status 255 (0x000000FF)", "status {WSL FAILURE}");
+        text = replaced(text, "status -1 (0xFFFFFFFF)", "status {WSL FAILURE}");
+        text = replacedEach(text, reasonOfASystem, "{REASON}");
         return text;
     }
 
