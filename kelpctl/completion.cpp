@@ -1,6 +1,6 @@
 #include "completion.h"
 
-#include "command_line.h"
+#include "command_shapes.h"
 
 #include <algorithm>
 #include <iterator>
