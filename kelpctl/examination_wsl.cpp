@@ -33,7 +33,8 @@ std::vector<Run> runsOfTheLibrary(const Context& context)
     const std::size_t before = context.journal.runs().size();
     try {
         callCheck();
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the run that was not started is in the journal
+    } catch (const std::exception&) {
+        // The run that was not started is in the journal.
     }
     if (interrupted()) {
         throw Failure("INTERRUPTED");

@@ -79,7 +79,7 @@ void RunJournal::ended(const std::vector<std::string>& arguments, const RunResul
         const bool timedOut = current != current_.end() && current->second.timedOut;
         current_.erase(std::this_thread::get_id());
         runs_.push_back({arguments, result == nullptr ? std::nullopt : std::optional(*result), timedOut});
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): see above
+    } catch (const std::exception&) {
     }
 }
 

@@ -46,7 +46,7 @@ pid_t start(const BareProcess& process, const Ends& output, const Ends& error)
 
 void readBoth(int output, int error, Captured& captured)
 {
-    std::array<char, 65536> buffer; // NOLINT(cppcoreguidelines-pro-member-init): is read into
+    std::array<char, 65536> buffer; // is read into
     std::array<pollfd, 2> waits{{{output, POLLIN, 0}, {error, POLLIN, 0}}};
     std::array<std::string*, 2> texts{&captured.output, &captured.error};
     while (waits[0].fd >= 0 || waits[1].fd >= 0) {
@@ -86,7 +86,7 @@ Captured runFloor(const Arguments& arguments)
     std::vector<char*> pointers;
     pointers.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) {
-        pointers.push_back(const_cast<char*>(argument.c_str())); // NOLINT: the system takes it so and does not write
+        pointers.push_back(const_cast<char*>(argument.c_str())); // the system takes it so and does not write
     }
     pointers.push_back(nullptr);
     return runBare({pointers[0], pointers.data(), environ});

@@ -26,7 +26,7 @@ private:
 struct Reader {
     uv_pipe_t pipe{};
     std::string text;
-    std::array<char, 65536> buffer; // NOLINT(cppcoreguidelines-pro-member-init): is read into
+    std::array<char, 65536> buffer; // is read into
 };
 
 void provideBuffer(uv_handle_t* handle, std::size_t /*suggested*/, uv_buf_t* buffer)
@@ -74,7 +74,7 @@ Captured runLibuv(const Arguments& arguments)
     streams[2].data.stream = open(error, loop.get());
     std::vector<char*> pointers;
     for (const std::string& argument : arguments) {
-        pointers.push_back(const_cast<char*>(argument.c_str())); // NOLINT: libuv takes it so and does not write
+        pointers.push_back(const_cast<char*>(argument.c_str())); // libuv takes it so and does not write
     }
     pointers.push_back(nullptr);
     uv_process_options_t options{};

@@ -37,7 +37,7 @@ Pipe makePipe()
 
 void readAll(HANDLE pipe, std::string& text)
 {
-    std::array<char, 65536> buffer; // NOLINT(cppcoreguidelines-pro-member-init): is read into
+    std::array<char, 65536> buffer; // is read into
     DWORD size = 0;
     while (ReadFile(pipe, buffer.data(), static_cast<DWORD>(buffer.size()), &size, nullptr) != FALSE && size > 0) {
         text.append(buffer.data(), size);

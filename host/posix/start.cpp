@@ -87,7 +87,7 @@ void setSignals(Attributes& attributes, bool ownSession)
 // The system takes writable text that it does not write to.
 char* writable(const char* text)
 {
-    return const_cast<char*>(text); // NOLINT(cppcoreguidelines-pro-type-const-cast): see above
+    return const_cast<char*>(text);
 }
 
 std::vector<char*> argumentPointers(const std::vector<std::string>& arguments)

@@ -38,7 +38,7 @@ public:
                                       handles_.size() * sizeof(HANDLE), nullptr, nullptr) == FALSE) {
             const std::system_error failure = lastError("cannot prepare the start of a program");
             DeleteProcThreadAttributeList(list());
-            throw failure;
+            throw failure; // NOLINT(misc-throw-by-value-catch-by-reference): the list's end may change the error
         }
     }
     ~InheritedHandles() { DeleteProcThreadAttributeList(list()); }

@@ -2,7 +2,7 @@
 #include "fuzz.h"
 
 // For its inner functions: what is found is kept for the life of a process.
-#include "wsl.cpp" // NOLINT(bugprone-suspicious-include)
+#include "wsl.cpp" // NOLINT(bugprone-suspicious-include): it has them to itself
 
 #include "docker.h"
 

@@ -8,7 +8,7 @@ namespace {
 
 HANDLE asHandle(std::ptrdiff_t value)
 {
-    return reinterpret_cast<HANDLE>(value); // NOLINT(performance-no-int-to-ptr): a handle is a number
+    return reinterpret_cast<HANDLE>(value);
 }
 
 std::ptrdiff_t openInheritable(const wchar_t* path, DWORD access, DWORD disposition)

@@ -19,7 +19,7 @@ std::int64_t entriesOf(const char* folder)
 LoadedLibrary::LoadedLibrary(const std::string& path) : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL))
 {
     if (handle_ == nullptr) {
-        throw std::runtime_error(dlerror()); // NOLINT(concurrency-mt-unsafe): glibc keeps one text for each thread
+        throw std::runtime_error(dlerror()); // glibc keeps one text for each thread
     }
 }
 

@@ -5,8 +5,8 @@
 #include <ctime>
 
 // The two names are the linker's.
-extern "C" int __real_nanosleep(const timespec* duration, timespec* remaining); // NOLINT(bugprone-reserved-identifier)
-extern "C" int __wrap_nanosleep(const timespec* duration, timespec* remaining); // NOLINT(bugprone-reserved-identifier)
+extern "C" int __real_nanosleep(const timespec* duration, timespec* remaining);
+extern "C" int __wrap_nanosleep(const timespec* duration, timespec* remaining);
 
 int __wrap_nanosleep(const timespec* duration, timespec* remaining)
 {

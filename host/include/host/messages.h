@@ -16,7 +16,7 @@ namespace foundation::core::message {
 // An argument of a message: narrow text as the thrower had it, bytes unchanged.
 class Argument {
 public:
-    Argument(std::string text) : text_(std::move(text)) {} // NOLINT(google-explicit-constructor): text is an argument
+    Argument(std::string text) : text_(std::move(text)) {}
     const std::string& text() const noexcept { return text_; }
 
 private:
