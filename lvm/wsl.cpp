@@ -10,10 +10,14 @@
 #include "host/text.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <exception>
 #include <filesystem>
+#include <memory>
+#include <optional>
 #include <thread>
+#include <utility>
 
 namespace orb::lvm::detail {
 namespace {
@@ -69,23 +73,56 @@ bool answersVersion(const std::string& candidate)
     }
 }
 
-std::string findExecutable()
+std::optional<std::string> findExecutable()
 {
-    for (const std::string& candidate : findCandidates()) {
+    for (std::string& candidate : findCandidates()) {
         if (answersVersion(candidate)) {
-            return candidate;
+            return std::move(candidate);
         }
     }
-    logDetail("check_possible_executables: fallback to ", fallbackPath);
-    return fallbackPath;
+    return std::nullopt;
 }
+
+// A path that is known once someone has found it. Several threads may look for it at once; what the first of them finds
+// stays.
+class KeptPath {
+public:
+    KeptPath() = default;
+    ~KeptPath() { delete path_.load(std::memory_order_acquire); }
+    KeptPath(const KeptPath&) = delete;
+    KeptPath& operator=(const KeptPath&) = delete;
+
+    // Null while nothing is kept. What it points to never changes.
+    const std::string* get() const { return path_.load(std::memory_order_acquire); }
+
+    void keep(std::string found)
+    {
+        auto mine = std::make_unique<const std::string>(std::move(found));
+        const std::string* nothing = nullptr;
+        if (path_.compare_exchange_strong(nothing, mine.get(), std::memory_order_acq_rel)) {
+            mine.release();
+        }
+    }
+
+private:
+    std::atomic<const std::string*> path_{nullptr};
+};
 
 } // namespace
 
 std::string check_possible_executables()
 {
-    static const std::string path = findExecutable();
-    return path;
+    // The search runs programs, so no lock is held meanwhile: nobody waits for another's programs, and whoever observes
+    // the runs may call the library.
+    static KeptPath kept;
+    if (kept.get() == nullptr) {
+        const std::optional<std::string> found = findExecutable();
+        kept.keep(found.value_or(fallbackPath));
+        if (!found) {
+            logDetail("check_possible_executables: fallback to ", fallbackPath);
+        }
+    }
+    return *kept.get();
 }
 
 std::string orFallback(std::string path)

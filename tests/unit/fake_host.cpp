@@ -1,6 +1,7 @@
 #include "fake_host.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace fake {
 
@@ -49,6 +50,9 @@ void Host::record(std::string event)
 {
     const std::lock_guard lock(mutex);
     events_.push_back(std::move(event));
+    if (!failingEvent.empty() && events_.back().starts_with(failingEvent)) {
+        throw std::runtime_error("as the test wants");
+    }
 }
 
 Events Host::events()

@@ -65,6 +65,8 @@ public:
     std::function<bool(const std::filesystem::path&, std::error_code&)> isLink;
     bool acceptsRecords = true;
     bool sleepsReally = false;
+    // When not empty: a service throws a std::runtime_error when its event begins so, after the event is recorded.
+    std::string failingEvent;
 
     // What happened, beyond the events.
 
