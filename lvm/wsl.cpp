@@ -151,7 +151,7 @@ std::vector<std::string> getDistros(bool onlyRunning)
         arguments.emplace_back("--running");
     }
     if (additionalLoggingEnabled()) {
-        logDetail("getDistros: args = ", bracketed(arguments));
+        logDetail("getDistros: args = ", Bracketed{arguments});
     }
     RunResult listing = runCommand(arguments);
     logDetail("getDistros: status = ", listing.status);
@@ -167,7 +167,7 @@ std::vector<std::string> getDistros(bool onlyRunning)
     std::erase(listing.standardOutput, '\0');
     std::vector<std::string> distros = words(listing.standardOutput);
     if (additionalLoggingEnabled()) {
-        logDetail("getDistros: distros = ", bracketed(distros));
+        logDetail("getDistros: distros = ", Bracketed{distros});
     }
     return distros;
 }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace {
 
 using namespace orb::lvm::detail;
@@ -64,12 +66,19 @@ TEST(Text, ContainsComparesWholeNamesExactly)
     EXPECT_TRUE(contains({""}, ""));
 }
 
+std::string streamed(const List& list)
+{
+    std::ostringstream stream;
+    stream << Bracketed{list};
+    return stream.str();
+}
+
 TEST(Text, BracketsEncloseEachElement)
 {
-    EXPECT_EQ(bracketed({"C:\\wsl.exe", "--list", "-q"}), "[C:\\wsl.exe] [--list] [-q]");
-    EXPECT_EQ(bracketed({"one"}), "[one]");
-    EXPECT_EQ(bracketed({"", "a b", ""}), "[] [a b] []");
-    EXPECT_EQ(bracketed({}), "");
+    EXPECT_EQ(streamed({"C:\\wsl.exe", "--list", "-q"}), "[C:\\wsl.exe] [--list] [-q]");
+    EXPECT_EQ(streamed({"one"}), "[one]");
+    EXPECT_EQ(streamed({"", "a b", ""}), "[] [a b] []");
+    EXPECT_EQ(streamed({}), "");
 }
 
 } // namespace
