@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -245,7 +246,30 @@ std::string defaultTarFile()
     return localTarFilePath;
 }
 
-// A new folder for the distribution's files. One that cannot be made is left for wsl.exe to report.
+// False when the folder was there. The standard library's throwing form names another operation on some toolchains, so
+// the error is named here.
+bool createDirectories(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    const bool wasCreated = std::filesystem::create_directories(folder, error);
+    if (error) {
+        throw std::filesystem::filesystem_error("create_directories", folder, error);
+    }
+    return wasCreated;
+}
+
+// Nothing when the folder cannot be made: wsl.exe will report that.
+std::optional<bool> tryToCreate(const std::filesystem::path& folder)
+{
+    try {
+        return createDirectories(folder);
+    } catch (const std::exception& error) {
+        logError("importFromTarIfNecessary: localDistroLocationPath folder wasn't created: ", error.what());
+        return std::nullopt;
+    }
+}
+
+// The name of a new folder for the distribution's files, which is there unless it could not be made.
 std::string makeDistroFolder()
 {
     using namespace foundation::core;
@@ -258,11 +282,8 @@ std::string makeDistroFolder()
     if (!distroLocationExist) {
         logDetail("importFromTarIfNecessary: localDistroLocationPath = ", localDistroLocationPath,
                   " doesn't exist, will attempt to create");
-        try {
-            const bool wasCreated = std::filesystem::create_directories(folder);
-            logDetail("importFromTarIfNecessary: localDistroLocationPath wasCreated = ", wasCreated);
-        } catch (const std::exception& error) {
-            logError("importFromTarIfNecessary: localDistroLocationPath folder wasn't created: ", error.what());
+        if (const std::optional<bool> wasCreated = tryToCreate(folder)) {
+            logDetail("importFromTarIfNecessary: localDistroLocationPath wasCreated = ", *wasCreated);
         }
     }
     return localDistroLocationPath;

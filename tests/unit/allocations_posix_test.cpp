@@ -76,4 +76,24 @@ TEST_F(Allocations, ListsAreNotFormattedWhileTheChannelIsOff)
     EXPECT_EQ(blocks[1], blocks[0]);
 }
 
+// Whatever it is that keeps the folder from being made.
+TEST_F(Allocations, AnAllocationThatFailsWhileTheFolderIsMadeLeavesItToTheImport)
+{
+    const TestFolder folder;
+    const std::string location = folder.entry("new");
+    const std::string start = "importFromTarIfNecessary: localDistroLocationPath ";
+    host().temporaryName = wide(location);
+    expectWslLookup();
+    expectListing(false, {});
+    host().expectRun({wslPath, "--import", "mine", location, "archive", "--version", "2"});
+    host().afterEvent = [&](const std::string& event) {
+        refusesNext = event == wslDetail(start + "= " + location + " doesn't exist, will attempt to create");
+    };
+    wslImportFromTarIfNecessary("archive", "mine");
+    host().afterEvent = nullptr;
+    EXPECT_FALSE(std::filesystem::exists(location));
+    EXPECT_EQ(host().eventsLike("log orb:lvm:wsl 512"),
+              Events{wslError(start + "folder wasn't created: " + std::bad_alloc().what())});
+}
+
 } // namespace

@@ -50,9 +50,18 @@ void Host::record(std::string event)
 {
     const std::lock_guard lock(mutex);
     events_.push_back(std::move(event));
-    if (!failingEvent.empty() && events_.back().starts_with(failingEvent)) {
-        throw std::runtime_error("as the test wants");
+    if (afterEvent) {
+        afterEvent(events_.back());
     }
+}
+
+void Host::failAt(std::string start)
+{
+    afterEvent = [start = std::move(start)](const std::string& event) {
+        if (event.starts_with(start)) {
+            throw std::runtime_error("as the test wants");
+        }
+    };
 }
 
 Events Host::events()

@@ -211,7 +211,7 @@ TEST_F(WslDiscovery, TheFallbackIsKeptBeforeItIsLogged)
 {
     host().expectRun(where, {1, "", ""});
     host().expectRun(which, {1, "", ""});
-    host().failingEvent = fallbackLine();
+    host().failAt(fallbackLine());
     EXPECT_THROW(check_possible_executables(), std::runtime_error);
     expectEvents(sequence({whereFailed, {fallbackLine()}}));
     EXPECT_EQ(check_possible_executables(), fallback);
