@@ -74,6 +74,8 @@ public:
 
     // Each logger as it was made: "channel" or "channel < parent".
     Events loggers;
+    // The same of each as it was destroyed.
+    Events destroyedLoggers;
     int openedRecords = 0;
     int streamedRecords = 0;
 

@@ -122,6 +122,20 @@ TEST_F(WslDiscovery, ADriveElsewhereIsNotRewritten)
     EXPECT_EQ(check_possible_executables(), "x/c/y");
 }
 
+TEST_F(WslDiscovery, AnotherDriveIsNotRewritten)
+{
+    host().expectRun(where, {0, "/d/c/wsl.exe\n", ""});
+    host().expectRun({"/d/c/wsl.exe", "-v"});
+    EXPECT_EQ(check_possible_executables(), "/d/c/wsl.exe");
+}
+
+TEST_F(WslDiscovery, OnlyTheStatusOfACandidateCounts)
+{
+    host().expectRun(where, {0, "one\ntwo\n", "a warning"});
+    host().expectRun({"one", "-v"}, {0, "", "a warning"});
+    EXPECT_EQ(check_possible_executables(), "one");
+}
+
 TEST_F(WslDiscovery, AFolderThatOnlyBeginsLikeADriveIsNotRewritten)
 {
     host().expectRun(where, {0, "/cygdrive/c/wsl.exe\n", ""});

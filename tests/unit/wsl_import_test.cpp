@@ -234,6 +234,22 @@ TEST_F(WslImport, AFailingImportIsLoggedAndThrown)
                             wslError("importFromTarIfNecessary: distro's import unsuccessful cerr = some error\n")}}));
 }
 
+TEST_F(WslImport, WhateverAFailingImportPrintsIsLoggedAndPartOfTheError)
+{
+    const std::string output = std::string(100'000, 'o') + std::string("\0\xFF\r\n", 4);
+    const std::string error = std::string(100'000, 'e') + std::string("\0\xFE\r\n", 4);
+    expectImport(hub, "archive", {1, output, error});
+    try {
+        wslImportFromTarIfNecessary("archive", "");
+        ADD_FAILURE() << "no error";
+    } catch (const ImportError& thrown) {
+        EXPECT_EQ(thrown.message().arguments.at(1).text(), "cout = \n" + output + "\ncerr = \n" + error + "\n");
+    }
+    EXPECT_EQ(host().eventsLike("log orb:lvm:wsl 512"),
+              (Events{wslError("importFromTarIfNecessary: distro's import unsuccessful cout = " + output),
+                      wslError("importFromTarIfNecessary: distro's import unsuccessful cerr = " + error)}));
+}
+
 TEST_F(WslImport, AFailingImportThatPrintsNothing)
 {
     expectImport(hub, "archive", {1, "", ""});
