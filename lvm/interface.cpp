@@ -134,8 +134,11 @@ bool stopContainerIfNecessary(const std::string& containerName)
 
 std::string getContainerCommandPrefix(const std::string& containerName)
 {
+    // The executable is looked for first: when that fails, the host has not been asked for its release. The operands of
+    // "+" have no order, so the path is a statement of its own.
     if (useWsl()) {
-        return quotedIfBlank(getExecutablePath()) + " -d " + addKVRelease(hubName) + " --exec ";
+        const std::string executable = quotedIfBlank(getExecutablePath());
+        return executable + " -d " + addKVRelease(hubName) + " --exec ";
     }
     return quotedIfBlank(getDockerExecutablePath()) + " exec " + containerOrHub(containerName);
 }

@@ -1,6 +1,7 @@
 #include "text.h"
 
 #include <algorithm>
+#include <ostream>
 
 namespace orb::lvm::detail {
 
@@ -53,15 +54,14 @@ bool contains(const std::vector<std::string>& names, const std::string& name)
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-std::string bracketed(const std::vector<std::string>& elements)
+std::ostream& operator<<(std::ostream& stream, const Bracketed& list)
 {
-    std::string text;
-    for (const std::string& element : elements) {
-        text += text.empty() ? "[" : " [";
-        text += element;
-        text += ']';
+    const char* opening = "[";
+    for (const std::string& element : list.elements) {
+        stream << opening << element << ']';
+        opening = " [";
     }
-    return text;
+    return stream;
 }
 
 } // namespace orb::lvm::detail

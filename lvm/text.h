@@ -1,6 +1,7 @@
 // Reading what programs print.
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,7 +23,11 @@ std::vector<std::string> words(std::string_view text);
 // Whether one of the names equals `name` exactly.
 bool contains(const std::vector<std::string>& names, const std::string& name);
 
-// For log lines: each element between square brackets, elements separated by one blank.
-std::string bracketed(const std::vector<std::string>& elements);
+// A list in a log line: each element between square brackets, elements separated by one blank. It is formatted when it
+// is streamed, so it costs nothing while the line is not written. The list must live until then.
+struct Bracketed {
+    const std::vector<std::string>& elements;
+};
+std::ostream& operator<<(std::ostream& stream, const Bracketed& list);
 
 } // namespace orb::lvm::detail

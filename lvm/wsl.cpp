@@ -10,10 +10,15 @@
 #include "host/text.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <exception>
 #include <filesystem>
+#include <memory>
+#include <optional>
+#include <system_error>
 #include <thread>
+#include <utility>
 
 namespace orb::lvm::detail {
 namespace {
@@ -69,23 +74,56 @@ bool answersVersion(const std::string& candidate)
     }
 }
 
-std::string findExecutable()
+std::optional<std::string> findExecutable()
 {
-    for (const std::string& candidate : findCandidates()) {
+    for (std::string& candidate : findCandidates()) {
         if (answersVersion(candidate)) {
-            return candidate;
+            return std::move(candidate);
         }
     }
-    logDetail("check_possible_executables: fallback to ", fallbackPath);
-    return fallbackPath;
+    return std::nullopt;
 }
+
+// A path that is known once someone has found it. Several threads may look for it at once; what the first of them finds
+// stays.
+class KeptPath {
+public:
+    KeptPath() = default;
+    ~KeptPath() { delete path_.load(std::memory_order_acquire); }
+    KeptPath(const KeptPath&) = delete;
+    KeptPath& operator=(const KeptPath&) = delete;
+
+    // Null while nothing is kept. What it points to never changes.
+    const std::string* get() const { return path_.load(std::memory_order_acquire); }
+
+    void keep(std::string found)
+    {
+        auto mine = std::make_unique<const std::string>(std::move(found));
+        const std::string* nothing = nullptr;
+        if (path_.compare_exchange_strong(nothing, mine.get(), std::memory_order_acq_rel)) {
+            mine.release();
+        }
+    }
+
+private:
+    std::atomic<const std::string*> path_{nullptr};
+};
 
 } // namespace
 
 std::string check_possible_executables()
 {
-    static const std::string path = findExecutable();
-    return path;
+    // The search runs programs, so no lock is held meanwhile: nobody waits for another's programs, and whoever observes
+    // the runs may call the library.
+    static KeptPath kept;
+    if (kept.get() == nullptr) {
+        const std::optional<std::string> found = findExecutable();
+        kept.keep(found.value_or(fallbackPath));
+        if (!found) {
+            logDetail("check_possible_executables: fallback to ", fallbackPath);
+        }
+    }
+    return *kept.get();
 }
 
 std::string orFallback(std::string path)
@@ -114,7 +152,7 @@ std::vector<std::string> getDistros(bool onlyRunning)
         arguments.emplace_back("--running");
     }
     if (additionalLoggingEnabled()) {
-        logDetail("getDistros: args = ", bracketed(arguments));
+        logDetail("getDistros: args = ", Bracketed{arguments});
     }
     RunResult listing = runCommand(arguments);
     logDetail("getDistros: status = ", listing.status);
@@ -130,7 +168,7 @@ std::vector<std::string> getDistros(bool onlyRunning)
     std::erase(listing.standardOutput, '\0');
     std::vector<std::string> distros = words(listing.standardOutput);
     if (additionalLoggingEnabled()) {
-        logDetail("getDistros: distros = ", bracketed(distros));
+        logDetail("getDistros: distros = ", Bracketed{distros});
     }
     return distros;
 }
@@ -208,7 +246,30 @@ std::string defaultTarFile()
     return localTarFilePath;
 }
 
-// A new folder for the distribution's files. One that cannot be made is left for wsl.exe to report.
+// False when the folder was there. The standard library's throwing form names another operation on some toolchains, so
+// the error is named here.
+bool createDirectories(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    const bool wasCreated = std::filesystem::create_directories(folder, error);
+    if (error) {
+        throw std::filesystem::filesystem_error("create_directories", folder, error);
+    }
+    return wasCreated;
+}
+
+// Nothing when the folder cannot be made: wsl.exe will report that.
+std::optional<bool> tryToCreate(const std::filesystem::path& folder)
+{
+    try {
+        return createDirectories(folder);
+    } catch (const std::exception& error) {
+        logError("importFromTarIfNecessary: localDistroLocationPath folder wasn't created: ", error.what());
+        return std::nullopt;
+    }
+}
+
+// The name of a new folder for the distribution's files, which is there unless it could not be made.
 std::string makeDistroFolder()
 {
     using namespace foundation::core;
@@ -221,11 +282,8 @@ std::string makeDistroFolder()
     if (!distroLocationExist) {
         logDetail("importFromTarIfNecessary: localDistroLocationPath = ", localDistroLocationPath,
                   " doesn't exist, will attempt to create");
-        try {
-            const bool wasCreated = std::filesystem::create_directories(folder);
-            logDetail("importFromTarIfNecessary: localDistroLocationPath wasCreated = ", wasCreated);
-        } catch (const std::exception& error) {
-            logError("importFromTarIfNecessary: localDistroLocationPath folder wasn't created: ", error.what());
+        if (const std::optional<bool> wasCreated = tryToCreate(folder)) {
+            logDetail("importFromTarIfNecessary: localDistroLocationPath wasCreated = ", *wasCreated);
         }
     }
     return localDistroLocationPath;

@@ -9,7 +9,8 @@
 namespace orb::lvm::detail {
 
 // The path of wsl.exe: the first candidate of the system's look-up that answers "-v" with status 0, else the place
-// where Windows keeps it. Searched for once per process. Only a look-up command that cannot be run makes it throw.
+// where Windows keeps it. Searched for until it is known, and then kept for the process; threads that ask meanwhile
+// search too, and get what was found first. Only a look-up command that cannot be run makes it throw.
 std::string check_possible_executables();
 
 // The path, or the place where Windows keeps wsl.exe when it is empty.

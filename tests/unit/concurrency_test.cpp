@@ -20,6 +20,22 @@ using Answers = std::vector<std::string>;
 
 class Concurrency : public HostTest {
 protected:
+    // Calls everything on a thread of its own, on which all programs must be run.
+    static void expectAllRunsOnTheCallersThread(const std::string& client)
+    {
+        std::set<std::thread::id> runners;
+        host().anyRun = [&](const Arguments& arguments) {
+            runners.insert(std::this_thread::get_id());
+            return answerOf(arguments, client);
+        };
+        std::thread::id caller;
+        std::thread([&caller] {
+            caller = std::this_thread::get_id();
+            callEverything("archive");
+        }).join();
+        EXPECT_EQ(runners, std::set<std::thread::id>{caller});
+    }
+
     // Lets 64 threads begin `calls` at the same moment, and gives back the different answers.
     template <class Calls>
     static std::set<Answers> atOnce(const Calls& calls)
@@ -115,6 +131,17 @@ TEST_F(Concurrency, FirstCallsUnderWslAgree)
     EXPECT_EQ(host().eventsLike(askedRelease).size(), 1U);
     EXPECT_EQ(host().eventsLike("get_install_path").size(), 1U);
     EXPECT_EQ(host().loggers.size(), 4U);
+}
+
+TEST_F(Concurrency, ProgramsAreRunOnTheCallersThreadUnderWsl)
+{
+    expectAllRunsOnTheCallersThread("");
+}
+
+TEST_F(Concurrency, ProgramsAreRunOnTheCallersThreadUnderDocker)
+{
+    setVariable("USE_WSL", "0");
+    expectAllRunsOnTheCallersThread(folder.makeFile("docker.exe"));
 }
 
 TEST_F(Concurrency, FirstCallsUnderDockerAgree)

@@ -96,6 +96,21 @@ TEST_F(Container, EmptyFurtherArgumentsAddNothing)
     EXPECT_TRUE(startContainerIfNecessary("c", "i"));
 }
 
+TEST_F(Container, FurtherArgumentsAreReadAtEachStart)
+{
+    setVariable("AUX_DOCKER_ARGS", "-a");
+    host().expectRun(start("c", {"-a"}, "i"));
+    EXPECT_TRUE(startContainerIfNecessary("c", "i"));
+    setVariable("AUX_DOCKER_ARGS", "-b -c");
+    expectDockerLookup(client);
+    host().expectRun(start("c", {"-b", "-c"}, "i"));
+    EXPECT_TRUE(startContainerIfNecessary("c", "i"));
+    setVariable("AUX_DOCKER_ARGS", std::nullopt);
+    expectDockerLookup(client);
+    host().expectRun(start("c", {}, "i"));
+    EXPECT_TRUE(startContainerIfNecessary("c", "i"));
+}
+
 TEST_F(Container, StopsTheDefaultContainer)
 {
     host().expectRun(stop("kelp_hub"), {0, "kelp_hub", "a warning"});

@@ -55,7 +55,8 @@ TEST_F(DockerDiscovery, TheHostsOwnTreeIsPassedOver)
 
 TEST_F(DockerDiscovery, OtherFoldersThanTheHostsAreAccepted)
 {
-    for (const char* name : {"BIN\\win64", "bin\\Win64", "bin\\win32", "bin\\win6", "in\\win64", "win64"}) {
+    for (const char* name :
+         {"BIN\\win64", "bin\\Win64", "bin/win64", "bin\\win32", "bin\\win6", "in\\win64", "win64"}) {
         const std::string client = folder.makeFile(std::string("other ") + name + "/docker.exe");
         expectWhere(client + "\n" + folder.makeFile("docker.exe"));
         EXPECT_EQ(getDockerExecutablePath(), client);

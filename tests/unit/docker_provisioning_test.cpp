@@ -194,6 +194,18 @@ TEST_F(DockerProvisioning, AClientThatDoesNotExistIsAnErrorThatIsLogged)
                   "cvt_string_ustring " + missing, dockerError("importFromTarIfNecessary: dockerPath doesn't exist")});
 }
 
+// What the look-up printed is the path then, line ends and all.
+TEST_F(DockerProvisioning, SeveralClientsThatAreAllPassedOverAreNoClient)
+{
+    const std::string lines = folder.entry("missing.exe") + "\r\n" + folder.makeFolder("folder/docker.exe");
+    host().expectRun({"where", "docker.exe"}, {0, lines + "\r\n", ""});
+    EXPECT_EQ(failure<support::DOCKER_NOT_AVAILABLE>("", "", false),
+              Arguments{"orb:container_support:DOCKER_NOT_AVAILABLE"});
+    EXPECT_EQ(host().eventsLike("log"), (Events{dockerDetail("importFromTarIfNecessary: docker"),
+                                                dockerDetail("importFromTarIfNecessary: dockerPath = " + lines),
+                                                dockerError("importFromTarIfNecessary: dockerPath doesn't exist")}));
+}
+
 TEST_F(DockerProvisioning, AMissingDefaultArchiveIsAnError)
 {
     expectStart("");
@@ -218,6 +230,15 @@ TEST_F(DockerProvisioning, AFailingLoadIsAnErrorWithTheDefaultName)
     host().expectRun({client, "load", "-i", archive}, {1, "output", "load error\n"});
     EXPECT_EQ(failure<support::TAR_FILE_LOAD_ERROR>(archive, "", false),
               (Arguments{"orb:container_support:TAR_FILE_LOAD_ERROR", archive, hub, "load error\n"}));
+}
+
+TEST_F(DockerProvisioning, WhateverAFailingLoadPrintsIsPartOfTheError)
+{
+    const std::string archive = folder.makeFile("archive");
+    const std::string printed = std::string(100'000, 'x') + std::string("\0\xFF\r\n", 4);
+    expectStart("");
+    host().expectRun({client, "load", "-i", archive}, {1, "", printed});
+    EXPECT_EQ(failure<support::TAR_FILE_LOAD_ERROR>(archive, "", false).back(), printed);
 }
 
 TEST_F(DockerProvisioning, AFailingImportIsAnErrorWithTheDefaultName)

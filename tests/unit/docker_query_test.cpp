@@ -36,6 +36,12 @@ TEST_F(DockerQuery, RegistryAndPathAreDropped)
     EXPECT_EQ(getImageRepositories(), (List{"zqkelp", "c", "", "start", "", "x"}));
 }
 
+TEST_F(DockerQuery, OnlyASlashEndsThePath)
+{
+    expectImages(client, "a:b mirror:5000/c:d e\\f\n");
+    EXPECT_EQ(getImageRepositories(), (List{"a:b", "c:d", "e\\f"}));
+}
+
 TEST_F(DockerQuery, OutputWithoutWordsGivesAnEmptyList)
 {
     for (const char* output : {"", "\n", " \r\n\t \n"}) {

@@ -68,6 +68,20 @@ TEST_F(SharedEnvironmentWsl, TheCallersLibraryPathStaysInFront)
     EXPECT_EQ(env, (Environment{{"LD_LIBRARY_PATH", "/x:" + runtime}, {"WSLENV", "LD_LIBRARY_PATH"}}));
 }
 
+TEST_F(SharedEnvironmentWsl, TheLibraryPathIsAppendedHoweverTheCallersEnds)
+{
+    Environment env = {{"LD_LIBRARY_PATH", "/x:" + runtime}};
+    applySharedEnvironment(args, env);
+    EXPECT_EQ(env.at("LD_LIBRARY_PATH"), "/x:" + runtime + ":" + runtime);
+}
+
+TEST_F(SharedEnvironmentWsl, EachKeyIsListedAsItStands)
+{
+    Environment env = {{"A:B", "1"}, {"C D", "2"}, {"E=", "3"}};
+    applySharedEnvironment(args, env);
+    EXPECT_EQ(env.at("WSLENV"), "A:B:C D:E=:LD_LIBRARY_PATH");
+}
+
 TEST_F(SharedEnvironmentWsl, AnEmptyNameIsListedLikeAnyOther)
 {
     Environment env = {{"", "1"}};

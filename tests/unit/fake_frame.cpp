@@ -15,6 +15,8 @@ namespace diag {
 
 struct basic_diagnostic_logger::Source {
     std::string channel;
+    // How the host's lists of loggers call it.
+    std::string name = channel;
 };
 
 basic_diagnostic_logger::basic_diagnostic_logger(const char* channel)
@@ -25,13 +27,18 @@ basic_diagnostic_logger::basic_diagnostic_logger(const char* channel)
 }
 
 basic_diagnostic_logger::basic_diagnostic_logger(const char* channel, const char* parent)
-    : source_(std::make_unique<Source>(Source{channel})), mask_(&host().mask(channel))
+    : source_(std::make_unique<Source>(Source{channel, std::string(channel) + " < " + parent})),
+      mask_(&host().mask(channel))
 {
     const std::lock_guard lock(host().mutex);
-    host().loggers.push_back(std::string(channel) + " < " + parent);
+    host().loggers.push_back(source_->name);
 }
 
-basic_diagnostic_logger::~basic_diagnostic_logger() = default;
+basic_diagnostic_logger::~basic_diagnostic_logger()
+{
+    const std::lock_guard lock(host().mutex);
+    host().destroyedLoggers.push_back(source_->name);
+}
 
 struct record::State {
     std::string start;

@@ -1,6 +1,7 @@
 #include "fake_host.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace fake {
 
@@ -49,6 +50,18 @@ void Host::record(std::string event)
 {
     const std::lock_guard lock(mutex);
     events_.push_back(std::move(event));
+    if (afterEvent) {
+        afterEvent(events_.back());
+    }
+}
+
+void Host::failAt(std::string start)
+{
+    afterEvent = [start = std::move(start)](const std::string& event) {
+        if (event.starts_with(start)) {
+            throw std::runtime_error("as the test wants");
+        }
+    };
 }
 
 Events Host::events()

@@ -42,6 +42,8 @@ public:
     std::atomic<std::uint32_t>& mask(const std::string& channel);
 
     void record(std::string event);
+    // Lets the calls fail whose event begins so, with a std::runtime_error.
+    void failAt(std::string start);
     Events events();
     // The recorded events that begin with `start`.
     Events eventsLike(std::string_view start);
@@ -65,11 +67,15 @@ public:
     std::function<bool(const std::filesystem::path&, std::error_code&)> isLink;
     bool acceptsRecords = true;
     bool sleepsReally = false;
+    // Called with each event after it is recorded; an exception passes to whoever called the service.
+    std::function<void(const std::string&)> afterEvent;
 
     // What happened, beyond the events.
 
     // Each logger as it was made: "channel" or "channel < parent".
     Events loggers;
+    // The same of each as it was destroyed.
+    Events destroyedLoggers;
     int openedRecords = 0;
     int streamedRecords = 0;
 

@@ -5,6 +5,8 @@
 #include "files.h"
 #include "wsl.h"
 
+#include <sys/stat.h>
+
 namespace {
 
 using namespace fake;
@@ -95,6 +97,19 @@ TEST_F(FilesPosix, ADockerCandidateWhoseTypeCannotBeToldIsAnError)
     }
 }
 
+// A path in the host's own tree is taken without a look, when there is no other.
+TEST_F(FilesPosix, AClientThatCannotBeLookedAtIsAnErrorOfProvisioning)
+{
+    const std::string loop = makeLoop("bin\\win64");
+    host().expectRun({"where", "docker.exe"}, {0, loop + "\r\n", ""});
+    try {
+        dockerImportFromTarIfNecessary("", "", false);
+        ADD_FAILURE() << "no error";
+    } catch (const filesystem_error& error) {
+        expectError(error, "exists", loop, std::errc::too_many_symbolic_link_levels);
+    }
+}
+
 TEST_F(FilesPosix, AnArchiveThatCannotBeLookedAtIsAnError)
 {
     const std::string client = folder.makeFile("docker.exe");
@@ -106,6 +121,20 @@ TEST_F(FilesPosix, AnArchiveThatCannotBeLookedAtIsAnError)
     } catch (const filesystem_error& error) {
         expectError(error, "exists", tooLong, std::errc::filename_too_long);
     }
+}
+
+TEST_F(FilesPosix, ADistroFolderHasTheRightsThatTheProcessGives)
+{
+    using std::filesystem::perms;
+    const mode_t before = umask(0077);
+    host().temporaryName = wide(folder.entry("new/folder"));
+    expectWslLookup();
+    expectListing(false, {});
+    host().expectRun({wslPath, "--import", "mine", folder.entry("new/folder"), "archive", "--version", "2"});
+    wslImportFromTarIfNecessary("archive", "mine");
+    umask(before);
+    EXPECT_EQ(std::filesystem::status(folder.path() / "new").permissions(), perms::owner_all);
+    EXPECT_EQ(std::filesystem::status(folder.path() / "new/folder").permissions(), perms::owner_all);
 }
 
 TEST_F(FilesPosix, ADistroFolderThatCannotBeLookedAtIsAnErrorBeforeTheImport)

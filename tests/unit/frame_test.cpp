@@ -4,6 +4,8 @@
 #include "frame.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <iostream>
 #include <iterator>
 
 namespace {
@@ -104,6 +106,27 @@ TEST_F(Channels, EachGetterMakesItsChannelAndAParentOfItsOwnOnce)
         getter.get();
         EXPECT_EQ(expected, host().loggers);
     }
+}
+
+// The exit status of the test's process, as the rest of it is over then.
+void expectLoggersDestroyedInReverseOrder()
+{
+    Events expected = host().loggers;
+    std::reverse(expected.begin(), expected.end());
+    if (host().destroyedLoggers != expected) {
+        std::cerr << "loggers are not destroyed in the reverse order of their creation\n";
+        std::_Exit(1);
+    }
+}
+
+TEST_F(Channels, LoggersAreDestroyedAtExitInReverseOrder)
+{
+    // What is registered before the loggers are made is called after they are destroyed.
+    ASSERT_EQ(std::atexit(expectLoggersDestroyedInReverseOrder), 0);
+    dockerLogger();
+    wslLogger();
+    commonLogger();
+    EXPECT_EQ(host().loggers.size(), 6U);
 }
 
 TEST_F(Channels, LoggersAreNotShared)

@@ -6,6 +6,7 @@
 #include "orb/lvm.h"
 
 #include <stdexcept>
+#include <system_error>
 
 namespace {
 
@@ -114,6 +115,13 @@ TEST_F(Setup, TheTextBecomesUtf8)
     callWithoutOutput(kelp_container_setup, 0, 1, {&text});
 }
 
+TEST_F(Setup, BlanksBelongToTheText)
+{
+    text.text = u" \tC:\\archive \n";
+    expectImport(" \tC:\\archive \n");
+    callWithoutOutput(kelp_container_setup, 0, 1, {&text});
+}
+
 TEST_F(Setup, AZeroCharacterDoesNotEndTheText)
 {
     text.text = std::u16string(u"a\0b", 3);
@@ -134,6 +142,16 @@ TEST_F(Setup, ErrorsPassToTheInterpreter)
                      {1, "", ""});
     hxArray* inputs[] = {&text};
     EXPECT_THROW(kelp_container_setup(0, nullptr, 1, inputs), foundation::core::except::IMsgIDException);
+}
+
+class SetupWithoutText : public HostTest {};
+
+TEST_F(SetupWithoutText, AnIllFormedTextIsASystemErrorBeforeAnythingIsRun)
+{
+    hxArray text{"text", hxClass::character, u"C:\\\xD800 archive", 0};
+    hxArray* inputs[] = {&text};
+    EXPECT_THROW(kelp_container_setup(0, nullptr, 1, inputs), std::system_error);
+    EXPECT_TRUE(host().eventsLike("run").empty());
 }
 
 class SetupDocker : public HostTest {};

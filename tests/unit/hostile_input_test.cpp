@@ -43,6 +43,8 @@ public:
     const std::vector<Arguments>& runs() const { return runs_; }
     // What the next listing prints.
     std::string listed;
+    // The status of all but look-ups and listings.
+    int status = 0;
 
 private:
     RunResult answer(const Arguments& arguments)
@@ -51,8 +53,11 @@ private:
         if (arguments.front() == "where") {
             return {0, arguments[1] == "wsl.exe" ? wslPath : client_, ""};
         }
+        if (arguments[1] == "-v") {
+            return {};
+        }
         const bool lists = arguments[1] == "--list" || arguments[1] == "images";
-        return {0, lists ? listed : "", ""};
+        return lists ? RunResult{0, listed, ""} : RunResult{status, "output", "error"};
     }
 
     std::string client_;
@@ -175,7 +180,8 @@ class Secrets : public HostTest {
 protected:
     static constexpr char secret[] = "s3cr3t";
 
-    void useEverything()
+    // With a status other than 0 all that can fail does, and says so.
+    void useEverything(int status)
     {
         setVariable("KELP_ADDITIONAL_LOGGING", "1");
         setVariable("AUX_DOCKER_ARGS", std::string("-e TOKEN=") + secret);
@@ -184,8 +190,13 @@ protected:
         Arguments arguments = getContainerArgumentsPrefix("c");
         std::map<std::string, std::string> environment = {{"TOKEN", secret}};
         applySharedEnvironment(arguments, environment);
-        machine.listed = hub;
-        importFromTarIfNecessary(folder.makeFile("archive"), "", false);
+        machine.listed = status == 0 ? hub : "";
+        machine.status = status;
+        try {
+            importFromTarIfNecessary(folder.makeFile("archive"), "", false);
+        } catch (const foundation::core::except::IMsgIDException& error) {
+            EXPECT_NE(status, 0) << error.description();
+        }
         startContainerIfNecessary("", "");
         getContainerCommandPrefix("");
         stopContainerIfNecessary("");
@@ -202,14 +213,16 @@ protected:
 
 TEST_F(Secrets, InVariablesAreNotLoggedUnderWsl)
 {
-    useEverything();
+    useEverything(0);
+    useEverything(1);
     expectSilence();
 }
 
 TEST_F(Secrets, InVariablesAndFurtherArgumentsAreNotLoggedUnderDocker)
 {
     setVariable("USE_WSL", "0");
-    useEverything();
+    useEverything(0);
+    useEverything(1);
     EXPECT_FALSE(host().eventsLike(std::string("run")).empty());
     expectSilence();
 }

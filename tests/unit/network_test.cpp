@@ -45,6 +45,7 @@ TEST_F(Network, NameAndDescriptionMustBothMatch)
     EXPECT_EQ(addressOf(u"(WSL)", u"Virtual"), "172.1.2.3");
     EXPECT_EQ(addressOf(u"a(WSL)b", u"aVirtualb"), "172.1.2.3");
     EXPECT_EQ(addressOf(u"WSL", u"Virtual"), "");
+    EXPECT_EQ(addressOf(u"vEthernet (WSL (Hyper-V firewall))", u"Virtual"), "");
     EXPECT_EQ(addressOf(u"(WSL", u"Virtual"), "");
     EXPECT_EQ(addressOf(u"WSL)", u"Virtual"), "");
     EXPECT_EQ(addressOf(u"(WSL)", u"Virtua"), "");
@@ -110,6 +111,13 @@ TEST_F(Network, AnAdapterThatDoesNotMatchIsFollowedByTheNext)
                   "getDescription (WSL) 3", "getInetAddresses (WSL) 3", "isLoopback ::2", "getVersion ::2",
                   "getFriendlyName (WSL) 4", "getDescription (WSL) 4", "getInetAddresses (WSL) 4", "isLoopback 4.4.4.4",
                   "getVersion 4.4.4.4", "getHostAddress 4.4.4.4"});
+}
+
+TEST_F(Network, AnAddressWithoutATextIsNone)
+{
+    setInterfaces({{u"(WSL) 1", u"Virtual", {InetAddress("", 4, false), InetAddress("1.1.1.1", 4, false)}},
+                   {u"(WSL) 2", u"Virtual", {InetAddress("2.2.2.2", 4, false)}}});
+    EXPECT_EQ(getWslIpAddress(), "2.2.2.2");
 }
 
 TEST_F(Network, LaterAdaptersAreNotLookedAt)

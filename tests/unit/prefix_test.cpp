@@ -24,8 +24,7 @@ TEST_F(WslPrefix, TheStringEndsInABlankAndIgnoresTheContainer)
 {
     expectWslLookup();
     EXPECT_EQ(getContainerCommandPrefix("abc"), "W:\\wsl.exe -d kelp_hub_R9 --exec ");
-    EXPECT_EQ(host().eventsLike("run").size(), 2U);
-    host().forgetEvents();
+    expectEvents(sequence({wslLookup(), {askedRelease}}));
     EXPECT_EQ(getContainerCommandPrefix(""), "W:\\wsl.exe -d kelp_hub_R9 --exec ");
     expectEvents(wslPathUsed());
 }
@@ -77,6 +76,7 @@ TEST_F(WslPrefix, ExceptionsOfTheLookUpPassThrough)
     EXPECT_THROW(getContainerArgumentsPrefix(""), std::runtime_error);
     host().expectRun({"where", "wsl.exe"}, fail);
     EXPECT_THROW(getContainerExecutablePath(), std::runtime_error);
+    EXPECT_TRUE(host().eventsLike(askedRelease).empty()) << "a release that is asked for is kept for the process";
 }
 
 class DockerPrefix : public HostTest {

@@ -70,6 +70,19 @@ TEST_F(RemovalWsl, AnExceptionOfTheRunnerPassesThrough)
     EXPECT_THROW(clearDistroImage("mine"), std::runtime_error);
 }
 
+class RemovalBetweenBackends : public HostTest {};
+
+TEST_F(RemovalBetweenBackends, TheBackendIsAskedForAgainWhenTheCommandIsBuilt)
+{
+    host().expectRun({"where", "wsl.exe"}, [] {
+        setVariable("USE_WSL", "0");
+        return RunResult{0, wslPath + "\n", ""};
+    });
+    host().expectRun({wslPath, "-v"});
+    host().expectRun({wslPath, "image", "rm", "--force", "mine"});
+    clearDistroImage("mine");
+}
+
 class RemovalDocker : public HostTest {
 protected:
     RemovalDocker() { setVariable("USE_WSL", ""); }
@@ -104,6 +117,13 @@ TEST_F(RemovalDocker, AGivenImageIsRemoved)
     host().expectRun(command("zqkelp"), {0, "Untagged", "text"});
     clearDistroImage("zqkelp");
     expectEvents(removed("zqkelp", 0));
+}
+
+TEST_F(RemovalDocker, AnExceptionOfTheRunnerPassesThrough)
+{
+    expectDockerLookup(client);
+    host().expectRun(command("zqkelp"), []() -> RunResult { throw std::runtime_error("no"); });
+    EXPECT_THROW(clearDistroImage("zqkelp"), std::runtime_error);
 }
 
 TEST_F(RemovalDocker, AFailureIsOnlyLogged)

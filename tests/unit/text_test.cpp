@@ -3,6 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <locale>
+#include <sstream>
+
 namespace {
 
 using namespace orb::lvm::detail;
@@ -15,6 +21,38 @@ TEST(Text, SixCharactersAreBlank)
             code == ' ' || code == '\t' || code == '\n' || code == '\v' || code == '\f' || code == '\r';
         EXPECT_EQ(isBlank(static_cast<char>(static_cast<unsigned char>(code))), expected) << code;
     }
+}
+
+// Marks every byte above 0x7F as white space, as a locale of the host's may mark some.
+class WideBlanks : public std::ctype<char> {
+public:
+    WideBlanks() : std::ctype<char>(table().data()) {}
+
+private:
+    static std::array<mask, table_size>& table()
+    {
+        static std::array<mask, table_size> marks = [] {
+            std::array<mask, table_size> all{};
+            std::copy_n(classic_table(), table_size, all.begin());
+            std::fill(all.begin() + 0x80, all.end(), space);
+            return all;
+        }();
+        return marks;
+    }
+};
+
+// Parts of letters in UTF-8: the C++ locale takes them for blanks, and Windows' C locale of code page 1252 the last.
+TEST(Text, BlanksDoNotDependOnTheLocale)
+{
+    std::setlocale(LC_ALL, ".1252");
+    std::locale::global(std::locale(std::locale::classic(), new WideBlanks));
+    const std::string letters = "\x85\xA0";
+    for (const char letter : letters) {
+        EXPECT_FALSE(isBlank(letter));
+    }
+    EXPECT_EQ(trim(" " + letters + " "), letters);
+    EXPECT_EQ(trimmedLines("a\n" + letters), (List{"a", letters}));
+    EXPECT_EQ(words("a" + letters + " b"), (List{"a" + letters, "b"}));
 }
 
 TEST(Text, TrimRemovesBlanksAtBothEndsOnly)
@@ -64,12 +102,19 @@ TEST(Text, ContainsComparesWholeNamesExactly)
     EXPECT_TRUE(contains({""}, ""));
 }
 
+std::string streamed(const List& list)
+{
+    std::ostringstream stream;
+    stream << Bracketed{list};
+    return stream.str();
+}
+
 TEST(Text, BracketsEncloseEachElement)
 {
-    EXPECT_EQ(bracketed({"C:\\wsl.exe", "--list", "-q"}), "[C:\\wsl.exe] [--list] [-q]");
-    EXPECT_EQ(bracketed({"one"}), "[one]");
-    EXPECT_EQ(bracketed({"", "a b", ""}), "[] [a b] []");
-    EXPECT_EQ(bracketed({}), "");
+    EXPECT_EQ(streamed({"C:\\wsl.exe", "--list", "-q"}), "[C:\\wsl.exe] [--list] [-q]");
+    EXPECT_EQ(streamed({"one"}), "[one]");
+    EXPECT_EQ(streamed({"", "a b", ""}), "[] [a b] []");
+    EXPECT_EQ(streamed({}), "");
 }
 
 } // namespace

@@ -3,7 +3,12 @@
 
 #include "wsl.h"
 
+#include <chrono>
+#include <exception>
+#include <future>
+#include <new>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -63,11 +68,26 @@ TEST_F(WslDiscovery, ACandidateThatCannotBeRunIsPassedOverWithoutALogLine)
     expectEvents({ran(where), candidateLine("one\ntwo"), ran({"one", "-v"}), ran({"two", "-v"})});
 }
 
-TEST_F(WslDiscovery, OnlyStandardExceptionsOfACandidateAreDropped)
+// What a program may throw that observes the runs, to end a search that takes too long.
+struct GivenUp {};
+
+TEST_F(WslDiscovery, ASearchThatIsGivenUpKeepsNothing)
 {
     host().expectRun(where, {0, "one\ntwo\n", ""});
-    host().expectRun({"one", "-v"}, []() -> RunResult { throw 7; });
-    EXPECT_THROW(check_possible_executables(), int);
+    host().expectRun({"one", "-v"}, []() -> RunResult { throw GivenUp(); });
+    EXPECT_THROW(check_possible_executables(), GivenUp);
+    expectWslLookup();
+    EXPECT_EQ(check_possible_executables(), wslPath);
+}
+
+TEST_F(WslDiscovery, AnyStandardExceptionOfACandidateIsDropped)
+{
+    host().expectRun(where, {0, "one\ntwo\nthree\nfour\n", ""});
+    host().expectRun({"one", "-v"}, []() -> RunResult { throw std::invalid_argument("no program"); });
+    host().expectRun({"two", "-v"}, []() -> RunResult { throw std::bad_alloc(); });
+    host().expectRun({"three", "-v"}, []() -> RunResult { throw std::exception(); });
+    host().expectRun({"four", "-v"});
+    EXPECT_EQ(check_possible_executables(), "four");
 }
 
 TEST_F(WslDiscovery, WhichIsAskedWhenWhereFails)
@@ -100,6 +120,20 @@ TEST_F(WslDiscovery, ADriveElsewhereIsNotRewritten)
     host().expectRun({"/d/c/wsl.exe", "-v"}, {1, "", ""});
     host().expectRun({"x/c/y", "-v"}, {0, "", ""});
     EXPECT_EQ(check_possible_executables(), "x/c/y");
+}
+
+TEST_F(WslDiscovery, AnotherDriveIsNotRewritten)
+{
+    host().expectRun(where, {0, "/d/c/wsl.exe\n", ""});
+    host().expectRun({"/d/c/wsl.exe", "-v"});
+    EXPECT_EQ(check_possible_executables(), "/d/c/wsl.exe");
+}
+
+TEST_F(WslDiscovery, OnlyTheStatusOfACandidateCounts)
+{
+    host().expectRun(where, {0, "one\ntwo\n", "a warning"});
+    host().expectRun({"one", "-v"}, {0, "", "a warning"});
+    EXPECT_EQ(check_possible_executables(), "one");
 }
 
 TEST_F(WslDiscovery, AFolderThatOnlyBeginsLikeADriveIsNotRewritten)
@@ -185,6 +219,67 @@ TEST_F(WslDiscovery, ALookUpThatCannotBeRunPassesOutAndIsTriedAgain)
     expectWslLookup();
     EXPECT_EQ(getExecutablePath(), wslPath);
     expectEvents(wslLookup());
+}
+
+TEST_F(WslDiscovery, TheFallbackIsKeptBeforeItIsLogged)
+{
+    host().expectRun(where, {1, "", ""});
+    host().expectRun(which, {1, "", ""});
+    host().failAt(fallbackLine());
+    EXPECT_THROW(check_possible_executables(), std::runtime_error);
+    expectEvents(sequence({whereFailed, {fallbackLine()}}));
+    EXPECT_EQ(check_possible_executables(), fallback);
+    expectEvents({});
+}
+
+// A host's observer of runs that wants to know, during the search, whether a run is one of WSL's.
+TEST_F(WslDiscovery, WhoObservesTheSearchMayAskForThePath)
+{
+    std::string nested;
+    host().expectRun(where, [&nested] {
+        expectWslLookup();
+        nested = getExecutablePath();
+        host().expectRun({"other", "-v"});
+        return RunResult{0, "other\n", ""};
+    });
+    EXPECT_EQ(getExecutablePath(), wslPath) << "what was found first stays";
+    EXPECT_EQ(nested, wslPath);
+    expectEvents(sequence({{ran(where)}, wslLookup(), {candidateLine("other"), ran({"other", "-v"})}, wslPathUsed()}));
+    EXPECT_EQ(check_possible_executables(), wslPath);
+}
+
+// Each of two threads must be in its search while the other is; each finds another program.
+TEST_F(WslDiscovery, ThreadsThatSearchAtOnceDoNotWaitForEachOtherAndAgree)
+{
+    std::promise<void> firstSearches;
+    std::promise<void> secondSearches;
+    std::promise<void> firstIsDone;
+    const auto comes = [](std::promise<void>& promise) {
+        return promise.get_future().wait_for(std::chrono::seconds{20}) == std::future_status::ready;
+    };
+    host().expectRun(where, [&] {
+        firstSearches.set_value();
+        EXPECT_TRUE(comes(secondSearches)) << "the second thread waits for the first";
+        host().expectRun({"first", "-v"});
+        return RunResult{0, "first\n", ""};
+    });
+    host().expectRun(where, [&] {
+        secondSearches.set_value();
+        EXPECT_TRUE(comes(firstIsDone));
+        host().expectRun({"second", "-v"});
+        return RunResult{0, "second\n", ""};
+    });
+
+    std::string foundBySecond;
+    std::thread second([&] {
+        EXPECT_TRUE(comes(firstSearches));
+        foundBySecond = check_possible_executables();
+    });
+    EXPECT_EQ(check_possible_executables(), "first");
+    firstIsDone.set_value();
+    second.join();
+    EXPECT_EQ(foundBySecond, "first") << "once it is known, the path never changes";
+    EXPECT_EQ(check_possible_executables(), "first");
 }
 
 TEST_F(WslDiscovery, AnEmptyPathIsReplaced)

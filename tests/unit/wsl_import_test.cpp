@@ -5,6 +5,7 @@
 #include "wsl.h"
 
 #include <stdexcept>
+#include <system_error>
 
 namespace {
 
@@ -164,15 +165,13 @@ TEST_F(WslImport, AFolderThatCannotBeMadeIsLoggedAndTheImportTriedAllTheSame)
 {
     // A file stands where the folder's parent should be.
     folder.makeFile("new");
-    std::string reason;
-    try {
-        std::filesystem::create_directories(std::filesystem::path(wide(location)));
-    } catch (const std::filesystem::filesystem_error& error) {
-        reason = error.what();
-    }
+    const std::filesystem::path path = wide(location);
+    std::error_code code;
+    std::filesystem::create_directories(path, code);
+    const std::string reason = std::filesystem::filesystem_error("create_directories", path, code).what();
     expectImport(hub, "archive");
     wslImportFromTarIfNecessary("archive", "");
-    ASSERT_FALSE(reason.empty());
+    ASSERT_TRUE(code);
     expectEvents(
         sequence({missing(hub),
                   folderNamed(),
@@ -180,6 +179,38 @@ TEST_F(WslImport, AFolderThatCannotBeMadeIsLoggedAndTheImportTriedAllTheSame)
                    line("localDistroLocationPath = " + location + " doesn't exist, will attempt to create"),
                    wslError("importFromTarIfNecessary: localDistroLocationPath folder wasn't created: " + reason),
                    ran(importCommand(hub, "archive"))}}));
+}
+
+TEST_F(WslImport, AnExceptionOfALogSinkIsNoFolderThatCannotBeMade)
+{
+    expectListing(false, {});
+    host().failAt(line("localDistroLocationPath wasCreated = 1"));
+    EXPECT_THROW(wslImportFromTarIfNecessary("archive", ""), std::runtime_error);
+    EXPECT_TRUE(host().eventsLike("log orb:lvm:wsl 512").empty());
+}
+
+TEST_F(WslImport, ExceptionsOfTheTemporaryNamePassThrough)
+{
+    for (const char* call : {"temp_directory_name", "tmpnam", "cvt_ustring_string", "cvt_string_ustring"}) {
+        expectListing(false, {});
+        host().failAt(call);
+        EXPECT_THROW(wslImportFromTarIfNecessary("archive", ""), std::runtime_error) << call;
+        EXPECT_EQ(host().eventsLike(call).size(), 1U);
+        host().forgetEvents();
+    }
+}
+
+TEST_F(WslImport, EachImportHasAFolderOfItsOwn)
+{
+    expectImport(hub, "archive", {1, "", ""});
+    EXPECT_THROW(wslImportFromTarIfNecessary("archive", ""), ImportError);
+    const std::string second = folder.entry("second");
+    host().temporaryName = wide(second);
+    expectListing(false, {});
+    host().expectRun({wslPath, "--import", hub, second, "archive", "--version", "2"});
+    wslImportFromTarIfNecessary("archive", "");
+    EXPECT_TRUE(std::filesystem::is_directory(std::filesystem::path(wide(second))));
+    EXPECT_EQ(host().eventsLike("temp_directory_name").size(), 2U);
 }
 
 TEST_F(WslImport, AFailingImportIsLoggedAndThrown)
@@ -201,6 +232,22 @@ TEST_F(WslImport, AFailingImportIsLoggedAndThrown)
                            {ran(importCommand("mine", "C:\\archive")), line("distro's import unsuccessful status = -1"),
                             wslError("importFromTarIfNecessary: distro's import unsuccessful cout = some output\n"),
                             wslError("importFromTarIfNecessary: distro's import unsuccessful cerr = some error\n")}}));
+}
+
+TEST_F(WslImport, WhateverAFailingImportPrintsIsLoggedAndPartOfTheError)
+{
+    const std::string output = std::string(100'000, 'o') + std::string("\0\xFF\r\n", 4);
+    const std::string error = std::string(100'000, 'e') + std::string("\0\xFE\r\n", 4);
+    expectImport(hub, "archive", {1, output, error});
+    try {
+        wslImportFromTarIfNecessary("archive", "");
+        ADD_FAILURE() << "no error";
+    } catch (const ImportError& thrown) {
+        EXPECT_EQ(thrown.message().arguments.at(1).text(), "cout = \n" + output + "\ncerr = \n" + error + "\n");
+    }
+    EXPECT_EQ(host().eventsLike("log orb:lvm:wsl 512"),
+              (Events{wslError("importFromTarIfNecessary: distro's import unsuccessful cout = " + output),
+                      wslError("importFromTarIfNecessary: distro's import unsuccessful cerr = " + error)}));
 }
 
 TEST_F(WslImport, AFailingImportThatPrintsNothing)

@@ -39,6 +39,18 @@ TEST_F(Listing, NamesComeInTheOrderOfTheOutput)
     expectEvents(listing(false, 0));
 }
 
+TEST_F(Listing, AnyNumberOfNamesIsRead)
+{
+    List names;
+    std::string output;
+    for (int i = 0; i < 100'000; ++i) {
+        names.push_back("distribution-" + std::to_string(i));
+        output += utf16(names.back() + "\r\n");
+    }
+    expectListing(false, {0, output, ""});
+    EXPECT_EQ(getDistros(false), names);
+}
+
 TEST_F(Listing, RunningOnesAreAskedForWithOneMoreOption)
 {
     expectListing(true, {0, utf16("Debian\r\n"), ""});

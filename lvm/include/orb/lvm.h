@@ -8,24 +8,34 @@
 // Text            All narrow strings are UTF-8. Paths are in the system's native form.
 // Threads         Every function may be called from any thread, and runs its child processes on that thread until they
 //                 have ended. There is no lock: of two threads that provision at the same time both may try, and the
-//                 one that the backend refuses gets the backend's error. The environment is read with getenv, so
+//                 one that the backend refuses gets the backend's error; threads that need wsl.exe before it has been
+//                 found each look for it, and what is found first is kept. So an observer of runs (host/process.h) may
+//                 call these functions, whose own runs it sees as well. The environment is read with getenv, so
 //                 nothing may change it meanwhile.
 // Default names   The distribution and the image are "kelp_hub_" followed by the host's release ("kelp_hub" when the
 //                 host reports none), the container is "kelp_hub".
 // Cached          For the life of the process: the path of wsl.exe, the release text, the archive directory, and
 //                 USE_WSL once it is set. A later change of the host's configuration is not seen. Nothing else is kept;
 //                 distributions, images and docker.exe are asked for every time.
+//                 wsl.exe is the first program found that answers "-v" with status 0. Who ends the runs of that
+//                 search from outside (RunObserver::endWanted) makes them fail, and a worse path is kept: leave
+//                 {"where", "wsl.exe"}, {"which", "wsl.exe"} and {PATH, "-v"} alone, or call
+//                 getContainerExecutablePath() once before runs are ended.
 // Read            USE_WSL; USE_DOCKER_REPOSITORY ("1": pull the image from the registry before the archive is used);
 //                 AUX_DOCKER_ARGS (further arguments of "docker run", split at white space, no quoting);
 //                 KELP_ADDITIONAL_LOGGING ("1": log the arguments and the result of each distribution listing).
 // Logged          On the channels "orb:lvm:common", "orb:lvm:wsl" and "orb:lvm:docker", at the levels 8 (detail) and
-//                 512 (error).
+//                 512 (error). While a channel's mask has none of the bits 1, 4, 8, 256 and 512, its messages are
+//                 written on the channel "orb:lvm" instead, as far as that one's mask lets them. To silence one channel
+//                 alone give it the mask 1.
 // Errors          The five errors of the catalogue are foundation::core::except::Exception<TAG, std::exception, void>
 //                 with a TAG of orb::container_support, declared in host/exceptions.h; catch
-//                 foundation::core::except::IMsgIDException for all of them. Besides these: std::system_error when a
-//                 program is there but cannot be started, or a text is not UTF-8;
-//                 std::filesystem::filesystem_error when a file cannot be looked at. A program that is not there is no
-//                 exception but a run that failed with status 127.
+//                 foundation::core::except::IMsgIDException for all of them. Besides these pass through:
+//                 std::system_error when a program is there but cannot be started, a text is not well-formed, or the
+//                 system does not tell its network adapters, also while an address is waited for;
+//                 std::filesystem::filesystem_error when a file cannot be looked at; std::invalid_argument when a name
+//                 or a path cannot be passed to a program: it holds a zero character, or, on Windows, is not UTF-8.
+//                 A program that is not there is no exception but a run that failed with status 127.
 #pragma once
 
 #include <map>
@@ -85,8 +95,8 @@ struct ZQORB_LVM_TAG WSL_CANNOT_IMPORT_TAR_FILE {
 namespace orb::lvm {
 
 // Makes the environment exist: does nothing when the distribution or image is there, otherwise creates it from an
-// archive. Under WSL a distribution that is there but stopped, while the host has no address on the WSL network, is
-// started, and its address waited for, at most 0.3 s.
+// archive. Under WSL, when the distribution is there but stopped and the host has no address on the WSL network, the
+// default distribution is started, whichever was asked for, and the address waited for, at most 0.3 s.
 //
 // tarPath            The archive file, relative paths from the current folder; not looked at when the environment is
 //                    there. Empty: "kelp_hub_distro.tar.gz" (WSL) or "kelp_hub_docker.tar.gz" (Docker), or
@@ -100,9 +110,9 @@ namespace orb::lvm {
 // A new distribution's files lie in a new folder of the temporary directory, for as long as the distribution exists.
 //
 // Throws WSL_CANNOT_IMPORT_TAR_FILE; DOCKER_NOT_AVAILABLE, TAR_FILE_NOT_AVAILABLE, TAR_FILE_LOAD_ERROR,
-// IMAGE_NOT_EXIST. A failed import leaves its empty folder in the temporary directory. When the registry pull is
-// enabled and fails, one line beginning "ERROR in pullImageFromRegistry: " goes to standard output and the archive is
-// used.
+// IMAGE_NOT_EXIST. An import that fails, or cannot be started, leaves its empty folder in the temporary directory. When
+// the registry pull is enabled and fails with text on standard error, "ERROR in pullImageFromRegistry: ", that text as
+// it is, of one line or several, and a line end go to standard output, and the archive is used.
 ZQORB_LVM_API void importFromTarIfNecessary(const std::string& tarPath, const std::string& imageName,
                                             bool useRootFsArchive);
 
