@@ -19,17 +19,22 @@ if(TARGET kelpctl)
     install(TARGETS kelpctl RUNTIME DESTINATION ${program_dir})
 endif()
 install(FILES ${runtime_dlls} DESTINATION ${program_dir})
+if(MSVC)
+    include(cmake/install_msvc.cmake)
+endif()
 install(DIRECTORY lvm/include/orb host/include/host DESTINATION include)
 install(DIRECTORY resources/ DESTINATION resources)
 install(FILES packaging/tar_files.txt DESTINATION toolbox/shared/kavori/kelp/tar_files RENAME README.txt)
 
 # find_package(zqorb_lvm) in other projects.
+include(cmake/zqorb_lvm-compiler.cmake)
+include(cmake/package_compiler.cmake)
 install(EXPORT zqorb_lvm-targets NAMESPACE zqorb_lvm:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/zqorb_lvm-config.cmake.in ${PROJECT_BINARY_DIR}/package/zqorb_lvm-config.cmake
     INSTALL_DESTINATION ${package_dir} PATH_VARS program_dir NO_CHECK_REQUIRED_COMPONENTS_MACRO)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/zqorb_lvm-config-version.cmake
     COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/package/zqorb_lvm-config.cmake
+install(FILES cmake/zqorb_lvm-compiler.cmake ${PROJECT_BINARY_DIR}/package/zqorb_lvm-config.cmake
     ${PROJECT_BINARY_DIR}/package/zqorb_lvm-config-version.cmake DESTINATION ${package_dir})
 
 # What a reader of the package wants.

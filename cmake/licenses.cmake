@@ -15,7 +15,11 @@ set(license_texts /usr/share/common-licenses)
 
 # Compiled into the programs of both systems.
 install_license(Boost ${PROJECT_SOURCE_DIR}/packaging/Boost-1.0.txt)
-install_license(CLI11 ${documents}/libcli11-dev/copyright)
+if(VCPKG_INSTALLED_DIR)
+    install_license(CLI11 ${VCPKG_INSTALLED_DIR}/${VCPKG_TARGET_TRIPLET}/share/cli11/copyright)
+else()
+    install_license(CLI11 ${documents}/libcli11-dev/copyright)
+endif()
 if(MINGW)
     # The runtime DLLs of the compiler, and its start-up code.
     install_license(gcc ${documents}/gcc-mingw-w64-x86-64-posix-runtime/copyright)

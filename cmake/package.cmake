@@ -1,5 +1,9 @@
 # "cmake --build BUILD --target package" makes the archives in BUILD/packages.
-find_package(Python3 REQUIRED COMPONENTS Interpreter)
+find_package(Python3 COMPONENTS Interpreter)
+if(NOT Python3_FOUND)
+    message(STATUS "Python 3 was not found: there is no target \"package\"")
+    return()
+endif()
 
 if(WIN32)
     set(package_system win64)
@@ -11,7 +15,10 @@ endif()
 set(package_version ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH})
 
 set(make_package ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/packaging/make-package
-    --build ${PROJECT_BINARY_DIR} --source ${PROJECT_SOURCE_DIR} --cmake ${CMAKE_COMMAND} --strip ${CMAKE_STRIP})
+    --build ${PROJECT_BINARY_DIR} --source ${PROJECT_SOURCE_DIR} --cmake ${CMAKE_COMMAND})
+if(CMAKE_STRIP)
+    list(APPEND make_package --strip ${CMAKE_STRIP})
+endif()
 set(packages ${PROJECT_BINARY_DIR}/packages)
 set(package_commands
     COMMAND ${make_package} ${packages}/zqorb_lvm-${package_version}-${package_system}.${package_format})

@@ -1,5 +1,6 @@
 #include "host/process.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string_view>
 

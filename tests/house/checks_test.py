@@ -146,5 +146,36 @@ class Release(unittest.TestCase):
                          ["README.md: names a package of 0.0.1"])
 
 
+class Workflows(unittest.TestCase):
+    checker = check("check-workflows")
+    page = (ROOT / ".github/workflows/windows.yml").read_text()
+
+    def of(self, old, new):
+        self.assertIn(old, self.page)
+        return self.checker.complaints_about(self.page.replace(old, new, 1), ROOT)
+
+    def test_this_one_is_accepted(self):
+        self.assertEqual(self.checker.complaints(ROOT), [])
+
+    def test_a_key_that_no_workflow_has_is_found(self):
+        self.assertEqual(len(self.of("    timeout-minutes:", "    timeout-hours:")), 2)
+        self.assertEqual(len(self.of("shell: pwsh", "shel: pwsh")), 1)
+
+    def test_an_action_without_a_version_is_found(self):
+        self.assertIn("does not match", self.of("actions/checkout@v4", "actions/checkout")[0])
+
+    def test_a_job_or_an_artifact_that_is_not_there_is_found(self):
+        self.assertEqual(self.of("needs: package", "needs: parcel"), ["parcel is no job"])
+        self.assertEqual(self.of("name: windows-package", "name: parcel"), ["nothing makes the artifact windows-package"])
+
+    def test_a_preset_or_a_file_that_is_not_there_is_found(self):
+        self.assertEqual(self.of("--preset windows-release", "--preset windows"), ["windows is no preset"])
+        self.assertEqual(self.of("scripts/hub-rootfs", "scripts/rootfs"), ["scripts/rootfs is not there"])
+
+    def test_what_yamllint_refuses_is_found(self):
+        tree = Tree(self, {".github/workflows/a.yml": "name: a\nname: b\n"})
+        self.assertIn("duplication of key", self.checker.complaints(tree.root)[0])
+
+
 if __name__ == "__main__":
     unittest.main()

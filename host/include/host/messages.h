@@ -9,6 +9,7 @@
 #include "host/export.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace foundation::core::message {

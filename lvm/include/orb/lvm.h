@@ -164,7 +164,8 @@ ZQORB_LVM_API const std::u16string& getContainerTarsDirectory();
 extern "C" {
 
 // The gateways that the host's interpreter calls; host/array.h has hxArray and its functions. Each takes the number of
-// outputs, the output slots, the number of inputs and the inputs.
+// outputs, the output slots, the number of inputs and the inputs. They throw: compile what calls them by name with /EHs
+// when the compiler is MSVC, which otherwise takes an extern "C" function to throw nothing.
 
 // Provisions: importFromTarIfNecessary(inputs[0], "", false). A first input that is missing or no character array
 // means the default archive; further inputs are ignored. Writes no output. Throws what importFromTarIfNecessary throws.
