@@ -166,7 +166,8 @@ class Workflows(unittest.TestCase):
 
     def test_a_job_or_an_artifact_that_is_not_there_is_found(self):
         self.assertEqual(self.of("needs: package", "needs: parcel"), ["parcel is no job"])
-        self.assertEqual(self.of("name: windows-package", "name: parcel"), ["nothing makes the artifact windows-package"])
+        self.assertEqual(self.of("name: windows-package", "name: parcel"),
+                         ["nothing makes the artifact windows-package"])
 
     def test_a_preset_or_a_file_that_is_not_there_is_found(self):
         self.assertEqual(self.of("--preset windows-release", "--preset windows"), ["windows is no preset"])
