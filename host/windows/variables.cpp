@@ -5,6 +5,7 @@
 
 #include <array>
 #include <memory>
+#include <utility>
 
 #include <windows.h>
 
@@ -34,6 +35,14 @@ std::wstring systemRoot()
 
 } // namespace
 
+// The entry is written anew, since what is replaced may have its name in other letters. Windows does not mind them, but
+// WSL looks up by the exact name what it hands over to Linux.
+void put(Variables& variables, const std::wstring& name, std::wstring value)
+{
+    variables.erase(name);
+    variables.emplace(name, std::move(value));
+}
+
 bool BeforeWithoutCase::operator()(const std::wstring& left, const std::wstring& right) const noexcept
 {
     return CompareStringOrdinal(left.data(), static_cast<int>(left.size()), right.data(),
@@ -44,7 +53,11 @@ Variables variablesWith(const Environment& environment)
 {
     Variables variables = inheritedVariables();
     for (const auto& [name, value] : environment) {
-        variables.insert_or_assign(wide(name), wide(value));
+        put(variables, wide(name), wide(value));
+    }
+    // WSL finds its list under the name in upper case only.
+    if (const auto list = variables.find(L"WSLENV"); list != variables.end()) {
+        put(variables, L"WSLENV", list->second);
     }
     variables.emplace(L"SystemRoot", systemRoot());
     return variables;

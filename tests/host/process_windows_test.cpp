@@ -41,6 +41,17 @@ std::vector<std::string> childWithLine(std::size_t length)
     return child({"exit", "0", std::string(length - before, 'x')});
 }
 
+// The names of the variables that the test child gets, as they arrive there.
+std::vector<std::string> variableNames(const orb::process::detail::Environment& environment)
+{
+    std::istringstream lines(run(child({"variable-names"}), environment).standardOutput);
+    std::vector<std::string> names;
+    for (std::string line; std::getline(lines, line);) {
+        names.push_back(line);
+    }
+    return names;
+}
+
 // Wine's loader sets these again in every program, and so at the end.
 bool isSetByTheLoader(const std::string& name)
 {
@@ -143,15 +154,36 @@ TEST(ProcessEnvironmentWindows, replacesAnEntryWhateverItsCase)
 TEST(ProcessEnvironmentWindows, isSortedHasEachNameOnceAndKeepsTheDrivesFolders)
 {
     SetEnvironmentVariableW(L"=C:", L"C:\\windows");
-    const RunResult result = run(child({"variable-names"}), {{"b_test", "1"}, {"A_test", "2"}, {"_test", "3"}});
+    std::vector<std::string> names = variableNames({{"b_test", "1"}, {"A_test", "2"}, {"_test", "3"}});
     SetEnvironmentVariableW(L"=C:", nullptr);
-    std::vector<std::string> names;
-    std::istringstream lines(result.standardOutput);
-    for (std::string line; std::getline(lines, line);) {
-        names.push_back(line);
+    for (std::string& name : names) {
+        CharUpperBuffA(name.data(), static_cast<DWORD>(name.size()));
     }
     EXPECT_THAT(names, testing::IsSupersetOf({"=C:", "A_TEST", "B_TEST", "_TEST", "SYSTEMROOT"}));
-    EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size()) << result.standardOutput;
+    EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
     std::erase_if(names, isSetByTheLoader);
-    EXPECT_TRUE(std::is_sorted(names.begin(), names.end())) << result.standardOutput;
+    EXPECT_TRUE(std::is_sorted(names.begin(), names.end())) << testing::PrintToString(names);
+}
+
+TEST(ProcessEnvironmentWindows, hasTheNamesAsTheCallerWritesThem)
+{
+    SetEnvironmentVariableW(L"PROCESS_TEST_VARIABLE", L"inherited");
+    SetEnvironmentVariableW(L"Process_Test_Kept", L"inherited");
+    const std::vector<std::string> names = variableNames({{"process_test_variable", "given"}});
+    SetEnvironmentVariableW(L"PROCESS_TEST_VARIABLE", nullptr);
+    SetEnvironmentVariableW(L"Process_Test_Kept", nullptr);
+    EXPECT_THAT(names, testing::IsSupersetOf({"process_test_variable", "Process_Test_Kept"}));
+    EXPECT_THAT(names, testing::Not(testing::Contains("PROCESS_TEST_VARIABLE")));
+}
+
+TEST(ProcessEnvironmentWindows, namesTheListForWslAsWslLooksForIt)
+{
+    SetEnvironmentVariableW(L"WSLENV", nullptr);
+    EXPECT_THAT(variableNames({{"wslenv", "NAME"}}), testing::Contains("WSLENV"));
+    EXPECT_THAT(variableNames({}), testing::Not(testing::Contains("WSLENV")));
+    SetEnvironmentVariableW(L"WslEnv", L"INHERITED");
+    EXPECT_THAT(variableNames({}), testing::Contains("WSLENV"));
+    EXPECT_EQ(run(child({"variables", "WSLENV"})).standardOutput, "INHERITED\n");
+    EXPECT_EQ(run(child({"variables", "WSLENV"}), {{"WSLENV", "GIVEN"}}).standardOutput, "GIVEN\n");
+    SetEnvironmentVariableW(L"WSLENV", nullptr);
 }

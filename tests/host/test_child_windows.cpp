@@ -108,7 +108,7 @@ void startAgain(const std::vector<std::string>& arguments)
 
 namespace {
 
-// The names of all variables in upper case, a line each, in the order that they arrived in.
+// The names of all variables, a line each, as they arrived.
 int printVariableNames()
 {
     wchar_t* const strings = GetEnvironmentStringsW();
@@ -116,7 +116,6 @@ int printVariableNames()
         std::wstring line = next;
         next += line.size() + 1;
         line.resize(line.find(L'=', 1));
-        CharUpperBuffW(line.data(), static_cast<DWORD>(line.size()));
         std::cout << utf8(line) << '\n';
     }
     FreeEnvironmentStringsW(strings);

@@ -137,6 +137,16 @@ TEST_F(WslProvisioning, ArgumentsAndBytesArriveUnchanged)
     EXPECT_EQ(runInside({"printf", R"(\000\377\r\n)"}).standardOutput, std::string("\0\377\r\n", 4));
 }
 
+TEST_F(WslProvisioning, ASharedVariableArrivesUnderTheCallersNameWhateverIsInherited)
+{
+    tree.install();
+    orb::lvm::importFromTarIfNecessary("", "", false);
+    const EnvironmentVariable inherited("SHARED_TEST_PROXY", "inherited");
+    EXPECT_EQ(
+        runInside({"sh", "-c", "printf %s \"$shared_test_proxy\""}, {{"shared_test_proxy", "given"}}).standardOutput,
+        "given");
+}
+
 TEST_F(WslProvisioning, ADistributionThatDiffersInCaseBlocksTheImportAndStays)
 {
     tree.install();

@@ -68,8 +68,9 @@ struct RunOptions {
 //              folder when it is relative; a bare name is looked up in the absolute entries of the PATH that the
 //              program is given (`environment`'s, otherwise the caller's) only, never in the current folder or the
 //              folder of the running program. On Windows ".exe" is added to a bare name without an extension.
-// environment  Added to the inherited environment; an entry replaces the inherited one of that name (names compare
-//              without case on Windows).
+// environment  Added to the inherited environment; an entry replaces the inherited one of that name. On Windows names
+//              compare without case, the program gets them as the caller writes them, and WSLENV is always in upper
+//              case: WSL looks names up exactly.
 // workingDir   UTF-8; empty means the caller's current folder. A drive designator alone ("c:") means that drive's
 //              current folder on Windows and the caller's folder elsewhere.
 // detach       Do not wait: streams are the null device, and the result is all empty. The options are not used then.
