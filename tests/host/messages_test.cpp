@@ -6,13 +6,18 @@
 #include "temporary_folder.h"
 
 #include <boost/exception/diagnostic_information.hpp>
+#include <boost/exception/error_info.hpp>
+#include <boost/exception/get_error_info.hpp>
+#include <boost/exception/info.hpp>
 #include <boost/exception_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -205,6 +210,49 @@ TEST(Exceptions, BoostCarriesThemBetweenThreads)
         carried = boost::current_exception();
     }
     EXPECT_THROW(boost::rethrow_exception(carried), TestException);
+}
+
+using Remark = boost::error_info<struct RemarkTag, std::string>;
+
+TEST(Exceptions, ACloneHasErrorInfosOfItsOwn)
+{
+    const TestException exception = testException();
+    exception << Remark("before");
+    const std::unique_ptr<const boost::exception_detail::clone_base> copy(exception.clone());
+    exception << Remark("after");
+    try {
+        copy->rethrow();
+        FAIL();
+    } catch (const TestException& rethrown) {
+        ASSERT_NE(boost::get_error_info<Remark>(rethrown), nullptr);
+        EXPECT_EQ(*boost::get_error_info<Remark>(rethrown), "before");
+        rethrown << Remark("later");
+    }
+    EXPECT_EQ(*boost::get_error_info<Remark>(dynamic_cast<const TestException&>(*copy)), "before");
+}
+
+// The thread sanitizer is the judge.
+TEST(Exceptions, AreHandledOnSeveralThreadsAtOnce)
+{
+    boost::exception_ptr carried;
+    try {
+        throw testException() << Remark("text");
+    } catch (...) {
+        carried = boost::current_exception();
+    }
+    const auto handle = [&carried] {
+        for (int round = 0; round < 1000; ++round) {
+            try {
+                boost::rethrow_exception(carried);
+            } catch (const TestException& error) {
+                ASSERT_EQ(*boost::get_error_info<Remark>(error), "text");
+            }
+        }
+    };
+    std::thread first(handle);
+    std::thread second(handle);
+    first.join();
+    second.join();
 }
 
 TEST(OwnCatalogue, BringsItsEnglishAlong)

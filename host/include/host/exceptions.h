@@ -53,11 +53,11 @@ class Exception<ID, Base, void>
 public:
     explicit Exception(message::Message message) : content_(std::make_shared<const Content>(std::move(message))) {}
 
-    // A copy on the heap, the caller's to delete.
-    const boost::exception_detail::clone_base* clone() const override { return new Exception(*this); }
-    // Throws a copy of this exception as its exact type.
+    // A copy on the heap, the caller's to delete. It may go to another thread: Boost's error infos are copied too.
+    const boost::exception_detail::clone_base* clone() const override { return new Exception(*this, Apart{}); }
+    // Throws such a copy as its exact type.
     // NOLINTNEXTLINE(cert-err60-cpp): its copies do not throw, but boost::exception does not say so
-    [[noreturn]] void rethrow() const override { throw *this; }
+    [[noreturn]] void rethrow() const override { throw Exception(*this, Apart{}); }
 
     const char* what() const noexcept override { return description(); }
     const char* description() const noexcept override { return content_->description.c_str(); }
@@ -65,6 +65,13 @@ public:
     const message::Message& message() const noexcept override { return content_->message; }
 
 private:
+    // The copies that a throw makes share the error infos, and count their owners without regard to threads.
+    struct Apart {};
+    Exception(const Exception& other, Apart /*from the original*/) : Base(other), content_(other.content_)
+    {
+        boost::exception_detail::copy_boost_exception(this, &other);
+    }
+
     struct Content {
         explicit Content(message::Message given) : message(std::move(given)), description(describe(message)) {}
         message::Message message;
