@@ -19,7 +19,7 @@ RunResult runOrReportMissing(const std::vector<std::string>& arguments, const En
     try {
         return runProgram(arguments, environment, workingDir, options);
     } catch (const ProgramNotFound& failure) {
-        return {notFoundStatus, {}, std::string(failure.what()) + "\n"};
+        return {notFoundStatus, {}, std::string(failure.what()) + "\n", true};
     }
 }
 

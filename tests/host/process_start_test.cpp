@@ -43,7 +43,7 @@ Failure failureOf(const std::vector<std::string>& arguments, const Environment& 
 bool isNotFound(const std::vector<std::string>& arguments, const std::string& workingDir = {})
 {
     const orb::process::detail::RunResult result = run(arguments, {}, workingDir);
-    return result.status == 127 && result.standardOutput.empty() &&
+    return result.status == 127 && result.programMissing && result.standardOutput.empty() &&
            result.standardError.starts_with("cannot start '" + arguments.front() + "'") &&
            result.standardError.ends_with('\n');
 }
@@ -79,6 +79,14 @@ TEST(ProcessStart, reportsAProgramThatIsMissingAsAShellDoes)
     EXPECT_TRUE(isNotFound({(folder.path() / "missing" / "deeper").string()}));
     EXPECT_TRUE(isNotFound({"no-such-program-anywhere"}));
     EXPECT_TRUE(isNotFound({"", "argument"}));
+}
+
+TEST(ProcessStart, tellsAMissingProgramFromOneThatEndsWithItsStatus)
+{
+    EXPECT_TRUE(run({"no-such-program-anywhere"}).programMissing);
+    const orb::process::detail::RunResult result = run(child({"exit", "127"}));
+    EXPECT_EQ(result.status, 127);
+    EXPECT_FALSE(result.programMissing);
 }
 
 TEST(ProcessStart, callsNoHandlerForAProgramThatIsMissing)

@@ -27,6 +27,8 @@ struct RunResult {
     // The bytes as captured, without any conversion.
     std::string standardOutput;
     std::string standardError;
+    // There was no such program, so none has run: status and standardError are run()'s own.
+    bool programMissing = false;
 };
 
 enum class Stream { output, error };
@@ -77,7 +79,8 @@ struct RunOptions {
 //
 // A program that does not exist, or whose name is empty, is no exception but a run that failed: the status is 127, as
 // shells report it, and one line on standard error names the program. So a look-up command that is not installed reads
-// like one that found nothing. Handlers are not called then. With `detach` it is an exception.
+// like one that found nothing; `programMissing` tells it from a program that ended with 127 itself. Handlers are not
+// called then. With `detach` it is an exception.
 //
 // Throws std::system_error with the system's own code when the program cannot be started for any other reason (what()
 // names the program), and std::invalid_argument for what cannot be passed faithfully: an empty vector, an
