@@ -57,6 +57,22 @@ char16_t separatorOf(int form)
 
 std::u16string withoutSeparatorAtEnd(std::u16string text)
 {
+char16_t lowerCase(char16_t letter)
+{
+    return letter >= u'A' && letter <= u'Z' ? static_cast<char16_t>(letter - u'A' + u'a') : letter;
+}
+
+// Windows finds files whatever the case of their names, and gives a library's path as whoever loaded it wrote it.
+bool sameInFileNames(char16_t left, char16_t right)
+{
+    return left == right || (nativeSeparator == backslash && lowerCase(left) == lowerCase(right));
+}
+
+bool endsWith(std::u16string_view folder, std::u16string_view end)
+{
+    return folder.size() >= end.size() && std::equal(end.rbegin(), end.rend(), folder.rbegin(), sameInFileNames);
+}
+
     while (text.size() > 1 && text.back() == slash) {
         text.pop_back();
     }
@@ -68,7 +84,7 @@ std::u16string rootOfTree(std::u16string folder)
 {
     // uncovered: a library that is in none of these folders
     for (const std::u16string_view end : {u"/bin/win64", u"/bin", u"/lib"}) {
-        if (folder.ends_with(end)) {
+        if (endsWith(folder, end)) {
             folder.erase(folder.size() - end.size());
             break;
         }
