@@ -1,5 +1,6 @@
 #include "archives.h"
 
+#include "host/files.h"
 #include "host/text.h"
 
 #include <algorithm>
@@ -74,16 +75,9 @@ std::string headOf(const std::filesystem::path& file, bool& read)
 }
 
 // A pipe or a device is not opened: reading it could take for ever.
-ArchiveKind kindOfFile(const std::filesystem::path& file, std::filesystem::file_type type)
+ArchiveKind kindOfFile(const std::filesystem::path& file)
 {
-    switch (type) {
-    case std::filesystem::file_type::not_found:
-        return ArchiveKind::missing;
-    case std::filesystem::file_type::none:
-        return ArchiveKind::notReadable;
-    case std::filesystem::file_type::regular:
-        break;
-    default:
+    if (!foundation::core::path::is_regular_file(file)) {
         return ArchiveKind::notAFile;
     }
     bool read = false;
@@ -155,12 +149,15 @@ const char* kindName(ArchiveKind kind)
 Archive lookAt(const std::filesystem::path& folder, const std::string& name)
 {
     const std::filesystem::path file = folder / std::filesystem::path(foundation::core::text::cvt_utf8_ustring(name));
-    std::error_code error;
     Archive archive;
     archive.name = name;
-    const std::filesystem::file_status status = std::filesystem::status(file, error);
-    archive.present = std::filesystem::exists(status);
-    archive.kind = kindOfFile(file, status.type());
+    try {
+        archive.present = foundation::core::path::exists(file);
+        archive.kind = archive.present ? kindOfFile(file) : ArchiveKind::missing;
+    } catch (const std::filesystem::filesystem_error&) {
+        archive.kind = ArchiveKind::notReadable;
+    }
+    std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(file, error);
     archive.size = error ? 0 : size;
     return archive;

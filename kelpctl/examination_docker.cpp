@@ -6,6 +6,7 @@
 #include "host/text.h"
 
 #include <array>
+#include <filesystem>
 #include <sstream>
 #include <system_error>
 
@@ -43,19 +44,14 @@ Fate fateOf(const std::string& candidate)
     if (candidate.find(hostFolder) != std::string::npos) {
         return Fate::hostsOwn;
     }
-    std::error_code error;
     const std::filesystem::path path = pathOf(candidate);
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (status.type() == std::filesystem::file_type::not_found) {
+    if (!foundation::core::path::exists(path)) {
         return Fate::missing;
     }
-    if (error) {
-        throw std::filesystem::filesystem_error("exists", path, error);
-    }
-    if (foundation::core::path::is_link(path, error)) {
+    if (foundation::core::path::is_link(path)) {
         return Fate::link;
     }
-    return std::filesystem::is_regular_file(status) ? Fate::regularFile : Fate::notAFile;
+    return foundation::core::path::is_regular_file(path) ? Fate::regularFile : Fate::notAFile;
 }
 
 void search(DockerExamination& docker, const std::string& printed)
@@ -85,8 +81,11 @@ void takeWhatIsThere(DockerExamination& docker, const std::string& printed)
             candidate.taken = candidate.path == docker.client;
         }
     }
-    std::error_code error;
-    docker.clientExists = !docker.client.empty() && std::filesystem::exists(pathOf(docker.client), error);
+    try {
+        docker.clientExists = !docker.client.empty() && foundation::core::path::exists(pathOf(docker.client));
+    } catch (const std::filesystem::filesystem_error&) {
+        docker.clientExists = false;
+    }
 }
 
 // The look-up begins with the current folder, which for the library is that of drive C.

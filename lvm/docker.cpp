@@ -13,6 +13,9 @@
 #include <iostream>
 
 namespace orb::lvm::detail {
+
+namespace files = foundation::core::path;
+
 namespace {
 
 template <class... Parts>
@@ -40,7 +43,8 @@ bool isInHostTree(const std::string& path)
 // Each test converts the path afresh.
 bool isClient(const std::string& path)
 {
-    return !isInHostTree(path) && pathExists(toPath(path)) && !isLink(toPath(path)) && isRegularFile(toPath(path));
+    return !isInHostTree(path) && files::exists(toPath(path)) && !files::is_link(toPath(path)) &&
+           files::is_regular_file(toPath(path));
 }
 
 // The words that a query of the client printed.
@@ -113,7 +117,7 @@ void dockerImportFromTarIfNecessary(const std::string& tarPath, const std::strin
     logDetail("importFromTarIfNecessary: docker");
     const std::string dockerPath = getDockerExecutablePath();
     logDetail("importFromTarIfNecessary: dockerPath = ", dockerPath);
-    if (!pathExists(toPath(dockerPath))) {
+    if (!files::exists(toPath(dockerPath))) {
         log(dockerLogger(), Level::Error, "importFromTarIfNecessary: dockerPath doesn't exist");
         throwError(container_support::DOCKER_NOT_AVAILABLE{});
     }
@@ -124,7 +128,7 @@ void dockerImportFromTarIfNecessary(const std::string& tarPath, const std::strin
     }
     // Required even when the pull provides the image.
     const std::string tarFile = tarPath.empty() ? defaultTarFile(useRootFsArchive) : tarPath;
-    if (!pathExists(toPath(tarFile))) {
+    if (!files::exists(toPath(tarFile))) {
         throwError(container_support::TAR_FILE_NOT_AVAILABLE{}, tarFile);
     }
     if (!pullImageFromRegistry("zqkelp", hubTag(), hubTag())) {

@@ -276,7 +276,7 @@ std::string makeDistroFolder()
     std::string localDistroLocationPath = text::cvt_ustring_string(path::tmpnam(path::temp_directory_name(), {}, {}));
     logDetail("importFromTarIfNecessary: localDistroLocationPath = ", localDistroLocationPath);
     const std::filesystem::path folder = toPath(localDistroLocationPath);
-    const bool distroLocationExist = pathExists(folder);
+    const bool distroLocationExist = path::exists(folder);
     logDetail("importFromTarIfNecessary: localDistroLocationPath exist ", localDistroLocationPath,
               " distroLocationExist = ", distroLocationExist);
     if (!distroLocationExist) {

@@ -5,7 +5,6 @@
 #include "random_bits.h"
 
 #include <array>
-#include <system_error>
 
 namespace foundation::core::path {
 namespace {
@@ -27,12 +26,6 @@ std::u16string tmpnam(const std::u16string& directory, const std::u16string& pre
 {
     const std::u16string name = prefix + hexadecimal(randomBits()) + suffix;
     return concatenate_pathname({directory, native_form}, name, native_form).text;
-}
-
-bool exists(const std::u16string& path)
-{
-    std::error_code error;
-    return std::filesystem::exists(path, error);
 }
 
 } // namespace foundation::core::path

@@ -19,13 +19,35 @@ std::u16string temp_directory_name()
     return text::cvt_utf8_ustring(name);
 }
 
-bool is_link(const std::filesystem::path& path, std::error_code& error)
+namespace {
+
+using Look = std::filesystem::file_status(const std::filesystem::path& path, std::error_code& error);
+
+std::filesystem::file_type typeBy(Look look, const char* operation, const std::filesystem::path& path)
 {
-    const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
-    if (status.type() != std::filesystem::file_type::none) {
-        error.clear();
+    std::error_code error;
+    const std::filesystem::file_type type = look(path, error).type();
+    if (type == std::filesystem::file_type::none) {
+        throw std::filesystem::filesystem_error(operation, path, error);
     }
-    return std::filesystem::is_symlink(status);
+    return type;
+}
+
+} // namespace
+
+bool exists(const std::filesystem::path& path)
+{
+    return typeBy(std::filesystem::status, "exists", path) != std::filesystem::file_type::not_found;
+}
+
+bool is_link(const std::filesystem::path& path)
+{
+    return typeBy(std::filesystem::symlink_status, "symlink_status", path) == std::filesystem::file_type::symlink;
+}
+
+bool is_regular_file(const std::filesystem::path& path)
+{
+    return typeBy(std::filesystem::status, "status", path) == std::filesystem::file_type::regular;
 }
 
 RandomBits randomBits()

@@ -1,8 +1,10 @@
 #include "child.h"
 
-#include "last_error.h"
+#include "system_error.h"
 
 namespace orb::process::detail {
+
+using foundation::core::system::lastError;
 
 Child::~Child()
 {

@@ -1,5 +1,7 @@
 #include "host/network.h"
 
+#include "system_error.h"
+
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
@@ -8,7 +10,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace foundation::core::net {
@@ -26,11 +27,12 @@ std::vector<std::byte> readAdapters()
         if (code == ERROR_SUCCESS) {
             return buffer;
         }
-        if (code == ERROR_NO_DATA) {
+        // No adapter has an address, or one that is new is about to get its own.
+        if (code == ERROR_NO_DATA || code == ERROR_ADDRESS_NOT_ASSOCIATED) {
             return {};
         }
         if (code != ERROR_BUFFER_OVERFLOW) {
-            throw std::system_error(static_cast<int>(code), std::system_category(), "GetAdaptersAddresses");
+            throw system::SystemError(code, "GetAdaptersAddresses");
         }
     }
 }

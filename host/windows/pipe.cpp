@@ -1,13 +1,15 @@
 #include "pipe.h"
 
-#include "last_error.h"
 #include "random_bits.h"
+#include "system_error.h"
 
 #include <algorithm>
 #include <array>
 #include <string>
 
 namespace orb::process::detail {
+
+using foundation::core::system::lastError;
 
 namespace {
 

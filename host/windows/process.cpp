@@ -2,17 +2,19 @@
 
 #include "arguments.h"
 #include "child.h"
-#include "last_error.h"
 #include "pipe.h"
 #include "run_program.h"
 #include "run_session.h"
 #include "start.h"
+#include "system_error.h"
 
 #include <array>
 
 #include <windows.h>
 
 namespace orb::process::detail {
+
+using foundation::core::system::lastError;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "program_search.h"
 
-#include "last_error.h"
 #include "run_program.h"
+#include "system_error.h"
 #include "wide_text.h"
 
 #include <algorithm>
@@ -11,6 +11,8 @@
 #include <windows.h>
 
 namespace orb::process::detail {
+
+using foundation::core::system::lastError;
 
 namespace {
 
@@ -25,8 +27,7 @@ bool isMissing(const std::wstring& path)
     if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
         return false;
     }
-    const DWORD error = GetLastError();
-    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    return foundation::core::system::meansMissing(GetLastError());
 }
 
 bool isSlash(wchar_t character)
@@ -99,6 +100,9 @@ std::wstring findProgram(const std::string& program, const Variables& variables)
             throw ProgramNotFound(program);
         }
         return file;
+    }
+    if (name.empty()) {
+        throw ProgramNotFound(program);
     }
     const bool hasExtension = name.find(L'.') != std::wstring::npos;
     const std::wstring file = searchFolders(hasExtension ? name : name + L".exe", variables);

@@ -1,19 +1,20 @@
 #include "start.h"
 
 #include "arguments.h"
-#include "last_error.h"
 #include "program_search.h"
+#include "system_error.h"
 #include "variables.h"
 #include "wide_text.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <mutex>
-#include <system_error>
 
 #include <windows.h>
 
 namespace orb::process::detail {
+
+using foundation::core::system::lastError;
 
 namespace {
 
@@ -36,7 +37,7 @@ public:
         }
         if (UpdateProcThreadAttribute(list(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
                                       handles_.size() * sizeof(HANDLE), nullptr, nullptr) == FALSE) {
-            const std::system_error failure = lastError("cannot prepare the start of a program");
+            const auto failure = lastError("cannot prepare the start of a program");
             DeleteProcThreadAttributeList(list());
             throw failure; // NOLINT(misc-throw-by-value-catch-by-reference): the list's end may change the error
         }
@@ -70,9 +71,10 @@ std::wstring commandLine(const std::vector<std::string>& arguments, const std::s
     // The system counts the closing zero too.
     constexpr std::size_t longestLine = 32767;
     if (line.size() + 1 > longestLine) {
-        throw std::system_error(ERROR_FILENAME_EXCED_RANGE, std::system_category(),
-                                failure + ": its command line is " + std::to_string(line.size()) +
-                                    " characters long, and the system takes " + std::to_string(longestLine - 1));
+        throw foundation::core::system::SystemError(ERROR_FILENAME_EXCED_RANGE,
+                                                    failure + ": its command line is " + std::to_string(line.size()) +
+                                                        " characters long, and the system takes " +
+                                                        std::to_string(longestLine - 1));
     }
     return line;
 }

@@ -1,6 +1,6 @@
 #include "variables.h"
 
-#include "last_error.h"
+#include "system_error.h"
 #include "wide_text.h"
 
 #include <array>
@@ -10,6 +10,8 @@
 #include <windows.h>
 
 namespace orb::process::detail {
+
+using foundation::core::system::lastError;
 
 namespace {
 
@@ -33,8 +35,6 @@ std::wstring systemRoot()
     return {folder.data(), length};
 }
 
-} // namespace
-
 // The entry is written anew, since what is replaced may have its name in other letters. Windows does not mind them, but
 // WSL looks up by the exact name what it hands over to Linux.
 void put(Variables& variables, const std::wstring& name, std::wstring value)
@@ -42,6 +42,8 @@ void put(Variables& variables, const std::wstring& name, std::wstring value)
     variables.erase(name);
     variables.emplace(name, std::move(value));
 }
+
+} // namespace
 
 bool BeforeWithoutCase::operator()(const std::wstring& left, const std::wstring& right) const noexcept
 {

@@ -1,5 +1,6 @@
 #include "host/files.h"
 
+#include "files_system.h"
 #include "temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -73,15 +74,78 @@ TEST(Files, WhatExistsExists)
     EXPECT_FALSE(path::exists(u""));
 }
 
-TEST(Files, AFileAFolderAndNothingAreNoLinks)
+TEST(Files, WhatLeadsNowhereIsNothingAndNoError)
 {
     const TemporaryFolder folder;
     std::ofstream(folder.path() / "file") << "content";
-    for (const char* name : {"file", ".", "missing", "missing/deeper"}) {
-        std::error_code error = std::make_error_code(std::errc::io_error);
-        EXPECT_FALSE(path::is_link(folder.path() / name, error)) << name;
-        EXPECT_FALSE(error) << name << ": " << error.message();
+    for (const char* name : {"missing", "missing/deeper", "file/below"}) {
+        EXPECT_FALSE(path::exists(folder.path() / name)) << name;
+        EXPECT_FALSE(path::is_link(folder.path() / name)) << name;
+        EXPECT_FALSE(path::is_regular_file(folder.path() / name)) << name;
     }
+    EXPECT_FALSE(path::is_link({}));
+    EXPECT_FALSE(path::is_regular_file({}));
+}
+
+TEST(Files, OnlyAFileIsARegularFileAndNeitherItNorAFolderIsALink)
+{
+    const TemporaryFolder folder;
+    std::ofstream(folder.path() / "file") << "content";
+    EXPECT_TRUE(path::is_regular_file(folder.path() / "file"));
+    EXPECT_FALSE(path::is_regular_file(folder.path()));
+    EXPECT_FALSE(path::is_link(folder.path() / "file"));
+    EXPECT_FALSE(path::is_link(folder.path()));
+}
+
+TEST(Files, LinksAreFollowed)
+{
+    const TemporaryFolder folder;
+    std::ofstream(folder.path() / "file") << "content";
+    const Link toFile("file", folder.path() / "to-file");
+    const Link broken("nowhere", folder.path() / "broken");
+    EXPECT_TRUE(path::exists(toFile.path()));
+    EXPECT_TRUE(path::is_regular_file(toFile.path()));
+    EXPECT_FALSE(path::exists(broken.path()));
+    EXPECT_FALSE(path::is_regular_file(broken.path()));
+}
+
+// The name of the operation that the failure gives.
+std::string failureOf(bool test(const std::filesystem::path& path), const std::filesystem::path& path)
+{
+    try {
+        test(path);
+    } catch (const std::filesystem::filesystem_error& error) {
+        EXPECT_EQ(error.path1(), path);
+        EXPECT_TRUE(error.code());
+        const std::string text = error.what();
+        return text.substr(0, text.rfind(": "));
+    }
+    return "none";
+}
+
+TEST(Files, APathThatCannotBeLookedAtIsAnErrorThatNamesTheTest)
+{
+    const TemporaryFolder folder;
+    const Link loop("loop", folder.path() / "loop");
+    EXPECT_EQ(failureOf(path::exists, loop.path()), "filesystem error: exists");
+    EXPECT_EQ(failureOf(path::is_regular_file, loop.path()), "filesystem error: status");
+    EXPECT_EQ(failureOf(path::is_link, loop.path() / "below"), "filesystem error: symlink_status");
+}
+
+TEST(Files, PathsMayBeOfAnyLength)
+{
+    const TemporaryFolder folder;
+    std::filesystem::path deep = folder.path();
+    // Longer than Windows takes without being told, and in a form that needs no further work.
+    while (deep.native().size() < 300) {
+        deep /= "0123456789";
+    }
+    makeFolders(deep);
+    EXPECT_TRUE(path::exists(deep));
+    EXPECT_TRUE(path::exists(deep / ".." / "0123456789"));
+    EXPECT_FALSE(path::is_link(deep));
+    EXPECT_FALSE(path::is_regular_file(deep));
+    EXPECT_FALSE(path::exists(deep / "missing"));
 }
 
 } // namespace

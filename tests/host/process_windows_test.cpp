@@ -131,6 +131,19 @@ TEST(ProgramSearchWindows, understandsQuotedEntriesAndAnyCaseOfTheVariable)
         "found");
 }
 
+TEST(ProgramSearchWindows, hasNoProgramWithoutAName)
+{
+    const TemporaryFolder folder;
+    plantChild(folder.path(), "");
+    EXPECT_EQ(run({"", "exit", "0"}, {{"PATH", folder.path().string()}}).status, 127);
+}
+
+TEST(ProgramSearchWindows, takesAPathThatCannotBeForAMissingProgram)
+{
+    EXPECT_EQ(run({"C:\\a\\docker.exe\r\nC:\\b\\docker.exe"}).status, 127);
+    EXPECT_EQ(run({"C:\\a|b.exe"}).status, 127);
+}
+
 TEST(WorkingFolderWindows, ofADriveDesignatorIsTheDrivesCurrentFolder)
 {
     SetEnvironmentVariableW(L"=C:", L"C:\\windows");

@@ -20,7 +20,7 @@ protected:
     static Events looked(const std::string& path)
     {
         const std::string converted = "cvt_string_ustring " + path;
-        return {converted, converted, "is_link " + path, converted};
+        return {converted, "exists " + path, converted, "is_link " + path, converted, "is_regular_file " + path};
     }
 
     TestFolder folder;
@@ -76,7 +76,8 @@ TEST_F(DockerDiscovery, AMissingFileIsPassedOver)
     const std::string client = folder.makeFile("docker.exe");
     expectWhere(missing + "\r\n" + client + "\r\n");
     EXPECT_EQ(getDockerExecutablePath(), client);
-    expectEvents(sequence({{ranIn("c:", where), "cvt_string_ustring " + missing}, looked(client)}));
+    expectEvents(
+        sequence({{ranIn("c:", where), "cvt_string_ustring " + missing, "exists " + missing}, looked(client)}));
 }
 
 TEST_F(DockerDiscovery, ALinkIsPassedOver)
@@ -87,7 +88,8 @@ TEST_F(DockerDiscovery, ALinkIsPassedOver)
     expectWhere(link + "\r\n" + client + "\r\n");
     EXPECT_EQ(getDockerExecutablePath(), client);
     const std::string converted = "cvt_string_ustring " + link;
-    expectEvents(sequence({{ranIn("c:", where), converted, converted, "is_link " + link}, looked(client)}));
+    expectEvents(
+        sequence({{ranIn("c:", where), converted, "exists " + link, converted, "is_link " + link}, looked(client)}));
 }
 
 TEST_F(DockerDiscovery, AFolderIsPassedOver)

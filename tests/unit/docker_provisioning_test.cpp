@@ -44,11 +44,11 @@ protected:
 
     Events start() const
     {
-        return sequence(
-            {{dockerDetail("importFromTarIfNecessary: docker")},
-             dockerLookup(client),
-             {dockerDetail("importFromTarIfNecessary: dockerPath = " + client), "cvt_string_ustring " + client},
-             images(client)});
+        return sequence({{dockerDetail("importFromTarIfNecessary: docker")},
+                         dockerLookup(client),
+                         {dockerDetail("importFromTarIfNecessary: dockerPath = " + client),
+                          "cvt_string_ustring " + client, "exists " + client},
+                         images(client)});
     }
 
     std::string tar(const std::string& name) const
@@ -71,6 +71,7 @@ protected:
         const std::string chosen = tar(firstExists ? first : "kelp_hub_docker.tar");
         events.push_back("cvt_ustring_utf8 " + chosen);
         events.push_back("cvt_string_ustring " + chosen);
+        events.push_back("exists " + chosen);
         return events;
     }
 
@@ -151,9 +152,10 @@ TEST_F(DockerProvisioning, AGivenArchiveIsTakenAsItIs)
     host().expectRun({client, "load", "-i", archive});
     expectImages(client, "x\nmine\n");
     dockerImportFromTarIfNecessary(archive, "mine", false);
-    expectEvents(sequence({start(),
-                           {"cvt_string_ustring " + archive, askedRelease, ran({client, "load", "-i", archive})},
-                           images(client)}));
+    expectEvents(sequence(
+        {start(),
+         {"cvt_string_ustring " + archive, "exists " + archive, askedRelease, ran({client, "load", "-i", archive})},
+         images(client)}));
 }
 
 TEST_F(DockerProvisioning, AnArchiveOfAnyTypeIsLeftToTheClient)
@@ -179,7 +181,7 @@ TEST_F(DockerProvisioning, NoClientIsAnErrorThatIsLogged)
     EXPECT_EQ(failure<support::DOCKER_NOT_AVAILABLE>("", "", false),
               Arguments{"orb:container_support:DOCKER_NOT_AVAILABLE"});
     expectEvents({dockerDetail("importFromTarIfNecessary: docker"), ranIn("c:", {"where", "docker.exe"}),
-                  dockerDetail("importFromTarIfNecessary: dockerPath = "), "cvt_string_ustring ",
+                  dockerDetail("importFromTarIfNecessary: dockerPath = "), "cvt_string_ustring ", "exists ",
                   dockerError("importFromTarIfNecessary: dockerPath doesn't exist")});
 }
 
@@ -190,8 +192,9 @@ TEST_F(DockerProvisioning, AClientThatDoesNotExistIsAnErrorThatIsLogged)
     EXPECT_EQ(failure<support::DOCKER_NOT_AVAILABLE>("", "", false),
               Arguments{"orb:container_support:DOCKER_NOT_AVAILABLE"});
     expectEvents({dockerDetail("importFromTarIfNecessary: docker"), ranIn("c:", {"where", "docker.exe"}),
-                  "cvt_string_ustring " + missing, dockerDetail("importFromTarIfNecessary: dockerPath = " + missing),
-                  "cvt_string_ustring " + missing, dockerError("importFromTarIfNecessary: dockerPath doesn't exist")});
+                  "cvt_string_ustring " + missing, "exists " + missing,
+                  dockerDetail("importFromTarIfNecessary: dockerPath = " + missing), "cvt_string_ustring " + missing,
+                  "exists " + missing, dockerError("importFromTarIfNecessary: dockerPath doesn't exist")});
 }
 
 // What the look-up printed is the path then, line ends and all.
@@ -220,7 +223,7 @@ TEST_F(DockerProvisioning, AMissingGivenArchiveIsAnError)
     expectStart("");
     EXPECT_EQ(failure<support::TAR_FILE_NOT_AVAILABLE>(archive, "mine", true),
               (Arguments{"orb:container_support:TAR_FILE_NOT_AVAILABLE", archive}));
-    expectEvents(sequence({start(), {"cvt_string_ustring " + archive}}));
+    expectEvents(sequence({start(), {"cvt_string_ustring " + archive, "exists " + archive}}));
 }
 
 TEST_F(DockerProvisioning, AFailingLoadIsAnErrorWithTheDefaultName)

@@ -86,16 +86,41 @@ std::u16string tmpnam(const std::u16string& directory, const std::u16string& pre
     return host().temporaryName;
 }
 
-bool exists(const std::u16string& path)
+namespace {
+
+std::filesystem::file_type typeOf(const char* operation, const std::filesystem::path& path)
 {
-    host().record("exists " + narrow(path));
-    return std::filesystem::exists(path);
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(path, error).type();
+    if (type == std::filesystem::file_type::none) {
+        throw std::filesystem::filesystem_error(operation, path, error);
+    }
+    return type;
 }
 
-bool is_link(const std::filesystem::path& path, std::error_code& error)
+} // namespace
+
+bool exists(const std::filesystem::path& path)
+{
+    host().record("exists " + narrow(path.u16string()));
+    return typeOf("exists", path) != std::filesystem::file_type::not_found;
+}
+
+bool is_link(const std::filesystem::path& path)
 {
     host().record("is_link " + narrow(path.u16string()));
-    return host().isLink && host().isLink(path, error);
+    std::error_code error;
+    const bool link = host().isLink && host().isLink(path, error);
+    if (error) {
+        throw std::filesystem::filesystem_error("symlink_status", path, error);
+    }
+    return link;
+}
+
+bool is_regular_file(const std::filesystem::path& path)
+{
+    host().record("is_regular_file " + narrow(path.u16string()));
+    return typeOf("status", path) == std::filesystem::file_type::regular;
 }
 
 } // namespace path

@@ -1,8 +1,7 @@
-// File tests on links, and on paths that cannot be looked at.
+// Paths that cannot be looked at.
 #include "host_test.h"
 
 #include "docker.h"
-#include "files.h"
 #include "wsl.h"
 
 #include <sys/stat.h>
@@ -36,37 +35,6 @@ protected:
 
     TestFolder folder;
 };
-
-TEST_F(FilesPosix, LinksAreFollowed)
-{
-    folder.makeFile("file");
-    std::filesystem::create_symlink("file", folder.path() / "link");
-    std::filesystem::create_symlink("missing", folder.path() / "broken");
-    EXPECT_TRUE(pathExists(folder.path() / "link"));
-    EXPECT_TRUE(isRegularFile(folder.path() / "link"));
-    EXPECT_FALSE(pathExists(folder.path() / "broken"));
-    EXPECT_FALSE(isRegularFile(folder.path() / "broken"));
-}
-
-TEST_F(FilesPosix, ExistenceThatCannotBeToldIsAnErrorNamedExists)
-{
-    try {
-        pathExists(tooLong);
-        ADD_FAILURE() << "no error";
-    } catch (const filesystem_error& error) {
-        expectError(error, "exists", tooLong, std::errc::filename_too_long);
-    }
-}
-
-TEST_F(FilesPosix, ATypeThatCannotBeToldIsAnErrorNamedStatus)
-{
-    try {
-        isRegularFile(tooLong);
-        ADD_FAILURE() << "no error";
-    } catch (const filesystem_error& error) {
-        expectError(error, "status", tooLong, std::errc::filename_too_long);
-    }
-}
 
 TEST_F(FilesPosix, ADockerCandidateThatCannotBeLookedAtIsAnError)
 {

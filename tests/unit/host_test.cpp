@@ -103,7 +103,13 @@ void expectDockerLookup(const std::string& path)
 Events dockerLookup(const std::string& path)
 {
     const std::string converted = "cvt_string_ustring " + path;
-    return {ranIn("c:", {"where", "docker.exe"}), converted, converted, "is_link " + path, converted};
+    return {ranIn("c:", {"where", "docker.exe"}),
+            converted,
+            "exists " + path,
+            converted,
+            "is_link " + path,
+            converted,
+            "is_regular_file " + path};
 }
 
 void expectImages(const std::string& dockerPath, const std::string& output)

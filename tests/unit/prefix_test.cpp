@@ -90,7 +90,7 @@ TEST_F(DockerPrefix, TheStringEndsWithTheContainer)
 {
     expectPath("D:\\docker.exe\r\n");
     EXPECT_EQ(getContainerCommandPrefix("abc"), "D:\\docker.exe exec abc");
-    expectEvents({ranIn("c:", {"where", "docker.exe"}), "cvt_string_ustring D:\\docker.exe"});
+    expectEvents({ranIn("c:", {"where", "docker.exe"}), "cvt_string_ustring D:\\docker.exe", "exists D:\\docker.exe"});
     expectPath("D:\\docker.exe\r\n");
     EXPECT_EQ(getContainerCommandPrefix(""), "D:\\docker.exe exec kelp_hub");
 }
@@ -99,7 +99,7 @@ TEST_F(DockerPrefix, TheVectorHasThreeElements)
 {
     expectPath("D:\\docker.exe\r\n");
     EXPECT_EQ(getContainerArgumentsPrefix(""), (Arguments{"D:\\docker.exe", "exec", "kelp_hub"}));
-    expectEvents({ranIn("c:", {"where", "docker.exe"}), "cvt_string_ustring D:\\docker.exe"});
+    expectEvents({ranIn("c:", {"where", "docker.exe"}), "cvt_string_ustring D:\\docker.exe", "exists D:\\docker.exe"});
     expectPath("D:\\docker.exe\r\n");
     EXPECT_EQ(getContainerArgumentsPrefix("my container"), (Arguments{"D:\\docker.exe", "exec", "my container"}));
 }
@@ -132,7 +132,7 @@ TEST_F(DockerPrefix, TheExecutableAlone)
 {
     expectPath("D:\\docker.exe\r\n");
     EXPECT_EQ(getContainerExecutablePath(), "D:\\docker.exe");
-    expectEvents({ranIn("c:", {"where", "docker.exe"}), "cvt_string_ustring D:\\docker.exe"});
+    expectEvents({ranIn("c:", {"where", "docker.exe"}), "cvt_string_ustring D:\\docker.exe", "exists D:\\docker.exe"});
 }
 
 } // namespace

@@ -58,8 +58,12 @@ protected:
 
     Events folderNamed() const
     {
-        return {"temp_directory_name", "tmpnam <the temp dir> <> <>", "cvt_ustring_string " + location,
-                line("localDistroLocationPath = " + location), "cvt_string_ustring " + location};
+        return {"temp_directory_name",
+                "tmpnam <the temp dir> <> <>",
+                "cvt_ustring_string " + location,
+                line("localDistroLocationPath = " + location),
+                "cvt_string_ustring " + location,
+                "exists " + location};
     }
 
     Events folderMade() const

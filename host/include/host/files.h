@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <string>
-#include <system_error>
 
 namespace foundation::core::path {
 
@@ -19,12 +18,18 @@ KORVANE_HOST_API std::u16string temp_directory_name();
 KORVANE_HOST_API std::u16string tmpnam(const std::u16string& directory, const std::u16string& prefix,
                                        const std::u16string& suffix);
 
-// Whether the path leads to something that exists, links followed. A path that cannot be looked at does not exist.
-KORVANE_HOST_API bool exists(const std::u16string& path);
+// The tests of a path. One that leads nowhere is an answer, and so are on Windows a server that cannot be found and a name
+// that no path can have. Whatever else keeps the system from looking is a std::filesystem::filesystem_error, named as
+// below, whose path is the one given. Paths may be of any length.
+
+// Whether the path leads to something that exists, links followed. Its error is named "exists".
+KORVANE_HOST_API bool exists(const std::filesystem::path& path);
 
 // Whether the path itself is a symbolic link or, on Windows, any other reparse point that stands for another path
-// (such as a junction). Links are not followed. A path that does not exist is no link and no error; any other failure
-// is reported in `error`.
-KORVANE_HOST_API bool is_link(const std::filesystem::path& path, std::error_code& error);
+// (such as a junction). Links are not followed. Its error is named "symlink_status".
+KORVANE_HOST_API bool is_link(const std::filesystem::path& path);
+
+// Whether the path leads to a regular file, links followed. Its error is named "status".
+KORVANE_HOST_API bool is_regular_file(const std::filesystem::path& path);
 
 } // namespace foundation::core::path
