@@ -54,19 +54,27 @@ Fate fateOf(const std::string& candidate)
     return foundation::core::path::is_regular_file(path) ? Fate::regularFile : Fate::notAFile;
 }
 
+// The look-up may have printed it in another code page.
+std::string asUtf8(const std::string& printed)
+{
+    using namespace foundation::core::text;
+    return cvt_ustring_utf8(cvt_string_ustring(printed));
+}
+
 void search(DockerExamination& docker, const std::string& printed)
 {
     for (const std::string& line : linesOf(printed)) {
         Candidate candidate{line, Fate::notLookedAt, false, {}};
         if (docker.client.empty() && docker.searchFailure.empty()) {
             try {
+                candidate.path = asUtf8(line);
                 candidate.fate = fateOf(line);
             } catch (const std::system_error& error) {
                 candidate.fate = Fate::notReadable;
                 docker.searchFailure = foundation::core::text::readable(error.what());
             }
             candidate.taken = candidate.fate == Fate::regularFile;
-            docker.client = candidate.taken ? line : std::string();
+            docker.client = candidate.taken ? candidate.path : std::string();
         }
         docker.candidates.push_back(candidate);
     }
@@ -76,7 +84,7 @@ void search(DockerExamination& docker, const std::string& printed)
 void takeWhatIsThere(DockerExamination& docker, const std::string& printed)
 {
     if (docker.client.empty() && docker.searchFailure.empty()) {
-        docker.client = trimmed(printed);
+        docker.client = asUtf8(trimmed(printed));
         for (Candidate& candidate : docker.candidates) {
             candidate.taken = candidate.path == docker.client;
         }

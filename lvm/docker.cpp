@@ -5,11 +5,11 @@
 #include "runner.h"
 #include "text.h"
 
+#include "host/environment.h"
 #include "host/files.h"
 #include "host/install.h"
 #include "host/text.h"
 
-#include <cstdlib>
 #include <iostream>
 
 namespace orb::lvm::detail {
@@ -162,8 +162,8 @@ bool runHubContainer(const std::string& imageName, const std::string& containerN
 {
     std::vector<std::string> arguments = {getDockerExecutablePath(), "run", "-di", "--network=host",
                                           "--name=" + orHubContainer(containerName)};
-    if (const char* extra = std::getenv("AUX_DOCKER_ARGS")) {
-        for (std::string& word : words(extra)) {
+    if (const auto extra = foundation::core::env::variable("AUX_DOCKER_ARGS")) {
+        for (std::string& word : words(*extra)) {
             arguments.push_back(std::move(word));
         }
     }

@@ -4,19 +4,13 @@
 #include "install_location.h"
 
 #include "host/configuration.h"
+#include "host/environment.h"
 #include "host/text.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <optional>
 
 namespace {
-
-std::optional<std::string> fromEnvironment(const char* variable)
-{
-    const char* value = std::getenv(variable);
-    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
-}
 
 std::optional<std::string> nonEmpty(std::optional<std::string> text)
 {
@@ -30,7 +24,7 @@ const char* svKorvaneRelease()
     using namespace foundation::core::config;
     std::optional<std::string> release = nonEmpty(configuration().release);
     if (!release) {
-        release = nonEmpty(fromEnvironment("KORVANE_RELEASE"));
+        release = nonEmpty(foundation::core::env::variable("KORVANE_RELEASE"));
     }
     return release ? keepRelease(*release) : nullptr;
 }
@@ -57,6 +51,12 @@ char16_t separatorOf(int form)
 
 std::u16string withoutSeparatorAtEnd(std::u16string text)
 {
+    while (text.size() > 1 && text.back() == slash) {
+        text.pop_back();
+    }
+    return text;
+}
+
 char16_t lowerCase(char16_t letter)
 {
     return letter >= u'A' && letter <= u'Z' ? static_cast<char16_t>(letter - u'A' + u'a') : letter;
@@ -71,12 +71,6 @@ bool sameInFileNames(char16_t left, char16_t right)
 bool endsWith(std::u16string_view folder, std::u16string_view end)
 {
     return folder.size() >= end.size() && std::equal(end.rbegin(), end.rend(), folder.rbegin(), sameInFileNames);
-}
-
-    while (text.size() > 1 && text.back() == slash) {
-        text.pop_back();
-    }
-    return text;
 }
 
 // "ROOT/bin/win64", "ROOT/bin" or "ROOT/lib": the folders of the installed tree that hold programs and libraries.
@@ -98,7 +92,7 @@ Pathname get_install_path()
 {
     std::optional<std::string> root = nonEmpty(config::configuration().installationRoot);
     if (!root) {
-        root = nonEmpty(fromEnvironment("KORVANE_ROOT"));
+        root = nonEmpty(env::variable("KORVANE_ROOT"));
     }
     if (root) {
         return {withoutSeparatorAtEnd(withSeparators(text::cvt_utf8_ustring(*root), slash)), generic_form};

@@ -1,5 +1,6 @@
 #include "host/text.h"
 
+#include "console_text.h"
 #include "unicode.h"
 
 #include <algorithm>
@@ -12,6 +13,18 @@ namespace {
 [[noreturn]] void throwMalformed(const char* what)
 {
     throw std::system_error(std::make_error_code(std::errc::illegal_byte_sequence), what);
+}
+
+bool isUtf8(std::string_view text)
+{
+    while (!text.empty()) {
+        const unicode::Decoded decoded = unicode::decodeUtf8(text);
+        if (!decoded.valid) {
+            return false;
+        }
+        text.remove_prefix(decoded.length);
+    }
+    return true;
 }
 
 } // namespace
@@ -58,7 +71,7 @@ std::u16string cvt_string_ustring(std::string_view text)
     if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
         throw std::system_error(std::make_error_code(std::errc::value_too_large), "text is too long for a path");
     }
-    return cvt_utf8_ustring(text);
+    return isUtf8(text) ? cvt_utf8_ustring(text) : fromConsole(text);
 }
 
 namespace {
@@ -67,14 +80,7 @@ constexpr char32_t replacement = 0xFFFD;
 
 bool isUtf8WithoutNul(std::string_view line)
 {
-    while (!line.empty()) {
-        const unicode::Decoded decoded = unicode::decodeUtf8(line);
-        if (!decoded.valid || decoded.codePoint == 0) {
-            return false;
-        }
-        line.remove_prefix(decoded.length);
-    }
-    return true;
+    return line.find('\0') == std::string_view::npos && isUtf8(line);
 }
 
 char16_t unitAt(std::string_view bytes, std::size_t position)

@@ -88,11 +88,13 @@ DWORD creationFlags(bool callersConsole)
 
 Handle startProgram(StartRequest request)
 {
-    const std::string failure = startFailure(request.arguments.front(), request.workingDir);
-    std::wstring line = commandLine(request.arguments, failure);
+    std::vector<std::string> arguments = request.arguments;
+    arguments.front() = programName(arguments.front());
+    const std::string failure = startFailure(arguments.front(), request.workingDir);
+    std::wstring line = commandLine(arguments, failure);
     const Variables variables = variablesWith(request.environment);
     std::wstring block = environmentBlock(variables);
-    const std::wstring program = findProgram(request.arguments.front(), variables);
+    const std::wstring program = findProgram(arguments.front(), variables);
     // A path such as "a.bat\\b\\.." shows only now what it names.
     refuseBatchFile(narrow(program));
     const std::wstring folder = request.workingDir.empty() ? std::wstring() : fullPath(wide(request.workingDir));

@@ -1,5 +1,6 @@
-// Links as only POSIX can make them in a test.
+// What only POSIX has.
 #include "host/files.h"
+#include "host/text.h"
 
 #include "environment_variable.h"
 #include "temporary_folder.h"
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 namespace {
 
@@ -37,6 +39,16 @@ TEST(Links, APathThatCannotBeLookedAtIsAnErrorWithTheSystemsCode)
         } catch (const std::filesystem::filesystem_error& error) {
             EXPECT_EQ(error.code(), std::errc::filename_too_long);
         }
+    }
+}
+
+TEST(Paths, AreUtf8Only)
+{
+    try {
+        text::cvt_string_ustring("\xff\xfe");
+        ADD_FAILURE() << "no error";
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.code(), std::errc::illegal_byte_sequence);
     }
 }
 

@@ -131,6 +131,26 @@ TEST(ProgramSearchWindows, understandsQuotedEntriesAndAnyCaseOfTheVariable)
         "found");
 }
 
+// A look-up command prints paths in the code page of consoles. The Japanese letters are in the one of Japan.
+TEST(CodePagePrograms, areFoundAsALookUpCommandPrintsThem)
+{
+    const TemporaryFolder folder;
+    constexpr UINT japanese = 932;
+    const fs::path inner = folder.path() / (GetOEMCP() == japanese ? L"\u30BD\u30FC\u30B9" : L"J\u00FCrgen");
+    fs::create_directory(inner);
+    const std::wstring program = plantChild(inner, "probe_twin").native();
+    std::string printed(2 * program.size(), '\0');
+    printed.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_OEMCP, 0, program.data(),
+                                                                static_cast<int>(program.size()), printed.data(),
+                                                                static_cast<int>(printed.size()), nullptr, nullptr)));
+    const std::u8string name = fs::path(program).u8string();
+    EXPECT_EQ(run({printed, "program-name"}).standardOutput, std::string(name.begin(), name.end()));
+    EXPECT_EQ(runAttached({printed, "exit", "7"}), 7);
+    const RunResult missing = run({printed + "x"});
+    EXPECT_EQ(missing.status, 127);
+    EXPECT_THAT(missing.standardError, HasSubstr(std::string(name.begin(), name.end())));
+}
+
 TEST(ProgramSearchWindows, hasNoProgramWithoutAName)
 {
     const TemporaryFolder folder;

@@ -1,4 +1,4 @@
-// Links and permissions as only POSIX can make them in a test.
+// Links, permissions and encodings as only POSIX can make them in a test.
 #include "machine.h"
 
 #include "orb/lvm.h"
@@ -60,6 +60,12 @@ TEST_F(DockerSearchLinks, ALoopOfLinksIsAnErrorThatNamesTheOperation)
         EXPECT_EQ(error.path1(), std::filesystem::path(link));
         EXPECT_EQ(error.code(), std::errc::too_many_symbolic_link_levels);
     }
+}
+
+TEST_F(DockerSearchLinks, ALineThatIsNotUtf8IsAnError)
+{
+    programs.add("where", "/\xff\xfe/docker.exe\r\n" + good + "\r\n");
+    EXPECT_THROW(orb::lvm::getContainerExecutablePath(), std::system_error);
 }
 
 TEST_F(DockerSearchLinks, AnUnreadableFileIsAFileAllTheSame)

@@ -71,10 +71,20 @@ TEST_F(DockerSearch, AThousandLinesAreSearchedToTheEnd)
     EXPECT_EQ(chosen(lines + good + "\r\n"), good);
 }
 
-TEST_F(DockerSearch, ALineThatIsNotUtf8IsAnError)
+TEST_F(DockerSearch, SeveralLinesThatAreAllRejectedAreAClientThatIsMissing)
 {
-    programs.add("where", "C:\\\xff\xfe\\docker.exe\r\n");
-    EXPECT_THROW(orb::lvm::getContainerExecutablePath(), std::system_error);
+    programs.add("where", "C:\\a\\bin\\win64\\docker.exe\r\nC:\\b\\bin\\win64\\docker.exe\r\n");
+    EXPECT_FALSE(orb::lvm::startContainerIfNecessary("", ""));
+    EXPECT_FALSE(orb::lvm::stopContainerIfNecessary(""));
+    EXPECT_NO_THROW(orb::lvm::clearDistroImage(""));
+    EXPECT_THROW(orb::lvm::importFromTarIfNecessary("", "", false), foundation::core::except::IMsgIDException);
+}
+
+TEST_F(DockerSearch, TheUsersArgumentsMayHaveAnyLetters)
+{
+    programs.add("where", client("good") + "\r\n");
+    const EnvironmentVariable arguments("AUX_DOCKER_ARGS", "-v C:\\J\u00FCrgen\\\u6F22\u5B57:/data");
+    EXPECT_TRUE(orb::lvm::startContainerIfNecessary("", ""));
 }
 
 TEST_F(DockerSearch, AFailedLookUpMeansNoClient)

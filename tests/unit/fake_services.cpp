@@ -1,8 +1,11 @@
 // The host's process, installation, file, text and network services, as the fake host answers them.
 #include "fake_host.h"
 
+#include "host/environment.h"
 #include "host/files.h"
 #include "host/text.h"
+
+#include <cstdlib>
 
 using fake::host;
 using fake::narrow;
@@ -41,6 +44,16 @@ const char* svKorvaneRelease()
 }
 
 namespace foundation::core {
+namespace env {
+
+std::optional<std::string> variable(const std::string& name)
+{
+    const char* const value = std::getenv(name.c_str());
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+} // namespace env
+
 namespace path {
 namespace {
 

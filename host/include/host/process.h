@@ -66,10 +66,11 @@ struct RunOptions {
 
 // Runs `arguments[0]` with the rest as its arguments and waits for it to end.
 //
-// arguments    UTF-8. A program given with a directory separator is used as it stands, from the caller's current
-//              folder when it is relative; a bare name is looked up in the absolute entries of the PATH that the
-//              program is given (`environment`'s, otherwise the caller's) only, never in the current folder or the
-//              folder of the running program. On Windows ".exe" is added to a bare name without an extension.
+// arguments    UTF-8; on Windows the program also as a look-up command printed it (cvt_string_ustring() in host/text.h).
+//              A program given with a directory separator is used as it stands, from the caller's current folder when
+//              it is relative; a bare name is looked up in the absolute entries of the PATH that the program is given
+//              (`environment`'s, otherwise the caller's) only, never in the current folder or the folder of the
+//              running program. On Windows ".exe" is added to a bare name without an extension.
 // environment  Added to the inherited environment; an entry replaces the inherited one of that name. On Windows names
 //              compare without case, the program gets them as the caller writes them, and WSLENV is always in upper
 //              case: WSL looks names up exactly.

@@ -1,0 +1,41 @@
+// A docker.exe whose path the look-up prints in the code page of consoles.
+#include "machine.h"
+
+#include "orb/lvm.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include <windows.h>
+
+namespace {
+
+std::string inConsoleCodePage(const std::wstring& text)
+{
+    std::string bytes(2 * text.size(), '\0');
+    bytes.resize(
+        static_cast<std::size_t>(WideCharToMultiByte(CP_OEMCP, 0, text.data(), static_cast<int>(text.size()),
+                                                     bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr)));
+    return bytes;
+}
+
+TEST(DockerSearchWindows, AClientInAFolderWithOtherLettersIsFoundAndRun)
+{
+    const EnvironmentVariable backend("USE_WSL", "0");
+    const TemporaryFolder files;
+    const InstallTree tree;
+    const ScriptedPrograms programs;
+    const std::filesystem::path client = files.path() / L"J\u00FCrgen" / "docker.exe";
+    std::filesystem::create_directory(client.parent_path());
+    std::filesystem::copy_file(SCRIPTED_PROGRAM, client);
+    const std::string printed = inConsoleCodePage(client.native());
+    ASSERT_NE(printed, utf8(client));
+    programs.add("where", printed + "\r\nC:\\missing\\docker.exe\r\n");
+    EXPECT_EQ(orb::lvm::getContainerExecutablePath(), printed);
+    EXPECT_TRUE(orb::lvm::startContainerIfNecessary("", ""));
+    EXPECT_TRUE(orb::lvm::stopContainerIfNecessary(""));
+}
+
+} // namespace
