@@ -23,6 +23,9 @@ using testing::Lt;
 
 namespace {
 
+// No std::exception: those are answers to who tries programs.
+struct GivenUp {};
+
 // Writes down what it sees, while it lives.
 class Witness : public RunObserver {
 public:
@@ -38,7 +41,13 @@ public:
             throw std::runtime_error("not now");
         }
     }
-    bool endWanted() override { return ends; }
+    bool endWanted() override
+    {
+        if (givesUp) {
+            throw GivenUp();
+        }
+        return ends;
+    }
     void ended(const std::vector<std::string>& arguments, const RunResult* result) noexcept override
     {
         events.push_back("ended " + arguments.back() + (result == nullptr ? " without a result" : ""));
@@ -49,6 +58,7 @@ public:
 
     bool refuses = false;
     bool ends = false;
+    bool givesUp = false;
     std::vector<std::string> events;
     RunResult last;
 
@@ -104,6 +114,16 @@ TEST(RunObserver, endsAProgram)
     const auto begin = steady_clock::now();
     EXPECT_NE(run(child({"sleep", "120000"})).status, 0);
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
+}
+
+TEST(RunObserver, endsAProgramByAnExceptionThatPassesOut)
+{
+    Witness witness;
+    witness.givesUp = true;
+    const auto begin = steady_clock::now();
+    EXPECT_THROW(run(child({"sleep", "120000"})), GivenUp);
+    EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
+    EXPECT_THAT(witness.events, ElementsAre("started 120000", "ended 120000 without a result"));
 }
 
 TEST(RunObserver, leavesTheTerminationHandlerItsSay)

@@ -73,6 +73,16 @@ TEST(ProcessStreams, areCapturedEachOnItsOwnAndUnchanged)
     EXPECT_EQ(result.standardError, "error \n");
 }
 
+TEST(ProcessStreams, areEmptyOfAProgramThatPrintsNothing)
+{
+    for (const int status : {0, 3}) {
+        const RunResult result = run(child({"exit", std::to_string(status)}));
+        EXPECT_EQ(result.status, status);
+        EXPECT_EQ(result.standardOutput, "");
+        EXPECT_EQ(result.standardError, "");
+    }
+}
+
 TEST(ProcessStreams, mayBothBeLargeAndInterleaved)
 {
     const RunResult result = run(child({"flood", "1048576", "1048576"}));

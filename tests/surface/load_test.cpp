@@ -3,9 +3,12 @@
 
 #include "environment_variable.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
 
 class hxArray;
 
@@ -16,6 +19,12 @@ constexpr std::int64_t allowedBytes = 16000;
 
 using Gateway = void (*)(int, hxArray*[], int, hxArray*[]);
 
+std::string buildDateHeader()
+{
+    std::ifstream file(BUILD_DATE_HEADER);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
 // Loads the library, uses it so that it fills what it keeps for the life of the process, and unloads it.
 void loadAndUse()
 {
@@ -23,6 +32,9 @@ void loadAndUse()
     const auto* const version = static_cast<const char* const*>(library.symbol("libzqorb_lvm_version"));
     ASSERT_NE(version, nullptr);
     ASSERT_STREQ(*version, EXPECTED_VERSION);
+    const auto* const date = static_cast<const char* const*>(library.symbol("libzqorb_lvm_build_date"));
+    ASSERT_NE(date, nullptr);
+    ASSERT_THAT(buildDateHeader(), testing::HasSubstr(std::string("\"") + *date + '"'));
     // Removes nothing, as nothing can be found; but loggers, names and the path of wsl.exe are made.
     const auto teardown = reinterpret_cast<Gateway>(library.symbol("kelp_container_teardown"));
     ASSERT_NE(teardown, nullptr);

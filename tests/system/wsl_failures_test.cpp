@@ -180,6 +180,9 @@ protected:
         programs.add("where", utf8(programs.path("wsl.exe")) + "\r\n");
     }
 
+    // Before an import a folder is made, which nobody here removes.
+    bool importWasTried() const { return !temporaryDirectoryIsClean(temporary.path()); }
+
     InstallTree tree;
     ScriptedPrograms programs;
     TemporaryDirectory temporary;
@@ -210,25 +213,48 @@ TEST_F(ScriptedWsl, GarbageInTheListingIsNoDistribution)
 {
     answer("\x01\x02\xff\xfe garbage \xc3\x28 \x80\n");
     EXPECT_NO_THROW(orb::lvm::importFromTarIfNecessary("", "", false)) << "the scripted import claims success";
+    EXPECT_TRUE(importWasTried());
 }
 
 TEST_F(ScriptedWsl, AFailureKeepsBothStreamsByteForByte)
 {
-    answer("out \xff\r\n", -1, "err\n");
-    programs.add("where", utf8(programs.path("wsl.exe")) + "\r\n");
-    // The probe fails too, so the library turns to the fallback path, which does not exist here.
-    EXPECT_EQ(orb::lvm::getContainerExecutablePath(), "C:\\Windows\\System32\\wsl.exe");
+    const std::string output("out \xff\0\x80\r\n\n", 9);
+    const std::string error("\0err \xc3\x28\r\n", 9);
+    answer("");
+    ASSERT_EQ(orb::lvm::getContainerExecutablePath(), utf8(programs.path("wsl.exe")));
+    answer(output, -1, error);
+    const std::string status = std::to_string(orb::process::detail::run({utf8(programs.path("wsl.exe"))}).status);
+
+    foundation::core::config::Configuration configuration = foundation::core::config::configuration();
+    configuration.channelMasks = {{"orb", 512}};
+    foundation::core::config::configure(configuration);
+    std::vector<std::string> errors;
+    const auto sink = foundation::core::diag::attach_sink(
+        [&errors](const foundation::core::diag::log_record& record) { errors.push_back(record.message); });
+    try {
+        orb::lvm::importFromTarIfNecessary("archive", "", false);
+        FAIL() << "the import succeeded";
+    } catch (const foundation::core::except::IMsgIDException& failure) {
+        EXPECT_EQ(failure.message().arguments.at(1).text(), "cout = \n" + output + "\ncerr = \n" + error + "\n");
+    }
+    EXPECT_THAT(errors, ElementsAre("getDistros: status = " + status + "; " + error,
+                                    "importFromTarIfNecessary: distro's import unsuccessful cout = " + output,
+                                    "importFromTarIfNecessary: distro's import unsuccessful cerr = " + error));
 }
 
 TEST_F(ScriptedWsl, AHundredMegabytesAreRead)
 {
     std::string flood;
-    flood.reserve(100'000'000);
+    flood.reserve(100'000'100);
     while (flood.size() < 100'000'000) {
         flood += "distribution-name-that-goes-on-and-on\r\n";
     }
-    answer(flood);
+    // The probe need not print it as well.
+    answer("");
+    ASSERT_EQ(orb::lvm::getContainerExecutablePath(), utf8(programs.path("wsl.exe")));
+    answer(flood + "kelp_hub_R2026b\r\n");
     EXPECT_NO_THROW(orb::lvm::importFromTarIfNecessary("", "", false));
+    EXPECT_FALSE(importWasTried()) << "the last name is the hub's";
 }
 
 TEST_F(ScriptedWsl, NothingAtAllMeansNoDistribution)
@@ -236,6 +262,7 @@ TEST_F(ScriptedWsl, NothingAtAllMeansNoDistribution)
     answer("");
     EXPECT_EQ(wslCheck(), 0.0);
     EXPECT_NO_THROW(orb::lvm::importFromTarIfNecessary("", "", false));
+    EXPECT_TRUE(importWasTried());
 }
 
 TEST_F(ScriptedWsl, CandidatesThatCannotBeRunArePassedOver)
