@@ -1,4 +1,4 @@
-# The properties that Explorer shows of a Windows program or library.
+# The properties that Explorer shows of a Windows program or library, and what a program asks of the system.
 if(WIN32)
     enable_language(RC)
 endif()
@@ -13,6 +13,11 @@ function(add_version_resource target description)
     if(type STREQUAL EXECUTABLE)
         set(resource_type VFT_APP)
         set(resource_file ${target}.exe)
+        if(MSVC)
+            target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/program.manifest) # CMake embeds it
+        else()
+            set(resource_manifest "1 RT_MANIFEST \"${PROJECT_SOURCE_DIR}/cmake/program.manifest\"")
+        endif()
     else()
         set(resource_type VFT_DLL)
         set(resource_file lib${target}.dll)

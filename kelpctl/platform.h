@@ -37,7 +37,8 @@ std::int32_t wslFailureStatus();
 // Whether a program inside the distribution can have had that very status.
 bool wslFailureIsAmbiguous();
 
-// Standard output and error carry the bytes written, and a console shows them as UTF-8, while this lives.
+// Standard output and error carry the bytes written, and a console shows them as UTF-8, while this lives. Afterwards the
+// console is as it was before, and so it is when Ctrl-C, or the end of the console, ends the process. One at a time.
 class StandardStreams {
 public:
     StandardStreams();
@@ -45,10 +46,6 @@ public:
 
     StandardStreams(const StandardStreams&) = delete;
     StandardStreams& operator=(const StandardStreams&) = delete;
-
-private:
-    // The console's code page to go back to; 0 when it was not changed.
-    [[maybe_unused]] unsigned int codePage_ = 0;
 };
 
 } // namespace kelpctl

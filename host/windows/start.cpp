@@ -1,6 +1,7 @@
 #include "start.h"
 
 #include "arguments.h"
+#include "creation_flags.h"
 #include "program_search.h"
 #include "system_error.h"
 #include "variables.h"
@@ -79,11 +80,6 @@ std::wstring commandLine(const std::vector<std::string>& arguments, const std::s
     return line;
 }
 
-DWORD creationFlags(bool callersConsole)
-{
-    return CREATE_UNICODE_ENVIRONMENT | EXTENDED_STARTUPINFO_PRESENT | (callersConsole ? 0U : CREATE_NO_WINDOW);
-}
-
 } // namespace
 
 Handle startProgram(StartRequest request)
@@ -114,9 +110,9 @@ Handle startProgram(StartRequest request)
     static std::mutex oneAtATime;
     const std::lock_guard lock(oneAtATime);
     inherited.makeInheritable();
-    const BOOL started =
-        CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, creationFlags(request.callersConsole),
-                       block.data(), folder.empty() ? nullptr : folder.c_str(), &startup.StartupInfo, &process);
+    const BOOL started = CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
+                                        creationFlags(request.callersConsole, haveConsole()), block.data(),
+                                        folder.empty() ? nullptr : folder.c_str(), &startup.StartupInfo, &process);
     if (started == FALSE) {
         throw lastError(failure.c_str());
     }

@@ -1,5 +1,7 @@
 #include "interruption.h"
 
+#include "console_events.h"
+
 #include <atomic>
 
 #include <windows.h>
@@ -9,20 +11,25 @@ namespace {
 
 std::atomic<bool> wasInterrupted{false};
 
-// The second time the system's own handler ends the process.
-BOOL WINAPI endWork(DWORD /*event*/)
+BOOL give(const EventAnswer& answer)
 {
-    return wasInterrupted.exchange(true) ? FALSE : TRUE;
+    if (answer.interrupts) {
+        wasInterrupted = true;
+    }
+    if (answer.patience.count() > 0) {
+        Sleep(static_cast<DWORD>(answer.patience.count()));
+    }
+    return answer.handled ? TRUE : FALSE;
 }
 
-// A console that goes away takes kelpctl along.
+BOOL WINAPI endWork(DWORD event)
+{
+    return give(answerAtWork(event, wasInterrupted));
+}
+
 BOOL WINAPI leaveToProgram(DWORD event)
 {
-    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
-        return FALSE;
-    }
-    wasInterrupted = true;
-    return TRUE;
+    return give(answerForProgram(event));
 }
 
 } // namespace

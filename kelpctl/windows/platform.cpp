@@ -3,10 +3,12 @@
 #include "host/process.h"
 #include "host/text.h"
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <io.h>
@@ -24,6 +26,50 @@ std::wstring wide(const std::string& text)
 {
     const std::u16string units = foundation::core::text::cvt_utf8_ustring(text);
     return {units.begin(), units.end()};
+}
+
+// What the console was like before kelpctl changed it: its code page, and what each stream that is a console obeys.
+struct ConsoleState {
+    UINT codePage = 0;
+    std::array<std::pair<HANDLE, DWORD>, 2> modes{};
+};
+
+ConsoleState& consoleBefore()
+{
+    static ConsoleState state;
+    return state;
+}
+
+void rememberConsole()
+{
+    ConsoleState& before = consoleBefore();
+    before = {GetConsoleOutputCP(), {}};
+    auto* mode = before.modes.data();
+    for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+        mode->first = GetStdHandle(stream);
+        if (GetConsoleMode(mode->first, &mode->second) == FALSE) {
+            mode->first = nullptr;
+        }
+        ++mode;
+    }
+}
+
+void restoreConsole()
+{
+    const ConsoleState& before = consoleBefore();
+    for (const auto& [console, mode] : before.modes) {
+        if (console != nullptr) {
+            SetConsoleMode(console, mode);
+            SetConsoleOutputCP(before.codePage);
+        }
+    }
+}
+
+// The last of kelpctl's handlers: the system's own is the next, and ends the process.
+BOOL WINAPI restoreOnEvent(DWORD /*event*/)
+{
+    restoreConsole();
+    return FALSE;
 }
 
 DWORD handleNumber(StandardStream stream)
@@ -121,17 +167,17 @@ StandardStreams::StandardStreams()
 {
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
+    rememberConsole();
+    SetConsoleCtrlHandler(restoreOnEvent, TRUE);
     if (isTerminal(StandardStream::output) || isTerminal(StandardStream::error)) {
-        codePage_ = GetConsoleOutputCP();
         SetConsoleOutputCP(CP_UTF8);
     }
 }
 
 StandardStreams::~StandardStreams()
 {
-    if (codePage_ != 0) {
-        SetConsoleOutputCP(codePage_);
-    }
+    restoreConsole();
+    SetConsoleCtrlHandler(restoreOnEvent, FALSE);
 }
 
 } // namespace kelpctl

@@ -77,4 +77,19 @@ TEST(VersionResource, TheCommandLineHostHasOne)
     expectProperties(KELPCTL, "kelpctl.exe", "Command-line host of libzqorb_lvm");
 }
 
+TEST(ProgramManifest, AsksForUtf8LongPathsAndNoRightsBeyondTheUsers)
+{
+    const HMODULE program = LoadLibraryExA(KELPCTL, nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    ASSERT_NE(program, nullptr);
+    const HRSRC found = FindResourceA(program, MAKEINTRESOURCEA(1), MAKEINTRESOURCEA(24));
+    ASSERT_NE(found, nullptr);
+    const std::string manifest(static_cast<const char*>(LockResource(LoadResource(program, found))),
+                               SizeofResource(program, found));
+    FreeLibrary(program);
+    for (const char* wanted : {">UTF-8</activeCodePage>", ">true</longPathAware>", "level=\"asInvoker\"",
+                               "{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"}) {
+        EXPECT_NE(manifest.find(wanted), std::string::npos) << wanted;
+    }
+}
+
 } // namespace

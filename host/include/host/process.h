@@ -110,7 +110,8 @@ public:
 // observer must live until the runs that it has seen starting have ended.
 KORVANE_HOST_API RunObserver* observeRuns(RunObserver* observer) noexcept;
 
-// Runs a program with the caller's own standard streams and gives back its exit status. Arguments, environment,
+// Runs a program with the caller's own standard streams, and on Windows its console, and gives back its exit status; where
+// the caller has no console, none is shown. Arguments, environment,
 // working folder and errors are those of run(), except that a program that does not exist is a std::system_error here
 // (errc::no_such_file_or_directory).
 KORVANE_HOST_API std::int32_t runAttached(const std::vector<std::string>& arguments,
