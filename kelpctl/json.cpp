@@ -14,7 +14,8 @@ boost::json::value orNull(const std::string& text)
 
 boost::json::array arrayOf(const std::vector<std::string>& texts)
 {
-    return boost::json::array(texts.begin(), texts.end());
+    boost::json::array array(texts.begin(), texts.end());
+    return array;
 }
 
 boost::json::value parsedJson(std::string_view text)

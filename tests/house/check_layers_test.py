@@ -100,7 +100,7 @@ class Layers(unittest.TestCase):
         self.finds("host/common/diagnostics.cpp", "#include <boost/log/core.hpp>\n#include <boost/log/sinks/a.hpp>\n")
         for file in ("host/common/array.cpp", "host/posix/a.cpp", "lvm/frame.cpp", "kelpctl/log.cpp"):
             self.finds(file, "#include <boost/log/core.hpp>\n", "1: may not include boost/log/core.hpp ")
-        self.finds("kelpctl/command_line.cpp", "#include <CLI/CLI.hpp>\n")
+        self.finds("kelpctl/parser.cpp", "#include <CLI/CLI.hpp>\n")
         self.finds("kelpctl/commands.cpp", "#include <CLI/CLI.hpp>\n", "1: may not include CLI/CLI.hpp ")
         self.finds("lvm/frame.cpp", "#include <boost/exception/exception.hpp>\n", "1: may not include boost/exception/")
 
