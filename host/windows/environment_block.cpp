@@ -24,7 +24,7 @@ std::wstring environmentBlock(const Variables& variables)
 {
     std::wstring block;
     for (const auto& [name, value] : variables) {
-        block += name + L'=' + value + L'\0';
+        block.append(name).append(1, L'=').append(value).append(1, L'\0');
     }
     return block + L'\0';
 }

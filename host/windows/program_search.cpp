@@ -65,7 +65,8 @@ std::wstring searchFolders(const std::wstring& name, const Variables& variables)
     const auto path = variables.find(L"PATH");
     if (path != variables.end()) {
         for (const std::wstring& folder : entries(path->second)) {
-            const std::wstring file = folder + L'\\' + name;
+            std::wstring file = folder;
+            file.append(1, L'\\').append(name);
             if (isAbsolute(folder) && isFile(file)) {
                 return file;
             }
@@ -105,7 +106,7 @@ std::wstring findProgram(const std::string& program, const Variables& variables)
         throw ProgramNotFound(program);
     }
     const bool hasExtension = name.find(L'.') != std::wstring::npos;
-    const std::wstring file = searchFolders(hasExtension ? name : name + L".exe", variables);
+    std::wstring file = searchFolders(hasExtension ? name : name + L".exe", variables);
     if (file.empty()) {
         throw ProgramNotFound(program);
     }

@@ -34,7 +34,7 @@ public:
     std::filesystem::path orphanDone() const { return play() / "orphan-done"; }
 
     // A new machine on which `player` is installed.
-    void build(const std::filesystem::path& player, const std::vector<std::string>& programs, const State& state) const;
+    void build(const std::filesystem::path& player, const std::vector<std::string>& names, const State& state) const;
     // Forgets calls and plan, repairs the programs, and sets the next plan.
     void rewind(const StagedPlan& plan) const;
 

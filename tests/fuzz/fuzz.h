@@ -33,6 +33,6 @@ bool isUtf8(std::string_view text);
 
 // What every child run of the library comes to.
 using Runner = std::function<orb::process::detail::RunResult(const std::vector<std::string>&)>;
-void setRunner(Runner runner);
+void setRunner(Runner given);
 
 } // namespace fuzz

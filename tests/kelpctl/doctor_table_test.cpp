@@ -8,7 +8,6 @@
 
 namespace {
 
-using kelpctl::Candidate;
 using kelpctl::Examination;
 using kelpctl::Fate;
 using kelpctl::fateText;

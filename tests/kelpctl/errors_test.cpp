@@ -21,7 +21,6 @@ namespace {
 using namespace orb::container_support;
 using kelpctl::adviceFor;
 using kelpctl::adviceNextStep;
-using kelpctl::adviceText;
 using kelpctl::Failure;
 using kelpctl::namesOf;
 using kelpctl::Report;
@@ -31,7 +30,6 @@ using kelpctl::RunJournal;
 using orb::process::detail::RunResult;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 // What stands behind a command that failed.
 class Scene {

@@ -18,7 +18,6 @@ using foundation::core::diag::log_record;
 using kelpctl::logLine;
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using testing::Not;
 
 log_record record(std::uint32_t severity, const std::string& message)

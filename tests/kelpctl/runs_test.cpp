@@ -14,7 +14,6 @@ using kelpctl::shortCommand;
 using kelpctl::tellingRun;
 using orb::process::detail::RunResult;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(RunJournal, KeepsWhatEveryPartOfTheProcessRuns)
 {

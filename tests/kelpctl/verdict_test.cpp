@@ -18,7 +18,6 @@ using kelpctl::Finding;
 using kelpctl::isDockerName;
 using kelpctl::isWslName;
 using kelpctl::judge;
-using kelpctl::Judgement;
 using kelpctl::Severity;
 using kelpctl::Verdict;
 using testing::ElementsAre;

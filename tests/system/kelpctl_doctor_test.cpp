@@ -28,7 +28,6 @@ namespace {
 namespace json = boost::json;
 using orb::process::detail::RunResult;
 using testing::HasSubstr;
-using testing::Not;
 
 constexpr char release[] = "r2026b";
 constexpr char name[] = "kelp_hub_r2026b";

@@ -23,7 +23,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 // The text that the user sees, after the error has been checked to be the import's and to name the archive.
 std::string importError(const std::string& archive, const std::string& name = {})

@@ -15,7 +15,6 @@
 namespace {
 
 using orb::process::detail::RunResult;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

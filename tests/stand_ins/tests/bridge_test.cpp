@@ -70,7 +70,8 @@ protected:
 
     Outcome import()
     {
-        return wsl({"--import", "Hub", (work / "a distribution").string(), "Z:" HUB_ROOTFS, "--version", "2"});
+        return wsl(
+            {"--import", "Hub", (work / "a distribution").string(), std::string("Z:") + HUB_ROOTFS, "--version", "2"});
     }
 
     // On drive Z, so that its Unix path is known.

@@ -90,8 +90,8 @@ HANDLE spawn(const Call& call, const Streams& streams, HANDLE input)
     startup.hStdOutput = streams.output;
     startup.hStdError = streams.errors;
     PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(call.program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
-                        environment.data(), call.folder.c_str(), &startup, &process)) {
+    if (CreateProcessW(call.program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
+                       environment.data(), call.folder.c_str(), &startup, &process) == FALSE) {
         throw std::runtime_error("cannot run " + call.program.string());
     }
     CloseHandle(process.hThread);

@@ -3,7 +3,6 @@
 
 #include <unistd.h>
 
-using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
