@@ -8,7 +8,6 @@
 #include <thread>
 #include <utility>
 
-#include <process.h>
 #include <windows.h>
 
 namespace {
@@ -35,15 +34,20 @@ bool underWine()
     return unixNameFunction() != nullptr;
 }
 
-// Has a command of Linux done, which takes the path as its last argument. Wine does not wait for the programs of Linux that it starts.
+// Has a command of Linux done, which takes the path as its last argument. Wine does not wait for the programs of Linux
+// that it starts.
 void doOutsideWine(const std::string& command, const std::filesystem::path& path)
 {
     const std::filesystem::path script = path.native() + L".sh";
     const std::filesystem::path done = path.native() + L".done";
     std::ofstream(script, std::ios::binary)
         << command << " '" << unixName(path) << "' && : > '" << unixName(done) << "'\n";
-    const std::string argument = '"' + unixName(script) + '"';
-    _spawnl(_P_NOWAIT, R"(Z:\bin\sh)", "sh", argument.c_str(), nullptr);
+    const std::string name = unixName(script);
+    std::wstring line = L"sh \"" + std::wstring(name.begin(), name.end()) + L'"';
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    CreateProcessW(LR"(Z:\bin\sh)", line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
     for (int turn = 0; turn < 1000 && !std::filesystem::exists(done); ++turn) {
         std::this_thread::sleep_for(std::chrono::milliseconds{10});
     }

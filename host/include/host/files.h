@@ -18,9 +18,9 @@ KORVANE_HOST_API std::u16string temp_directory_name();
 KORVANE_HOST_API std::u16string tmpnam(const std::u16string& directory, const std::u16string& prefix,
                                        const std::u16string& suffix);
 
-// The tests of a path. One that leads nowhere is an answer, and so are on Windows a server that cannot be found and a name
-// that no path can have. Whatever else keeps the system from looking is a std::filesystem::filesystem_error, named as
-// below, whose path is the one given. Paths may be of any length.
+// The tests of a path. One that leads nowhere is an answer, and so are on Windows a server that cannot be found and a
+// name that no path can have. Whatever else keeps the system from looking is a std::filesystem::filesystem_error, named
+// as below, whose path is the one given. Paths may be of any length.
 
 // Whether the path leads to something that exists, links followed. Its error is named "exists".
 KORVANE_HOST_API bool exists(const std::filesystem::path& path);

@@ -66,7 +66,7 @@ struct RunOptions {
 
 // Runs `arguments[0]` with the rest as its arguments and waits for it to end.
 //
-// arguments    UTF-8; on Windows the program also as a look-up command printed it (cvt_string_ustring() in host/text.h).
+// arguments    UTF-8; on Windows the program also as a look-up command printed it (cvt_string_ustring() of text.h).
 //              A program given with a directory separator is used as it stands, from the caller's current folder when
 //              it is relative; a bare name is looked up in the absolute entries of the PATH that the program is given
 //              (`environment`'s, otherwise the caller's) only, never in the current folder or the folder of the

@@ -32,8 +32,8 @@ KORVANE_HOST_API std::u16string cvt_utf8_ustring(std::string_view text);
 // Throws std::system_error (errc::illegal_byte_sequence) on an unpaired surrogate.
 KORVANE_HOST_API std::string cvt_ustring_string(std::u16string_view text);
 
-// The native narrow encoding to UTF-16. On Windows text that is not UTF-8 is taken for what a program printed in the code
-// page of consoles, such as a path of the system's look-up command.
+// The native narrow encoding to UTF-16. On Windows text that is not UTF-8 is taken for what a program printed in the
+// code page of consoles, such as a path of the system's look-up command.
 // Throws std::system_error: errc::illegal_byte_sequence for text that is neither, errc::value_too_large for
 // more bytes than a path can have (2,147,483,647).
 KORVANE_HOST_API std::u16string cvt_string_ustring(std::string_view text);

@@ -138,7 +138,8 @@ ZQORB_LVM_API std::string getContainerCommandPrefix(const std::string& container
 ZQORB_LVM_API std::vector<std::string> getContainerArgumentsPrefix(const std::string& containerName);
 
 // The path of wsl.exe ("C:\Windows\System32\wsl.exe" when none was found), or of docker.exe (empty when the look-up
-// found none).
+// found none). It is as the look-up printed it, here and in the prefixes: on Windows a path with letters outside ASCII
+// may be in the code page of consoles, which run() of host/process.h understands.
 ZQORB_LVM_API std::string getContainerExecutablePath();
 
 // Prepares a command that runs inside the environment so that it sees the variables of `env`. The hub runtime's library
