@@ -116,7 +116,7 @@ bool Model::isProgramFile(const std::string& path) const
 Answer Model::run(const std::vector<std::string>& command)
 {
     const std::string& program = command.front();
-    if (program.find('\0') != std::string::npos || (!isText(program) && minusOneStatus == -1)) {
+    if (program.find('\0') != std::string::npos) {
         throw Thrown{"std::invalid_argument", {}};
     }
     const std::string name = fileName(program);
@@ -254,7 +254,7 @@ std::string Model::dockerPath()
         return {};
     }
     for (const std::string& line : linesOf(lookup.output)) {
-        if (!isText(line)) {
+        if (!isText(line) && !consolesHaveCodePages) {
             throw Thrown{"std::system_error", {}};
         }
         if (isProgramFile(line)) {

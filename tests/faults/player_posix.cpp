@@ -11,6 +11,7 @@ namespace faults {
 
 const std::int32_t killedStatus = 128 + SIGKILL;
 const std::int32_t minusOneStatus = 255;
+const bool consolesHaveCodePages = false;
 
 } // namespace faults
 

@@ -15,6 +15,7 @@ namespace faults {
 // A program that has crashed.
 const std::int32_t killedStatus = static_cast<std::int32_t>(EXCEPTION_ACCESS_VIOLATION);
 const std::int32_t minusOneStatus = -1;
+const bool consolesHaveCodePages = true;
 
 } // namespace faults
 

@@ -55,6 +55,8 @@ std::vector<Fault> survivableFaults();
 // How the system reports a program that is killed, or that ends with -1.
 extern const std::int32_t killedStatus;
 extern const std::int32_t minusOneStatus;
+// Whether text that is not UTF-8 may be a path all the same.
+extern const bool consolesHaveCodePages;
 
 // What the machine's look-up and clients print: the folder that they lie in, in native form.
 using Arguments = std::vector<std::string>;
