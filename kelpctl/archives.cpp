@@ -1,5 +1,7 @@
 #include "archives.h"
 
+#include "lvm/rules.h"
+
 #include "host/files.h"
 #include "host/text.h"
 
@@ -12,6 +14,7 @@ namespace kelpctl {
 namespace {
 
 using namespace std::string_view_literals;
+namespace rules = orb::lvm::detail;
 
 struct Magic {
     std::string_view bytes;
@@ -85,11 +88,16 @@ ArchiveKind kindOfFile(const std::filesystem::path& file)
     return read ? kindOf(head) : ArchiveKind::notReadable;
 }
 
-void take(std::vector<Archive>& archives, std::string_view first, std::string_view second)
+std::string nameOf(const char16_t* name)
 {
-    for (const std::string_view name : {first, second}) {
+    return foundation::core::text::cvt_ustring_utf8(name);
+}
+
+void take(std::vector<Archive>& archives, const rules::DefaultArchives& names)
+{
+    for (const char16_t* name : {names.preferred, names.other}) {
         for (Archive& archive : archives) {
-            if (archive.name == name && archive.present) {
+            if (archive.name == nameOf(name) && archive.present) {
                 archive.taken = true;
                 return;
             }
@@ -163,18 +171,19 @@ Archive lookAt(const std::filesystem::path& folder, const std::string& name)
     return archive;
 }
 
+std::string preferredArchive(bool usesWsl)
+{
+    return nameOf((usesWsl ? rules::distroArchives : rules::imageArchives).preferred);
+}
+
 std::vector<Archive> lookAtArchives(const std::filesystem::path& folder, bool usesWsl)
 {
     std::vector<Archive> archives;
-    for (const char* name :
-         {"kelp_hub_distro.tar.gz", "kelp_hub_distro.tar", "kelp_hub_docker.tar.gz", "kelp_hub_docker.tar"}) {
-        archives.push_back(lookAt(folder, name));
+    for (const char16_t* name : {orb::lvm::packedDistroArchive, orb::lvm::distroArchive, orb::lvm::packedImageArchive,
+                                 orb::lvm::imageArchive}) {
+        archives.push_back(lookAt(folder, nameOf(name)));
     }
-    if (usesWsl) {
-        take(archives, "kelp_hub_distro.tar.gz", "kelp_hub_distro.tar");
-    } else {
-        take(archives, "kelp_hub_docker.tar.gz", "kelp_hub_docker.tar");
-    }
+    take(archives, usesWsl ? rules::distroArchives : rules::imageArchives);
     return archives;
 }
 

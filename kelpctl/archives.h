@@ -33,6 +33,9 @@ const char* kindName(ArchiveKind kind);
 // The file of that name, looked at without its being changed.
 Archive lookAt(const std::filesystem::path& folder, const std::string& name);
 
+// The one that is looked for first.
+std::string preferredArchive(bool usesWsl);
+
 // The four archives in the order in which they are looked for; `usesWsl` decides which one is taken.
 std::vector<Archive> lookAtArchives(const std::filesystem::path& folder, bool usesWsl);
 

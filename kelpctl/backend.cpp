@@ -2,13 +2,15 @@
 
 #include "platform.h"
 
+#include "lvm/rules.h"
+
 #include "host/exceptions.h"
 #include "orb/lvm.h"
 
 namespace kelpctl {
 namespace {
 
-constexpr char backendVariable[] = "USE_WSL";
+namespace rules = orb::lvm::detail;
 
 [[noreturn]] void throwDockerNotAvailable()
 {
@@ -22,13 +24,14 @@ constexpr char backendVariable[] = "USE_WSL";
 void selectBackend(const std::optional<Backend>& backend)
 {
     if (backend) {
-        setEnvironmentVariable(backendVariable, *backend == Backend::wsl ? "1" : "0");
+        setEnvironmentVariable(rules::backendVariable, *backend == Backend::wsl ? "1" : "0");
     }
 }
 
 bool usesWsl()
 {
-    return environmentVariable(backendVariable).value_or("1") == "1";
+    const std::optional<std::string> value = environmentVariable(rules::backendVariable);
+    return rules::selectsWsl(value ? value->c_str() : nullptr);
 }
 
 void requireClient()

@@ -11,7 +11,7 @@ namespace kelpctl {
 // as it is.
 void selectBackend(const std::optional<Backend>& backend);
 
-// The library's own rule, as orb/lvm.h states it.
+// By the library's own rule.
 bool usesWsl();
 
 // Throws the library's DOCKER_NOT_AVAILABLE when Docker is used and its client is not found. Some of the library's

@@ -4,20 +4,17 @@
 #include "probes.h"
 #include "verdict.h"
 
-#include "orb/lvm.h"
+#include "lvm/commands.h"
 
 #include <array>
 
 namespace kelpctl {
 namespace {
 
+namespace rules = orb::lvm::detail;
+
 // What Windows' own wsl.exe answers when there is no WSL behind it.
 constexpr std::array<std::int32_t, 2> notInstalled = {1, 50};
-
-std::string verbOf(const Run& run)
-{
-    return run.arguments.size() > 1 ? run.arguments[1] : std::string();
-}
 
 std::string causeOfStart(const Run& run, const Context& context, const std::string& client)
 {
@@ -53,7 +50,7 @@ std::string causeOfStart(const Run& run, const Context& context, const std::stri
 std::string causeOfDockerFailure(const std::string& identifier, const Run& run, const Context& context)
 {
     const std::string& client = run.arguments.front();
-    if (identifier == "DOCKER_NOT_AVAILABLE" || verbOf(run) == "docker.exe") {
+    if (identifier == "DOCKER_NOT_AVAILABLE" || rules::commandOf(run.arguments) == rules::Command::dockerLookUp) {
         return {};
     }
     if (identifier != "CONTAINER_NOT_STOPPED" && !isDockerName(namesOf(context.request).image)) {
@@ -104,26 +101,28 @@ std::string causeOf(const std::string& identifier, const std::optional<Run>& run
 
 std::string causeOfInterruption(const std::optional<Run>& run)
 {
-    const std::string verb = run ? verbOf(*run) : std::string();
-    if (verb == "--import") {
+    switch (run ? rules::commandOf(run->arguments) : rules::Command::other) {
+    case rules::Command::wslImport:
         return "IMPORT_LEFT";
-    }
-    if (verb == "load" || verb == "import" || verb == "pull" || verb == "tag") {
+    case rules::Command::dockerLoad:
+    case rules::Command::dockerImport:
+    case rules::Command::dockerPull:
+    case rules::Command::dockerTag:
         return "IMAGE_LEFT";
-    }
-    if (verb == "run") {
+    case rules::Command::dockerRun:
         return "CONTAINER_LEFT";
-    }
-    if (verb == "--unregister" || verb == "image" || verb == "container") {
+    case rules::Command::wslUnregister:
+    case rules::Command::image:
+    case rules::Command::container:
         return "REMOVAL_LEFT";
+    default:
+        return {};
     }
-    return {};
 }
 
 std::string importFolder(const std::optional<Run>& run)
 {
-    constexpr std::size_t folder = 3;
-    return run && verbOf(*run) == "--import" && run->arguments.size() > folder ? run->arguments[folder] : std::string();
+    return run ? rules::importFolderOf(run->arguments) : std::string();
 }
 
 } // namespace kelpctl

@@ -10,6 +10,8 @@
 #include "removal.h"
 #include "work.h"
 
+#include "lvm/commands.h"
+
 #include "orb/lvm.h"
 
 #include <array>
@@ -26,26 +28,15 @@ std::string kindOfImage()
     return usesWsl() ? "distribution" : "image";
 }
 
-// The archive or registry image that a run made the environment from; nothing for any other run.
-std::optional<std::string> sourceOf(const Run& run)
-{
-    const std::string verb = run.arguments.size() > 2 && !run.failed() ? run.arguments[1] : std::string();
-    if (verb == "--import") {
-        return run.arguments.at(4);
-    }
-    if (verb == "import") {
-        return run.arguments.at(2);
-    }
-    return verb == "load" || verb == "pull" ? std::optional(run.arguments.back()) : std::nullopt;
-}
-
 // What provisioning did, by the programs that ran.
 Outcome provisioned(const Context& context)
 {
     const std::string name = namesOf(context.request).image;
     std::optional<std::string> source;
     for (const Run& run : context.journal.runs()) {
-        source = sourceOf(run) ? sourceOf(run) : source;
+        if (const std::string made = orb::lvm::detail::sourceOf(run.arguments); !made.empty() && !run.failed()) {
+            source = made;
+        }
     }
     const std::string what = "The " + kindOfImage() + " " + name;
     Outcome outcome;

@@ -20,8 +20,7 @@ namespace {
 
 using foundation::core::except::IMsgIDException;
 using foundation::core::text::readable;
-
-constexpr char hubName[] = "kelp_hub";
+using orb::lvm::hubName;
 
 std::string quotedIfBlank(const std::string& text)
 {

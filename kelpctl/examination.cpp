@@ -5,6 +5,8 @@
 #include "folder_access.h"
 #include "platform.h"
 
+#include "lvm/rules.h"
+
 #include "host/files.h"
 #include "host/install.h"
 #include "host/network.h"
@@ -19,14 +21,12 @@
 namespace kelpctl {
 namespace {
 
-using foundation::core::net::InetAddress;
+namespace rules = orb::lvm::detail;
 using foundation::core::net::NetworkInterface;
 using foundation::core::text::readable;
 
-constexpr char backendVariable[] = "USE_WSL";
 constexpr char releaseVariable[] = "KORVANE_RELEASE";
 constexpr char rootVariable[] = "KORVANE_ROOT";
-constexpr char registryVariable[] = "USE_DOCKER_REPOSITORY";
 
 // Does something that may fail, and gives back why it did; empty when it did not.
 std::string failureOf(const std::function<void()>& step)
@@ -58,7 +58,7 @@ Setting backendOf(const Request& request)
     if (request.backend) {
         return {*request.backend == Backend::wsl ? "--wsl" : "--docker", Source::flag};
     }
-    const std::optional<std::string> value = environmentVariable(backendVariable);
+    const std::optional<std::string> value = environmentVariable(rules::backendVariable);
     return {readable(value.value_or("")), value ? Source::variable : Source::builtIn};
 }
 
@@ -86,26 +86,9 @@ std::string utf8(const std::u16string& text)
     return result;
 }
 
-std::string addressOf(const NetworkInterface& nic)
-{
-    for (const InetAddress& address : nic.getInetAddresses()) {
-        if (!address.isLoopback() && address.getVersion() == 4) {
-            return address.getHostAddress();
-        }
-    }
-    return {};
-}
-
-// The library's own rule by which an adapter is WSL's.
-bool isWslAdapter(const NetworkInterface& nic)
-{
-    return nic.getFriendlyName().find(u"(WSL)") != std::u16string::npos &&
-           nic.getDescription().find(u"Virtual") != std::u16string::npos;
-}
-
 void examineAdapter(const NetworkInterface& nic, Adapter& adapter)
 {
-    const std::string address = isWslAdapter(nic) ? addressOf(nic) : std::string();
+    const std::string address = rules::getWslAdapterAddress(nic);
     if (!address.empty() && adapter.address.empty()) {
         adapter.address = address;
         adapter.name = utf8(nic.getFriendlyName());
@@ -186,7 +169,7 @@ Examination examine(const Context& context)
     failureOf([&found] { found.rootExists = std::filesystem::is_directory(pathOf(found.root.value)); });
     found.image = namesOf(request).image;
     found.container = namesOf(request).container;
-    found.pullsFromRegistry = variable(registryVariable) == "1";
+    found.pullsFromRegistry = rules::isOne(variable(rules::registryVariable).c_str());
     found.wsl = examineWsl(context);
     found.docker = examineDocker(context);
     found.adapter = examineAdapters();

@@ -2,73 +2,54 @@
 
 #include "json.h"
 
-#include "host/files.h"
+#include "lvm/commands.h"
+#include "lvm/rules.h"
+#include "lvm/text.h"
+
 #include "host/text.h"
 
-#include <array>
 #include <filesystem>
-#include <sstream>
 #include <system_error>
 
 namespace kelpctl {
 namespace {
 
 namespace json = boost::json;
+namespace rules = orb::lvm::detail;
 
-// Programs of the host product's own lie there.
-constexpr char hostFolder[] = "bin\\win64";
-
-constexpr char blanks[] = " \t\n\v\f\r";
-
-std::string trimmed(const std::string& text)
+Fate fateOf(rules::ClientKind kind)
 {
-    const std::size_t start = text.find_first_not_of(blanks);
-    return start == std::string::npos ? std::string() : text.substr(start, text.find_last_not_of(blanks) - start + 1);
-}
-
-std::vector<std::string> linesOf(const std::string& text)
-{
-    std::istringstream stream(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) {
-        if (line = trimmed(line); !line.empty()) {
-            lines.push_back(line);
-        }
-    }
-    return lines;
-}
-
-// The library's tests, in its order. What cannot be looked at ends its search with an error.
-Fate fateOf(const std::string& candidate)
-{
-    if (candidate.find(hostFolder) != std::string::npos) {
+    switch (kind) {
+    case rules::ClientKind::file:
+        return Fate::regularFile;
+    case rules::ClientKind::hostsOwn:
         return Fate::hostsOwn;
-    }
-    const std::filesystem::path path = pathOf(candidate);
-    if (!foundation::core::path::exists(path)) {
+    case rules::ClientKind::missing:
         return Fate::missing;
-    }
-    if (foundation::core::path::is_link(path)) {
+    case rules::ClientKind::link:
         return Fate::link;
+    case rules::ClientKind::noFile:
+        break;
     }
-    return foundation::core::path::is_regular_file(path) ? Fate::regularFile : Fate::notAFile;
+    return Fate::notAFile;
 }
 
 // The look-up may have printed it in another code page.
-std::string asUtf8(const std::string& printed)
+std::string asUtf8(std::string_view printed)
 {
     using namespace foundation::core::text;
     return cvt_ustring_utf8(cvt_string_ustring(printed));
 }
 
+// What cannot be looked at ends the library's search with an error.
 void search(DockerExamination& docker, const std::string& printed)
 {
-    for (const std::string& line : linesOf(printed)) {
+    for (const std::string& line : rules::trimmedLines(printed)) {
         Candidate candidate{line, Fate::notLookedAt, false, {}};
         if (docker.client.empty() && docker.searchFailure.empty()) {
             try {
                 candidate.path = asUtf8(line);
-                candidate.fate = fateOf(line);
+                candidate.fate = fateOf(rules::clientKindOf(line));
             } catch (const std::system_error& error) {
                 candidate.fate = Fate::notReadable;
                 docker.searchFailure = foundation::core::text::readable(error.what());
@@ -84,7 +65,7 @@ void search(DockerExamination& docker, const std::string& printed)
 void takeWhatIsThere(DockerExamination& docker, const std::string& printed)
 {
     if (docker.client.empty() && docker.searchFailure.empty()) {
-        docker.client = asUtf8(trimmed(printed));
+        docker.client = asUtf8(rules::trim(printed));
         for (Candidate& candidate : docker.candidates) {
             candidate.taken = candidate.path == docker.client;
         }
@@ -99,7 +80,7 @@ void takeWhatIsThere(DockerExamination& docker, const std::string& printed)
 // The look-up begins with the current folder, which for the library is that of drive C.
 Reply lookUp(const Context& context, std::string& printed)
 {
-    const std::vector<std::string> arguments = {"where", "docker.exe"};
+    const std::vector<std::string> arguments = rules::commands::dockerLookUp();
     try {
         printed = orb::process::detail::run(arguments, {}, "c:").standardOutput;
     } catch (const std::system_error& error) {
@@ -118,7 +99,7 @@ std::string textAt(const json::object& object, const char* name)
 std::vector<json::object> objectsIn(const std::string& text)
 {
     std::vector<json::object> objects;
-    for (const std::string& line : linesOf(text)) {
+    for (const std::string& line : rules::trimmedLines(text)) {
         json::value value = parsedJson(line);
         if (value.is_object()) {
             objects.push_back(std::move(value.get_object()));

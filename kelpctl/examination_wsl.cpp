@@ -5,27 +5,15 @@
 #include "interruption.h"
 #include "text.h"
 
-#include "host/text.h"
+#include "lvm/commands.h"
 
 #include <algorithm>
 #include <exception>
-#include <sstream>
 
 namespace kelpctl {
 namespace {
 
-constexpr char versionQuestion[] = "-v";
-constexpr char listQuestion[] = "-l";
-
-bool isLookUp(const Run& run)
-{
-    return run.arguments.size() == 2 && run.arguments[1] == "wsl.exe";
-}
-
-bool asks(const Run& run, const char* question)
-{
-    return run.arguments.size() >= 2 && run.arguments[1] == question;
-}
+namespace rules = orb::lvm::detail;
 
 // The library's own search and question, by the programs that it runs.
 std::vector<Run> runsOfTheLibrary(const Context& context)
@@ -85,32 +73,6 @@ void addCandidatesNotAsked(WslExamination& wsl)
     }
 }
 
-std::vector<std::string> namesIn(const std::string& listing)
-{
-    std::istringstream stream(listing);
-    std::vector<std::string> names;
-    for (std::string name; stream >> name;) {
-        names.push_back(name);
-    }
-    return names;
-}
-
-// The table shows those as well that are being installed or removed, which the listing keeps back.
-void examineDistributions(const Context& context, WslExamination& wsl)
-{
-    wsl.table = question(context, {wsl.executable, "--list", "--all", "--verbose"});
-    if (wsl.table.good()) {
-        wsl.distributions = distributionTable(wsl.table.output);
-    }
-    for (const std::string& name : namesIn(wsl.listing.output)) {
-        const bool known = std::any_of(wsl.distributions.begin(), wsl.distributions.end(),
-                                       [&name](const Distribution& each) { return each.name == name; });
-        if (!known) {
-            wsl.distributions.push_back({name, {}, 0, false});
-        }
-    }
-}
-
 } // namespace
 
 bool WslExamination::fallsBack() const
@@ -122,20 +84,27 @@ WslExamination examineWsl(const Context& context)
 {
     WslExamination wsl;
     for (const Run& run : runsOfTheLibrary(context)) {
-        if (isLookUp(run)) {
+        switch (rules::commandOf(run.arguments)) {
+        case rules::Command::wslLookUp:
             wsl.lookUp = replyOf(run);
-        } else if (asks(run, versionQuestion)) {
+            break;
+        case rules::Command::wslVersion:
             addCandidate(wsl, replyOf(run));
-        } else if (asks(run, listQuestion)) {
+            break;
+        case rules::Command::wslCheck:
             wsl.listing = replyOf(run);
             wsl.executable = run.arguments.front();
+            break;
+        default:
+            break;
         }
     }
     if (wsl.lookUp.good()) {
         addCandidatesNotAsked(wsl);
     }
     if (wsl.listing.good()) {
-        examineDistributions(context, wsl);
+        wsl.table = question(context, distributionQuestion(wsl.executable));
+        wsl.distributions = distributionsIn(wsl.listing.output, wsl.table.good() ? wsl.table.output : std::string());
     }
     return wsl;
 }

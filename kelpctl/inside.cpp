@@ -9,6 +9,8 @@
 #include "probes.h"
 #include "work.h"
 
+#include "lvm/commands.h"
+
 #include "host/text.h"
 #include "orb/lvm.h"
 
@@ -20,6 +22,8 @@
 
 namespace kelpctl {
 namespace {
+
+namespace rules = orb::lvm::detail;
 
 constexpr char listVariable[] = "WSLENV";
 constexpr char utf8Variable[] = "WSL_UTF8";
@@ -121,10 +125,15 @@ Report reportOf(const InsideRun& inside, const char* identifier, const std::stri
     return report;
 }
 
-bool lists(const DistributionList& distributions, const std::string& name)
+// What is wrong with the distribution when nothing is wrong with WSL; empty for nothing.
+std::string causeOfDistribution(const DistributionList& distributions, const std::string& name)
 {
-    return std::any_of(distributions.all.begin(), distributions.all.end(),
-                       [&name](const Distribution& distribution) { return distribution.name == name; });
+    const auto found = std::find_if(distributions.all.begin(), distributions.all.end(),
+                                    [&name](const Distribution& distribution) { return distribution.name == name; });
+    if (found == distributions.all.end()) {
+        return "DISTRIBUTION_MISSING";
+    }
+    return isBusy(*found) ? "WSL_BUSY" : std::string();
 }
 
 // wsl.exe has the status 1 for a program that does not exist, as many a program has for reasons of its own.
@@ -136,7 +145,9 @@ std::optional<Report> missingProgram(const InsideRun& inside, const Context& con
     if (inside.status() != noProgramStatus) {
         return std::nullopt;
     }
-    std::vector<std::string> arguments(inside.run.arguments.begin(), inside.run.arguments.begin() + 4);
+    const std::string& client = inside.run.arguments.front();
+    const std::string& distribution = rules::distributionOf(inside.run.arguments);
+    std::vector<std::string> arguments = rules::commands::wslExec(client, distribution);
     arguments.insert(arguments.end(), {"sh", "-c", question, context.request.program.front()});
     if (ask(context.console, arguments).status != toldMissing) {
         return std::nullopt;
@@ -150,15 +161,15 @@ std::optional<Report> wslFailure(const InsideRun& inside, const Context& context
     if (inside.status() != wslFailureStatus()) {
         return missingProgram(inside, context);
     }
-    // "wsl.exe -d NAME --exec ..."
-    const std::string& client = inside.run.arguments.at(0);
-    const std::string& name = inside.run.arguments.at(2);
-    if (const std::string cause = causeOfWslStatus(inside.run); !cause.empty()) {
-        const bool unknown = cause == "WSL_DISTRIBUTION_UNKNOWN";
-        return reportOf(inside, "WSL_FAILED", unknown ? "DISTRIBUTION_MISSING" : cause, context);
+    const std::string known = causeOfWslStatus(inside.run);
+    // wsl.exe does not know a distribution that is being installed either.
+    const bool unknown = known == "WSL_DISTRIBUTION_UNKNOWN";
+    if (!known.empty() && !unknown) {
+        return reportOf(inside, "WSL_FAILED", known, context);
     }
-    const DistributionList distributions = askDistributions(context.console, client);
-    if (!distributions.known) {
+    const std::string& name = rules::distributionOf(inside.run.arguments);
+    const DistributionList distributions = askDistributions(context.console, inside.run.arguments.front());
+    if (!distributions.known && !unknown) {
         const Run listing{distributions.answer.arguments,
                           orb::process::detail::RunResult{distributions.answer.status.value_or(-1),
                                                           distributions.answer.output, distributions.answer.error},
@@ -167,8 +178,8 @@ std::optional<Report> wslFailure(const InsideRun& inside, const Context& context
         report.status = inside.status();
         return report;
     }
-    if (!lists(distributions, name)) {
-        return reportOf(inside, "WSL_FAILED", "DISTRIBUTION_MISSING", context);
+    if (const std::string cause = causeOfDistribution(distributions, name); !cause.empty() || unknown) {
+        return reportOf(inside, "WSL_FAILED", cause.empty() ? "DISTRIBUTION_MISSING" : cause, context);
     }
     return reportOf(inside, wslFailureIsAmbiguous() ? "WSL_OR_PROGRAM_FAILED" : "WSL_FAILED", {}, context);
 }

@@ -3,18 +3,21 @@
 #include "json.h"
 #include "text.h"
 
+#include "lvm/commands.h"
+#include "lvm/text.h"
+
 #include "host/text.h"
 
 #include <algorithm>
-#include <cctype>
+#include <array>
 #include <exception>
-#include <sstream>
 
 namespace kelpctl {
 namespace {
 
 using foundation::core::text::readable;
 namespace json = boost::json;
+namespace rules = orb::lvm::detail;
 
 // A program may print any amount; no answer is that long.
 std::string_view beginning(std::string_view captured)
@@ -42,16 +45,6 @@ std::string textAt(const json::value& value, const char* part, const char* name)
     return found != nullptr && found->is_string() ? std::string(found->get_string()) : std::string();
 }
 
-std::vector<std::string> wordsOf(const std::string& line)
-{
-    std::istringstream stream(line);
-    std::vector<std::string> words;
-    for (std::string word; stream >> word;) {
-        words.push_back(word);
-    }
-    return words;
-}
-
 bool isNumber(const std::string& word)
 {
     return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
@@ -60,7 +53,7 @@ bool isNumber(const std::string& word)
 // "* NAME STATE VERSION", the mark for the default only. Any other line is a header.
 std::optional<Distribution> distributionRow(const std::string& line)
 {
-    std::vector<std::string> words = wordsOf(line);
+    std::vector<std::string> words = rules::words(line);
     const bool isDefault = !words.empty() && words.front() == "*";
     if (isDefault) {
         words.erase(words.begin());
@@ -138,23 +131,36 @@ std::vector<Distribution> distributionTable(std::string_view text)
     return all;
 }
 
-// The short list is the one that can be empty without being an error; the table has the states.
+std::vector<std::string> distributionQuestion(const std::string& wslPath)
+{
+    return {wslPath, "--list", "--all", "--verbose"};
+}
+
+std::vector<Distribution> distributionsIn(std::string_view names, std::string_view table)
+{
+    std::vector<Distribution> all = distributionTable(table);
+    for (const std::string& name : rules::words(names)) {
+        addMissing(all, name);
+    }
+    return all;
+}
+
 DistributionList askDistributions(Console& console, const std::string& wslPath)
 {
     DistributionList list;
-    list.answer = ask(console, {wslPath, "--list", "-q"});
+    list.answer = ask(console, rules::commands::wslList(wslPath));
     list.known = list.answer.good();
-    if (!list.known) {
-        return list;
-    }
-    const Answer table = ask(console, {wslPath, "--list", "--verbose"});
-    if (table.good()) {
-        list.all = distributionTable(table.output);
-    }
-    for (const std::string& name : wordsOf(list.answer.output)) {
-        addMissing(list.all, name);
+    if (list.known) {
+        const Answer table = ask(console, distributionQuestion(wslPath));
+        list.all = distributionsIn(list.answer.output, table.good() ? table.output : std::string());
     }
     return list;
+}
+
+bool isBusy(const Distribution& distribution)
+{
+    constexpr std::array<std::string_view, 4> states = {"Installing", "Uninstalling", "Converting", "Exporting"};
+    return std::find(states.begin(), states.end(), distribution.state) != states.end();
 }
 
 std::string versionNumber(std::string_view text)

@@ -65,8 +65,18 @@ struct DistributionList {
     Answer answer;
 };
 
-// The distributions, those that are being installed or removed included where wsl.exe shows them.
+// The distributions, those that are being installed or removed included where wsl.exe shows them. Whether it can tell is
+// asked as the library asks.
 DistributionList askDistributions(Console& console, const std::string& wslPath);
+
+// The question for the table of states, which has those as well that the list of names keeps back.
+std::vector<std::string> distributionQuestion(const std::string& wslPath);
+
+// The distributions of both answers; the table is empty when there is none.
+std::vector<Distribution> distributionsIn(std::string_view names, std::string_view table);
+
+// Whether it is being installed, removed, converted or exported. Nothing runs in it meanwhile.
+bool isBusy(const Distribution& distribution);
 
 // The table that "wsl.exe --list --verbose" prints, by its columns: the header's words are not looked at.
 std::vector<Distribution> distributionTable(std::string_view text);

@@ -3,13 +3,9 @@
 #include "causes.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
 
 namespace kelpctl {
 namespace {
-
-constexpr std::array<std::string_view, 4> busyStates = {"Installing", "Uninstalling", "Converting", "Exporting"};
 
 bool isDigit(char c)
 {
@@ -36,11 +32,6 @@ std::string lowered(std::string text)
 std::string fileName(const std::string& path)
 {
     return path.substr(path.find_last_of("/\\") + 1);
-}
-
-bool isBusy(const Distribution& distribution)
-{
-    return std::find(busyStates.begin(), busyStates.end(), distribution.state) != busyStates.end();
 }
 
 // Where kelpctl's causes expect a run.
@@ -97,7 +88,7 @@ private:
         judgeDistributionName();
         // What an import needs is no problem for sure while the distribution may be there.
         const bool known = found_.wsl.listing.good();
-        judgeArchives("kelp_hub_distro.tar.gz", known ? Severity::problem : Severity::note);
+        judgeArchives(known ? Severity::problem : Severity::note);
         judgeTemporaryFolder(known ? Severity::problem : Severity::note);
         if (known) {
             note(Place::distribution, "DISTRIBUTION_MISSING");
@@ -140,14 +131,14 @@ private:
         }
     }
 
-    void judgeArchives(const std::string& preferred, Severity severity)
+    void judgeArchives(Severity severity)
     {
         const auto taken = std::find_if(found_.archives.begin(), found_.archives.end(),
                                         [](const Archive& archive) { return archive.taken; });
         if (taken == found_.archives.end()) {
             const bool rooted = found_.rootExists;
             findings_.push_back({severity, rooted ? "ARCHIVE_NOT_INSTALLED" : "ROOT_MISSING",
-                                 rooted ? preferred : found_.root.value, Place::archives});
+                                 rooted ? preferredArchive(found_.usesWsl) : found_.root.value, Place::archives});
             return;
         }
         switch (taken->kind) {
@@ -194,7 +185,7 @@ private:
             return;
         }
         const bool known = found_.docker.imagesReply.good();
-        judgeArchives("kelp_hub_docker.tar.gz", known ? Severity::problem : Severity::note);
+        judgeArchives(known ? Severity::problem : Severity::note);
         if (known) {
             note(Place::dockerImage, "IMAGE_MISSING");
         }

@@ -116,7 +116,7 @@ TEST(Exec, WslUtf8OfTheUserStands)
 }
 
 constexpr char listing[] = "/windows/wsl.exe --list -q";
-constexpr char table[] = "/windows/wsl.exe --list --verbose";
+constexpr char table[] = "/windows/wsl.exe --list --all --verbose";
 
 TEST(Exec, MissingDistributionIsTold)
 {
@@ -128,6 +128,20 @@ TEST(Exec, MissingDistributionIsTold)
     EXPECT_THAT(session.error, HasSubstr("error: WSL_FAILED\n"));
     EXPECT_THAT(session.error, HasSubstr("cause: There is no distribution kelp_hub_R1.\n"));
     EXPECT_THAT(session.error, HasSubstr("next step: Create it with \"kelpctl --release R1 setup\"."));
+}
+
+TEST(Exec, DistributionThatIsBeingInstalledIsNotMissing)
+{
+    Session session;
+    session.programStatus = kelpctl::wslFailureStatus();
+    session.answers[listing] = {0, "", {}};
+    session.answers[table] = {0, "  NAME     STATE      VERSION\r\n  kelp_hub Installing 2\r\n", {}};
+    EXPECT_EQ(session.run({"exec", "--", "ls"}), kelpctl::wslFailureStatus());
+    EXPECT_THAT(session.error, HasSubstr("cause: The distribution is being installed, removed or converted.\n"));
+    session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {
+        kelpctl::wslFailureStatus(), "Wsl/Service/WSL_E_DISTRO_NOT_FOUND", {}};
+    session.run({"exec", "--json", "--", "ls"});
+    EXPECT_EQ(session.json().at("error").at("cause").at("identifier"), "WSL_BUSY");
 }
 
 TEST(Exec, WslThatCannotListIsTold)

@@ -128,7 +128,7 @@ TEST(Probes, DistributionsHaveTheirStates)
 {
     Desk desk;
     desk.answers["wsl --list -q"] = {0, "kelp_hub\r\nUbuntu\r\n", {}};
-    desk.answers["wsl --list --verbose"] = {
+    desk.answers["wsl --list --all --verbose"] = {
         0, "  NAME        STATE           VERSION\r\n* kelp_hub    Running         2\r\n  Ubuntu  Stopped 1\r\n", {}};
     const DistributionList list = askDistributions(desk.console, "wsl");
     EXPECT_TRUE(list.known);
