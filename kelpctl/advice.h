@@ -1,6 +1,8 @@
 // What the user is told about a failure: what it means, and one thing to do next. All of it is data.
 #pragma once
 
+#include "names.h"
+
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,18 +17,6 @@ struct Advice {
     // What it means. Empty for the errors that the host's catalogue has a text for.
     const char* text;
     const char* nextStep;
-};
-
-// What the placeholders stand for.
-struct Names {
-    // 1: "kelpctl" and the flags that led here, to be put in front of a command.
-    std::string invocation = "kelpctl";
-    // 2: the distribution or image.
-    std::string image;
-    // 3: the container.
-    std::string container;
-    // 4: what the failure is about: a path, a program, a status.
-    std::string subject;
 };
 
 std::span<const Advice> allAdvice();

@@ -88,16 +88,11 @@ ArchiveKind kindOfFile(const std::filesystem::path& file)
     return read ? kindOf(head) : ArchiveKind::notReadable;
 }
 
-std::string nameOf(const char16_t* name)
-{
-    return foundation::core::text::cvt_ustring_utf8(name);
-}
-
 void take(std::vector<Archive>& archives, const rules::DefaultArchives& names)
 {
     for (const char16_t* name : {names.preferred, names.other}) {
         for (Archive& archive : archives) {
-            if (archive.name == nameOf(name) && archive.present) {
+            if (archive.name == archiveName(name) && archive.present) {
                 archive.taken = true;
                 return;
             }
@@ -171,19 +166,19 @@ Archive lookAt(const std::filesystem::path& folder, const std::string& name)
     return archive;
 }
 
-std::string preferredArchive(bool usesWsl)
+std::string archiveName(const char16_t* name)
 {
-    return nameOf((usesWsl ? rules::distroArchives : rules::imageArchives).preferred);
+    return foundation::core::text::cvt_ustring_utf8(name);
 }
 
-std::vector<Archive> lookAtArchives(const std::filesystem::path& folder, bool usesWsl)
+std::vector<Archive> lookAtArchives(const std::filesystem::path& folder, const rules::DefaultArchives& names)
 {
     std::vector<Archive> archives;
     for (const char16_t* name : {orb::lvm::packedDistroArchive, orb::lvm::distroArchive, orb::lvm::packedImageArchive,
                                  orb::lvm::imageArchive}) {
-        archives.push_back(lookAt(folder, nameOf(name)));
+        archives.push_back(lookAt(folder, archiveName(name)));
     }
-    take(archives, usesWsl ? rules::distroArchives : rules::imageArchives);
+    take(archives, names);
     return archives;
 }
 

@@ -1,6 +1,8 @@
 // Archives that provisioning would look for.
 #pragma once
 
+#include "lvm/rules.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -33,10 +35,11 @@ const char* kindName(ArchiveKind kind);
 // The file of that name, looked at without its being changed.
 Archive lookAt(const std::filesystem::path& folder, const std::string& name);
 
-// The one that is looked for first.
-std::string preferredArchive(bool usesWsl);
+// A name as the library keeps it, in UTF-8.
+std::string archiveName(const char16_t* name);
 
-// The four archives in the order in which they are looked for; `usesWsl` decides which one is taken.
-std::vector<Archive> lookAtArchives(const std::filesystem::path& folder, bool usesWsl);
+// The four archives in the order in which they are looked for; `names` decides which one is taken.
+std::vector<Archive> lookAtArchives(const std::filesystem::path& folder,
+                                    const orb::lvm::detail::DefaultArchives& names);
 
 } // namespace kelpctl

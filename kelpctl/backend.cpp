@@ -2,8 +2,6 @@
 
 #include "platform.h"
 
-#include "lvm/rules.h"
-
 #include "host/exceptions.h"
 #include "orb/lvm.h"
 
@@ -11,6 +9,9 @@ namespace kelpctl {
 namespace {
 
 namespace rules = orb::lvm::detail;
+
+constexpr BackendWords wslWords = {"wsl", "WSL", "--wsl", "1", "distribution", rules::distroArchives};
+constexpr BackendWords dockerWords = {"docker", "Docker", "--docker", "0", "image", rules::imageArchives};
 
 [[noreturn]] void throwDockerNotAvailable()
 {
@@ -21,23 +22,40 @@ namespace rules = orb::lvm::detail;
 
 } // namespace
 
+const BackendWords& wordsOf(Backend backend)
+{
+    switch (backend) {
+    case Backend::wsl:
+        break;
+    case Backend::docker:
+        return dockerWords;
+    }
+    return wslWords;
+}
+
 void selectBackend(const std::optional<Backend>& backend)
 {
     if (backend) {
-        setEnvironmentVariable(rules::backendVariable, *backend == Backend::wsl ? "1" : "0");
+        setEnvironmentVariable(rules::backendVariable, wordsOf(*backend).value);
     }
 }
 
-bool usesWsl()
+Backend selectedBackend()
 {
     const std::optional<std::string> value = environmentVariable(rules::backendVariable);
-    return rules::selectsWsl(value ? value->c_str() : nullptr);
+    return rules::selectsWsl(value ? value->c_str() : nullptr) ? Backend::wsl : Backend::docker;
 }
 
 void requireClient()
 {
-    if (!usesWsl() && orb::lvm::getContainerExecutablePath().empty()) {
-        throwDockerNotAvailable();
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        return;
+    case Backend::docker:
+        if (orb::lvm::getContainerExecutablePath().empty()) {
+            throwDockerNotAvailable();
+        }
+        return;
     }
 }
 

@@ -1,8 +1,9 @@
 #include "causes.h"
 
+#include "advice.h"
 #include "backend.h"
+#include "names.h"
 #include "probes.h"
-#include "verdict.h"
 
 #include "lvm/commands.h"
 
@@ -19,7 +20,7 @@ constexpr std::array<std::int32_t, 2> notInstalled = {1, 50};
 std::string causeOfStart(const Run& run, const Context& context, const std::string& client)
 {
     const Names names = namesOf(context.request);
-    switch (askContainer(context.console, client, names.container)) {
+    switch (askContainer(context.programs, client, names.container)) {
     case ContainerState::running:
         return "CONTAINER_RUNS_ALREADY";
     case ContainerState::paused:
@@ -28,20 +29,20 @@ std::string causeOfStart(const Run& run, const Context& context, const std::stri
         return "DOCKER_ENGINE_NOT_REACHABLE";
     case ContainerState::stopped:
         // The engine makes the container before it finds that the image's program cannot be run.
-        if (run.result && run.result->status == dockerRefused) {
+        if (run.status == dockerRefused) {
             return "CONTAINER_EXISTS";
         }
         break;
     case ContainerState::missing:
         break;
     }
-    if (!imageExists(context.console, client, names.image)) {
+    if (!imageExists(context.programs, client, names.image)) {
         return "IMAGE_MISSING";
     }
-    if (!imageHasProgram(context.console, client, names.image)) {
+    if (!imageHasProgram(context.programs, client, names.image)) {
         return "IMAGE_WITHOUT_PROGRAM";
     }
-    const std::int32_t status = run.result ? run.result->status : dockerRefused;
+    const std::int32_t status = run.status.value_or(dockerRefused);
     return status == dockerNotExecutable ? "PROGRAM_NOT_EXECUTABLE"
            : status == dockerNotFound    ? "PROGRAM_NOT_FOUND"
                                          : "DOCKER_REFUSED";
@@ -59,25 +60,29 @@ std::string causeOfDockerFailure(const std::string& identifier, const Run& run, 
     if (identifier == "CONTAINER_NOT_STARTED") {
         return causeOfStart(run, context, client);
     }
-    return askEngine(context.console, client).reachable ? std::string() : "DOCKER_ENGINE_NOT_REACHABLE";
+    return askEngine(context.programs, client).reachable() ? std::string() : "DOCKER_ENGINE_NOT_REACHABLE";
 }
 
 } // namespace
 
+std::string codeOf(const Run& run)
+{
+    return wslCodePath(run.output + "\n" + run.error);
+}
+
 std::string causeOfWslStatus(const Run& run)
 {
-    if (!run.result) {
+    if (!run.status) {
         return {};
     }
-    const std::string printed = readableOutput(*run.result);
-    if (const std::string_view known = causeOfWslCode(wslCodePath(printed)); !known.empty()) {
+    if (const std::string_view known = causeOfWslCode(codeOf(run)); !known.empty()) {
         return std::string(known);
     }
-    if (run.result->status == noSuchProgram) {
+    if (run.status == noSuchProgram) {
         return "WSL_NOT_FOUND";
     }
     for (const std::int32_t status : notInstalled) {
-        if (run.result->status == status) {
+        if (run.status == status) {
             return "WSL_NOT_INSTALLED";
         }
     }
@@ -89,14 +94,20 @@ std::string causeOf(const std::string& identifier, const std::optional<Run>& run
     if (identifier == "IMAGE_NOT_EXIST" && !isDockerName(namesOf(context.request).image)) {
         return "DOCKER_NAME_INVALID";
     }
-    if (!run || !run->failed()) {
+    if (!run || run->succeeded()) {
         return {};
     }
-    if (run->timedOut) {
+    if (run->ending == Ending::timedOut) {
         return "TOOL_HANGS";
     }
-    const bool wsl = usesWsl() || identifier == "WSL_NOT_USABLE";
-    return wsl ? causeOfWslStatus(*run) : causeOfDockerFailure(identifier, *run, context);
+    // The check speaks of WSL, whichever backend is selected.
+    switch (identifier == "WSL_NOT_USABLE" ? Backend::wsl : selectedBackend()) {
+    case Backend::wsl:
+        break;
+    case Backend::docker:
+        return causeOfDockerFailure(identifier, *run, context);
+    }
+    return causeOfWslStatus(*run);
 }
 
 std::string causeOfInterruption(const std::optional<Run>& run)

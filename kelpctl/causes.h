@@ -2,9 +2,10 @@
 // words that a program printed, which are in the user's language.
 #pragma once
 
-#include "errors.h"
+#include "context.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace kelpctl {
@@ -26,6 +27,9 @@ std::string causeOfInterruption(const std::optional<Run>& run);
 
 // The folder that an import was given.
 std::string importFolder(const std::optional<Run>& run);
+
+// The code path in what a program printed; empty when there is none.
+std::string codeOf(const Run& run);
 
 // Why `wsl.exe` failed at something else than running a program.
 std::string causeOfWslStatus(const Run& run);

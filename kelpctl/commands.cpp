@@ -2,10 +2,12 @@
 
 #include "backend.h"
 #include "completion.h"
-#include "doctor.h"
+#include "doctor_json.h"
+#include "doctor_table.h"
 #include "errors.h"
 #include "gateways.h"
 #include "json.h"
+#include "names.h"
 #include "probes.h"
 #include "removal.h"
 #include "work.h"
@@ -23,25 +25,22 @@ namespace {
 
 namespace json = boost::json;
 
-std::string kindOfImage()
-{
-    return usesWsl() ? "distribution" : "image";
-}
-
 // What provisioning did, by the programs that ran.
 Outcome provisioned(const Context& context)
 {
     const std::string name = namesOf(context.request).image;
     std::optional<std::string> source;
     for (const Run& run : context.journal.runs()) {
-        if (const std::string made = orb::lvm::detail::sourceOf(run.arguments); !made.empty() && !run.failed()) {
+        if (const std::string made = orb::lvm::detail::sourceOf(run.arguments); !made.empty() && run.succeeded()) {
             source = made;
         }
     }
-    const std::string what = "The " + kindOfImage() + " " + name;
+    const std::string what = std::string("The ") + wordsOf(selectedBackend()).image + " " + name;
     Outcome outcome;
-    outcome.result = json::object{
-        {"kind", kindOfImage()}, {"name", name}, {"created", source.has_value()}, {"source", orNull(source)}};
+    outcome.result = json::object{{"kind", wordsOf(selectedBackend()).image},
+                                  {"name", name},
+                                  {"created", source.has_value()},
+                                  {"source", orNull(source)}};
     outcome.lines = {source ? what + " was created from " + *source + "."
                             : what + " exists already; nothing was created."};
     return outcome;
@@ -63,9 +62,15 @@ Outcome provision(const Context& context)
 // A container goes on without its image.
 void addContainerThatRuns(const Context& context, Outcome& outcome)
 {
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        return;
+    case Backend::docker:
+        break;
+    }
     const Names names = namesOf(context.request);
-    const std::string client = usesWsl() ? std::string() : orb::lvm::getContainerExecutablePath();
-    if (!client.empty() && askContainer(context.console, client, names.container) == ContainerState::running) {
+    const std::string client = orb::lvm::getContainerExecutablePath();
+    if (!client.empty() && askContainer(context.programs, client, names.container) == ContainerState::running) {
         outcome.lines.push_back("The container " + names.container + " still runs; \"" + names.invocation +
                                 " stop --container " + names.container + "\" removes it.");
     }
@@ -74,8 +79,8 @@ void addContainerThatRuns(const Context& context, Outcome& outcome)
 Outcome removed(const Context& context)
 {
     const std::string name = namesOf(context.request).image;
-    Outcome outcome{{"The " + kindOfImage() + " " + name + " was removed."},
-                    json::object{{"kind", kindOfImage()}, {"name", name}},
+    Outcome outcome{{std::string("The ") + wordsOf(selectedBackend()).image + " " + name + " was removed."},
+                    json::object{{"kind", wordsOf(selectedBackend()).image}, {"name", name}},
                     {}};
     addContainerThatRuns(context, outcome);
     return outcome;
@@ -110,10 +115,29 @@ Outcome check(const Context& context)
     return outcome;
 }
 
+// Looks at everything that provisioning depends on, and changes nothing.
+Outcome doctor(const Context& context)
+{
+    Examination found;
+    work(context, [&] { found = examine(context); });
+    const Judgement judgement = judge(found);
+    const Names names = namesOf(context.request);
+    Outcome outcome;
+    outcome.lines = doctorTable(found, judgement, names, context.console.outColours);
+    outcome.result = doctorObject(found, judgement, names);
+    if (judgement.verdict == Verdict::blocked) {
+        outcome.failure = makeReport(Failure("DOCTOR_FOUND_PROBLEMS"), {}, std::nullopt, context.request);
+    }
+    return outcome;
+}
+
 Outcome containerChanged(const Context& context, const char* change)
 {
-    if (usesWsl()) {
+    switch (selectedBackend()) {
+    case Backend::wsl:
         return {{"WSL needs no container; nothing was done."}, json::object{{"container", nullptr}}, {}};
+    case Backend::docker:
+        break;
     }
     const std::string container = namesOf(context.request).container;
     return {{"The container " + container + " was " + change + "."}, json::object{{"container", container}}, {}};

@@ -1,14 +1,7 @@
-// What kelpctl works with on the outside.
+// Where results and everything else are written to.
 #pragma once
 
-#include "host/process.h"
-
-#include <cstdint>
-#include <functional>
-#include <map>
 #include <ostream>
-#include <string>
-#include <vector>
 
 namespace kelpctl {
 
@@ -22,14 +15,6 @@ struct Console {
     // Text may be coloured.
     bool outColours = false;
     bool errorColours = false;
-    // Runs a program and captures what it prints.
-    std::function<orb::process::detail::RunResult(const std::vector<std::string>& arguments,
-                                                  const std::map<std::string, std::string>& environment)>
-        run;
-    // Runs a program with these streams and gives back its exit status.
-    std::function<std::int32_t(const std::vector<std::string>& arguments,
-                               const std::map<std::string, std::string>& environment)>
-        runAttached;
 };
 
 } // namespace kelpctl

@@ -2,14 +2,16 @@
 #pragma once
 
 #include "console.h"
+#include "journal.h"
+#include "programs.h"
 #include "request.h"
-#include "runs.h"
 
 namespace kelpctl {
 
 struct Context {
     const Request& request;
     Console& console;
+    const Programs& programs;
     RunJournal& journal;
 };
 

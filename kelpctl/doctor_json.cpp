@@ -1,5 +1,6 @@
 #include "doctor_json.h"
 
+#include "backend.h"
 #include "json.h"
 
 #include "host/text.h"
@@ -10,18 +11,17 @@ namespace {
 using foundation::core::text::readable;
 namespace json = boost::json;
 
-const char* endingName(Ending ending)
+const char* endingName(const Run& run)
 {
-    switch (ending) {
-    case Ending::answered:
-        return "answered";
-    case Ending::failed:
-        return "failed";
+    switch (run.ending) {
+    case Ending::exited:
+        return run.succeeded() ? "answered" : "failed";
     case Ending::notStarted:
         return "notStarted";
     case Ending::timedOut:
         return "timedOut";
     case Ending::notAsked:
+    case Ending::interrupted:
         break;
     }
     return "notAsked";
@@ -112,24 +112,24 @@ const char* verdictName(Verdict verdict)
     return "blocked";
 }
 
-json::object replyObject(const Reply& reply)
+json::object runObject(const Run& run)
 {
     // A program may print any amount.
     constexpr std::size_t enough = 4096;
     json::array arguments;
-    for (const std::string& argument : reply.arguments) {
+    for (const std::string& argument : run.arguments) {
         arguments.emplace_back(readable(argument));
     }
-    return {{"ending", endingName(reply.ending)},
+    return {{"ending", endingName(run)},
             {"arguments", arguments},
-            {"status", orNull(reply.status)},
-            {"output", reply.output.substr(0, enough)},
-            {"error", reply.error.substr(0, enough)}};
+            {"status", orNull(run.status)},
+            {"output", run.output.substr(0, enough)},
+            {"error", run.error.substr(0, enough)}};
 }
 
 json::object settingObject(const Setting& setting)
 {
-    return {{"value", orNull(setting.value)}, {"source", sourceName(setting.source)}};
+    return {{"value", textOrNull(setting.value)}, {"source", sourceName(setting.source)}};
 }
 
 json::array candidateList(const std::vector<Candidate>& candidates)
@@ -161,7 +161,7 @@ json::value listOf(bool known, const Things& things, const ToObject& toObject)
 json::object distributionObject(const Distribution& distribution)
 {
     return {{"name", distribution.name},
-            {"state", orNull(distribution.state)},
+            {"state", textOrNull(distribution.state)},
             {"version", distribution.version == 0 ? nullptr : json::value(distribution.version)},
             {"default", distribution.isDefault}};
 }
@@ -179,40 +179,40 @@ json::object containerObject(const DockerContainer& container)
 
 json::object wslObject(const WslExamination& wsl)
 {
-    return {{"executable", orNull(wsl.executable)},
+    return {{"executable", textOrNull(wsl.executable)},
             {"fallback", wsl.fallsBack()},
-            {"lookUp", replyObject(wsl.lookUp)},
+            {"lookUp", runObject(wsl.lookUp)},
             {"candidates", candidateList(wsl.candidates)},
-            {"version", orNull(wsl.version)},
-            {"listing", replyObject(wsl.listing)},
-            {"distributions", listOf(wsl.listing.good(), wsl.distributions, distributionObject)}};
+            {"version", textOrNull(wsl.version)},
+            {"listing", runObject(wsl.listing)},
+            {"distributions", listOf(wsl.listing.succeeded(), wsl.distributions, distributionObject)}};
 }
 
 json::object dockerObject(const Examination& found)
 {
     const DockerExamination& docker = found.docker;
-    return {{"client", orNull(docker.client)},
+    return {{"client", textOrNull(docker.client)},
             {"clientExists", docker.clientExists},
-            {"lookUp", replyObject(docker.lookUp)},
+            {"lookUp", runObject(docker.lookUp)},
             {"candidates", candidateList(docker.candidates)},
-            {"searchFailure", orNull(docker.searchFailure)},
-            {"clientVersion", orNull(docker.engine.clientVersion)},
+            {"searchFailure", textOrNull(docker.searchFailure)},
+            {"clientVersion", textOrNull(docker.engine.clientVersion)},
             {"engine",
-             {{"reachable", docker.engineReply.good()},
-              {"version", orNull(docker.engine.version)},
-              {"system", orNull(docker.engine.system)},
-              {"reply", replyObject(docker.engineReply)}}},
-            {"images", listOf(docker.imagesReply.good(), docker.images, imageObject)},
-            {"containers", listOf(docker.containersReply.good(), docker.containers, containerObject)},
+             {{"reachable", docker.engine.reachable()},
+              {"version", textOrNull(docker.engine.version)},
+              {"system", textOrNull(docker.engine.system)},
+              {"reply", runObject(docker.engine.answer)}}},
+            {"images", listOf(docker.imageListing.succeeded(), docker.images, imageObject)},
+            {"containers", listOf(docker.containerListing.succeeded(), docker.containers, containerObject)},
             {"pullsFromRegistry", found.pullsFromRegistry}};
 }
 
 json::object adapterObject(const Adapter& adapter)
 {
-    return {{"address", orNull(adapter.address)},
-            {"name", orNull(adapter.name)},
+    return {{"address", textOrNull(adapter.address)},
+            {"name", textOrNull(adapter.name)},
             {"passedOver", arrayOf(adapter.passedOver)},
-            {"failure", orNull(adapter.failure)}};
+            {"failure", textOrNull(adapter.failure)}};
 }
 
 json::object archivesObject(const Examination& found)
@@ -225,8 +225,8 @@ json::object archivesObject(const Examination& found)
                                      {"kind", kindName(archive.kind)},
                                      {"taken", archive.taken}});
     }
-    return {{"folder", orNull(found.archiveFolder)},
-            {"failure", orNull(found.archiveFolderFailure)},
+    return {{"folder", textOrNull(found.archiveFolder)},
+            {"failure", textOrNull(found.archiveFolderFailure)},
             {"files", std::move(files)}};
 }
 
@@ -237,7 +237,7 @@ json::array findingList(const Judgement& judgement, const Names& names)
         list.push_back(json::object{{"severity", severityName(finding.severity)},
                                     {"identifier", finding.key},
                                     {"about", placeName(finding.place)},
-                                    {"subject", orNull(finding.subject)},
+                                    {"subject", textOrNull(finding.subject)},
                                     {"message", findingText(finding, names)},
                                     {"next", findingNextStep(finding, names)}});
     }
@@ -250,9 +250,10 @@ json::object doctorObject(const Examination& found, const Judgement& judgement, 
 {
     return {{"verdict", verdictName(judgement.verdict)},
             {"backend",
-             {{"name", found.usesWsl ? "wsl" : "docker"},
-              {"source", sourceName(found.backend.source)},
-              {"value", found.backend.source == Source::builtIn ? nullptr : json::value(found.backend.value)}}},
+             {{"name", wordsOf(found.backend).name},
+              {"source", sourceName(found.backendSetting.source)},
+              {"value",
+               found.backendSetting.source == Source::builtIn ? nullptr : json::value(found.backendSetting.value)}}},
             {"release", settingObject(found.release)},
             {"installationRoot", settingObject(found.root)},
             {"image", readable(found.image)},
@@ -262,7 +263,7 @@ json::object doctorObject(const Examination& found, const Judgement& judgement, 
             {"adapter", adapterObject(found.adapter)},
             {"archives", archivesObject(found)},
             {"temporaryFolder",
-             {{"path", orNull(found.temporary.path)},
+             {{"path", textOrNull(found.temporary.path)},
               {"exists", found.temporary.exists},
               {"writable", found.temporary.writable},
               {"freeBytes", orNull(found.temporary.freeBytes)}}},

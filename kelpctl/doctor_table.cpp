@@ -1,6 +1,6 @@
 #include "doctor_table.h"
 
-#include "errors.h"
+#include "backend.h"
 #include "table_lines.h"
 #include "text.h"
 
@@ -20,23 +20,22 @@ std::string secondsText(std::chrono::seconds limit)
     return std::to_string(limit.count()) + " s";
 }
 
-std::string statusText(const std::optional<std::int32_t>& status)
+std::string statusAndBits(const std::optional<std::int32_t>& status)
 {
     return status ? "status " + std::to_string(*status) + " (" + hexadecimal(*status) + ")" : std::string("no status");
 }
 
-std::string replyText(const Reply& reply, std::chrono::seconds timeLimit)
+std::string endingText(const Run& run, std::chrono::seconds timeLimit)
 {
-    switch (reply.ending) {
-    case Ending::answered:
-        return "it answers";
-    case Ending::failed:
-        return "it failed with " + statusText(reply.status);
+    switch (run.ending) {
+    case Ending::exited:
+        return run.succeeded() ? "it answers" : "it failed with " + statusAndBits(run.status);
     case Ending::notStarted:
         return "it could not be started";
     case Ending::timedOut:
         return "it did not answer within " + secondsText(timeLimit);
     case Ending::notAsked:
+    case Ending::interrupted:
         break;
     }
     return "not asked";
@@ -80,12 +79,17 @@ private:
         return worst;
     }
 
-    Mark wslMark(Place place, bool known = true) const { return mark(place, found_.usesWsl && known); }
-    Mark dockerMark(Place place, bool known = true) const { return mark(place, !found_.usesWsl && known); }
-
-    void showSaid(const Reply& reply)
+    Mark wslMark(Place place, bool known = true) const { return mark(place, found_.backend == Backend::wsl && known); }
+    Mark dockerMark(Place place, bool known = true) const
     {
-        std::vector<std::string> said = displayLines(reply.output + "\n" + reply.error);
+        return mark(place, found_.backend == Backend::docker && known);
+    }
+
+    void showSaid(const Run& run) { showSaid(run.output + "\n" + run.error); }
+
+    void showSaid(const std::string& text)
+    {
+        std::vector<std::string> said = displayLines(text);
         std::erase(said, std::string());
         for (std::size_t index = 0; index < std::min(said.size(), linesShown); ++index) {
             table_.more("    " + said[index]);
@@ -98,24 +102,41 @@ private:
     void showEnvironment()
     {
         table_.section("environment");
-        table_.row(Mark::none, "backend", std::string(found_.usesWsl ? "WSL: " : "Docker: ") + backendReason());
+        table_.row(Mark::none, "backend", wordsOf(found_.backend).title + (": " + backendReason()));
         table_.row(Mark::none, "release",
                    settingText(found_.release, "none: neither --release nor KORVANE_RELEASE names one", "--release",
                                "KORVANE_RELEASE", ""));
         table_.row(Mark::none, "installation root",
                    settingText(found_.root, "not known", "--root", "KORVANE_ROOT", "where kelpctl is installed"));
         table_.row(mark(Place::image, true), "name",
-                   (found_.usesWsl ? "the distribution " : "the image ") + found_.image);
-        table_.row(Mark::none, "container", found_.usesWsl ? "WSL needs none" : found_.container);
+                   std::string("the ") + wordsOf(found_.backend).image + " " + found_.image);
+        table_.row(Mark::none, "container", containerText());
+    }
+
+    std::string containerText() const
+    {
+        switch (found_.backend) {
+        case Backend::wsl:
+            break;
+        case Backend::docker:
+            return found_.container;
+        }
+        return "WSL needs none";
+    }
+
+    std::string sectionTitle(Backend backend) const
+    {
+        const std::string title = wordsOf(backend).title;
+        return backend == found_.backend ? title : title + " (not the backend)";
     }
 
     std::string backendReason() const
     {
-        switch (found_.backend.source) {
+        switch (found_.backendSetting.source) {
         case Source::flag:
-            return found_.backend.value + " was given";
+            return found_.backendSetting.value + " was given";
         case Source::variable:
-            return "USE_WSL is \"" + found_.backend.value + "\"";
+            return "USE_WSL is \"" + found_.backendSetting.value + "\"";
         case Source::builtIn:
             break;
         }
@@ -134,7 +155,7 @@ private:
         return setting.value + " (" + source + ")";
     }
 
-    void showCandidates(const Reply& lookUp, const std::vector<Candidate>& candidates)
+    void showCandidates(const Run& lookUp, const std::vector<Candidate>& candidates)
     {
         std::string label = "candidates";
         for (const Candidate& candidate : candidates) {
@@ -150,19 +171,20 @@ private:
         }
     }
 
-    std::string lookUpText(const Reply& lookUp) const
+    std::string lookUpText(const Run& lookUp) const
     {
         if (!lookUp.asked()) {
             return "not looked for";
         }
         const std::string command = "\"" + shortCommand(lookUp.arguments) + "\"";
-        return lookUp.good() ? command + " printed nothing" : command + ": " + replyText(lookUp, found_.timeLimit);
+        return lookUp.succeeded() ? command + " printed nothing"
+                                  : command + ": " + endingText(lookUp, found_.timeLimit);
     }
 
     void showWsl()
     {
         const WslExamination& wsl = found_.wsl;
-        table_.section(found_.usesWsl ? "WSL" : "WSL (not the backend)");
+        table_.section(sectionTitle(Backend::wsl));
         table_.row(wslMark(Place::wsl), "wsl.exe",
                    wsl.executable.empty() ? "not known" : wsl.executable + (wsl.fallsBack() ? fallbackText : ""));
         showCandidates(wsl.lookUp, wsl.candidates);
@@ -174,16 +196,16 @@ private:
     void showDistributions()
     {
         const WslExamination& wsl = found_.wsl;
-        if (!wsl.listing.good()) {
-            table_.row(Mark::none, "distributions", "not known: " + replyText(wsl.listing, found_.timeLimit));
+        if (!wsl.listing.succeeded()) {
+            table_.row(Mark::none, "distributions", "not known: " + endingText(wsl.listing, found_.timeLimit));
             showSaid(wsl.listing);
             return;
         }
         const Distribution* expected = expectedDistribution(found_);
         table_.row(wslMark(Place::distribution), "distribution",
                    found_.image + ": " + (expected == nullptr ? "missing" : distributionText(*expected)));
-        if (!wsl.table.good() && !wsl.distributions.empty()) {
-            table_.more("states are not known: " + replyText(wsl.table, found_.timeLimit));
+        if (!wsl.table.succeeded() && !wsl.distributions.empty()) {
+            table_.more("states are not known: " + endingText(wsl.table, found_.timeLimit));
         }
         std::vector<std::string> others;
         for (const Distribution& each : wsl.distributions) {
@@ -231,7 +253,7 @@ private:
     void showDocker()
     {
         const DockerExamination& docker = found_.docker;
-        table_.section(found_.usesWsl ? "Docker (not the backend)" : "Docker");
+        table_.section(sectionTitle(Backend::docker));
         const std::string missing = docker.searchFailure.empty() ? "not found" : docker.searchFailure;
         table_.row(dockerMark(Place::client), "docker.exe", docker.client.empty() ? missing : docker.client);
         showCandidates(docker.lookUp, docker.candidates);
@@ -241,7 +263,7 @@ private:
         table_.row(Mark::none, "client version",
                    docker.engine.clientVersion.empty() ? "not known" : docker.engine.clientVersion);
         showEngine();
-        if (docker.engineReply.good()) {
+        if (docker.engine.reachable()) {
             showImages();
             showContainers();
         }
@@ -253,23 +275,23 @@ private:
     void showEngine()
     {
         const DockerExamination& docker = found_.docker;
-        if (docker.engineReply.good()) {
+        if (docker.engine.reachable()) {
             const std::string containers = docker.engine.system.empty() ? "" : " for " + docker.engine.system;
             table_.row(dockerMark(Place::engine), "engine", "version " + docker.engine.version + containers);
             return;
         }
         table_.row(dockerMark(Place::engine), "engine",
-                   "cannot be reached: " + replyText(docker.engineReply, found_.timeLimit));
-        showSaid({docker.engineReply.ending, {}, {}, {}, docker.engineReply.error});
+                   "cannot be reached: " + endingText(docker.engine.answer, found_.timeLimit));
+        showSaid(docker.engine.answer.error);
     }
 
     void showImages()
     {
         const DockerExamination& docker = found_.docker;
-        if (!docker.imagesReply.good()) {
+        if (!docker.imageListing.succeeded()) {
             table_.row(dockerMark(Place::dockerImage), "images",
-                       "not known: " + replyText(docker.imagesReply, found_.timeLimit));
-            showSaid(docker.imagesReply);
+                       "not known: " + endingText(docker.imageListing, found_.timeLimit));
+            showSaid(docker.imageListing);
             return;
         }
         const DockerImage* expected = expectedImage(found_);
@@ -289,7 +311,7 @@ private:
         return image.repository + ": tag " + image.tag + ", " + image.size;
     }
 
-    static std::string containerText(const DockerContainer& container)
+    static std::string containerLine(const DockerContainer& container)
     {
         return container.name + ": " + container.state + ", of the image " + container.image;
     }
@@ -297,19 +319,19 @@ private:
     void showContainers()
     {
         const DockerExamination& docker = found_.docker;
-        if (!docker.containersReply.good()) {
-            table_.row(Mark::none, "containers", "not known: " + replyText(docker.containersReply, found_.timeLimit));
-            showSaid(docker.containersReply);
+        if (!docker.containerListing.succeeded()) {
+            table_.row(Mark::none, "containers", "not known: " + endingText(docker.containerListing, found_.timeLimit));
+            showSaid(docker.containerListing);
             return;
         }
         const DockerContainer* expected = expectedContainer(found_);
         const bool running = expected != nullptr && expected->state == "running";
         table_.row(dockerMark(Place::container, running), "container",
-                   expected == nullptr ? found_.container + ": missing" : containerText(*expected));
+                   expected == nullptr ? found_.container + ": missing" : containerLine(*expected));
         std::vector<std::string> others;
         for (const DockerContainer& each : docker.containers) {
             if (&each != expected) {
-                others.push_back(containerText(each));
+                others.push_back(containerLine(each));
             }
         }
         showOthers("other containers", others);
@@ -398,7 +420,7 @@ std::string fateText(const Candidate& candidate, std::chrono::seconds timeLimit)
     case Fate::answers:
         return "taken: it answers \"-v\"";
     case Fate::failed:
-        return "passed over: \"-v\" failed with " + statusText(candidate.answer.status);
+        return "passed over: \"-v\" failed with " + statusAndBits(candidate.answer.status);
     case Fate::notStarted:
         return "passed over: it could not be started";
     case Fate::timedOut:

@@ -20,46 +20,6 @@ namespace {
 
 using foundation::core::except::IMsgIDException;
 using foundation::core::text::readable;
-using orb::lvm::hubName;
-
-std::string quotedIfBlank(const std::string& text)
-{
-    return text.find(' ') == std::string::npos ? text : '"' + text + '"';
-}
-
-// The command's name and the flags that decide what it works on.
-std::string invocationOf(const Request& request)
-{
-    std::string text = "kelpctl";
-    if (request.backend) {
-        text += *request.backend == Backend::wsl ? " --wsl" : " --docker";
-    }
-    if (request.root) {
-        text += " --root " + quotedIfBlank(*request.root);
-    }
-    if (request.release) {
-        text += " --release " + quotedIfBlank(*request.release);
-    }
-    if (request.language) {
-        text += " --language " + *request.language;
-    }
-    return text;
-}
-
-// The name may be asked for before anything else has worked.
-std::string defaultImage()
-{
-    try {
-        return orb::lvm::addKVRelease(hubName);
-    } catch (const std::exception&) {
-        return hubName;
-    }
-}
-
-std::string shown(const std::string& captured, const std::vector<std::string>& secrets)
-{
-    return redacted(readable(captured), secrets);
-}
 
 // The values given with "-e" stand in arguments by themselves or behind their names. Nothing else is touched, so that the
 // command line stays what it was.
@@ -77,20 +37,16 @@ std::string shownArgument(const std::string& argument, const Request& request)
     return argument;
 }
 
-Evidence evidenceOf(const Run& run, const Request& request)
+void addEvidence(Report& report, const Run& run, const Request& request)
 {
     const std::vector<std::string> secrets = secretsOf(request);
-    Evidence evidence;
-    for (const std::string& argument : run.arguments) {
-        evidence.arguments.push_back(shownArgument(readable(argument), request));
+    report.code = codeOf(run);
+    Run& evidence = report.evidence.emplace(run);
+    for (std::string& argument : evidence.arguments) {
+        argument = shownArgument(readable(argument), request);
     }
-    if (run.result) {
-        evidence.status = run.result->status;
-        evidence.output = shown(run.result->standardOutput, secrets);
-        evidence.error = shown(run.result->standardError, secrets);
-        evidence.code = wslCodePath(readableOutput(*run.result));
-    }
-    return evidence;
+    evidence.output = redacted(run.output, secrets);
+    evidence.error = redacted(run.error, secrets);
 }
 
 // Fills in what follows from the identifier and the cause.
@@ -109,7 +65,7 @@ void advise(Report& report, std::string_view cause, const Names& names)
     report.nextStep = adviceNextStep(behind, names);
 }
 
-Report reportOf(const IMsgIDException& error, const Context& context)
+Report catalogueReport(const IMsgIDException& error, const Context& context)
 {
     Report report;
     report.identifier = error.message().identifier;
@@ -118,12 +74,12 @@ Report reportOf(const IMsgIDException& error, const Context& context)
         report.arguments.push_back(readable(argument.text()));
     }
     std::optional<Run> run = tellingRun(context.journal.runs());
-    if (run && !run->failed() && report.identifier != "IMAGE_NOT_EXIST") {
+    if (run && run->succeeded() && report.identifier != "IMAGE_NOT_EXIST") {
         // What succeeded is no evidence, except for the list that an image is missing in.
         run.reset();
     }
     if (run) {
-        report.evidence = evidenceOf(*run, context.request);
+        addEvidence(report, *run, context.request);
     }
     Names names = namesOf(context.request);
     names.subject = run ? run->arguments.front() : std::string();
@@ -133,7 +89,7 @@ Report reportOf(const IMsgIDException& error, const Context& context)
 
 Report plainReport(const std::string& identifier, const std::string& subject, const Request& request)
 {
-    return reportOf(Failure(identifier, readable(subject)), {}, std::nullopt, request);
+    return makeReport(Failure(identifier, readable(subject)), {}, std::nullopt, request);
 }
 
 // The process service names the program in the text, the text service its own failures by one code.
@@ -142,7 +98,7 @@ const char* identifierOf(const std::system_error& error)
     return error.code() == std::errc::illegal_byte_sequence ? "TEXT_NOT_VALID" : "PROGRAM_NOT_STARTED";
 }
 
-Report reportOf(const UsageError& error)
+Report usageReport(const UsageError& error)
 {
     Report report;
     report.identifier = "USAGE";
@@ -168,48 +124,30 @@ Report interruptionReport(const Context& context)
 {
     const std::vector<Run> runs = context.journal.runs();
     const std::optional<Run> run = runs.empty() ? std::nullopt : std::optional(runs.back());
-    Report report = reportOf(Failure("INTERRUPTED", importFolder(run)), causeOfInterruption(run), run, context.request);
+    Report report =
+        makeReport(Failure("INTERRUPTED", importFolder(run)), causeOfInterruption(run), run, context.request);
     report.status = statusInterrupted;
     return report;
 }
 
-Report reportOf(const Failure& failure, const Context& context)
+Report failureReport(const Failure& failure, const Context& context)
 {
     if (failure.identifier() == "INTERRUPTED") {
         return interruptionReport(context);
     }
     if (!failure.cause().empty()) {
-        return reportOf(failure, failure.cause(), std::nullopt, context.request);
+        return makeReport(failure, failure.cause(), std::nullopt, context.request);
     }
     const std::optional<Run> run =
         isAboutARun(failure.identifier()) ? tellingRun(context.journal.runs()) : std::optional<Run>();
     const std::string cause = causeOf(failure.identifier(), run, context);
-    const std::string subject = run && run->timedOut ? run->arguments.front() : failure.subject();
-    return reportOf(Failure(failure.identifier(), subject), cause, run, context.request);
+    const std::string subject = run && run->ending == Ending::timedOut ? run->arguments.front() : failure.subject();
+    return makeReport(Failure(failure.identifier(), subject), cause, run, context.request);
 }
 
 } // namespace
 
-Names namesOf(const Request& request)
-{
-    Names names;
-    names.invocation = invocationOf(request);
-    names.image = !request.name.empty() ? request.name : !request.image.empty() ? request.image : defaultImage();
-    names.container = request.container.empty() ? hubName : request.container;
-    return names;
-}
-
-std::string hexadecimal(std::int32_t status)
-{
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string text = "0x";
-    for (int shift = 28; shift >= 0; shift -= 4) {
-        text += digits[(static_cast<std::uint32_t>(status) >> shift) & 15U];
-    }
-    return text;
-}
-
-Report reportOf(const Failure& failure, std::string_view cause, const std::optional<Run>& run, const Request& request)
+Report makeReport(const Failure& failure, std::string_view cause, const std::optional<Run>& run, const Request& request)
 {
     Report report;
     report.identifier = failure.identifier();
@@ -217,7 +155,7 @@ Report reportOf(const Failure& failure, std::string_view cause, const std::optio
         report.arguments.push_back(failure.subject());
     }
     if (run) {
-        report.evidence = evidenceOf(*run, request);
+        addEvidence(report, *run, request);
     }
     Names names = namesOf(request);
     names.subject = failure.subject();
@@ -230,11 +168,11 @@ Report reportOf(const std::exception_ptr& error, const Context& context)
     try {
         std::rethrow_exception(error);
     } catch (const UsageError& usage) {
-        return reportOf(usage);
+        return usageReport(usage);
     } catch (const Failure& failure) {
-        return reportOf(failure, context);
+        return failureReport(failure, context);
     } catch (const IMsgIDException& message) {
-        return reportOf(message, context);
+        return catalogueReport(message, context);
     } catch (const std::filesystem::filesystem_error& file) {
         // Only the temporary directory is looked for without a path.
         return plainReport(file.path1().empty() ? "TEMPORARY_FOLDER_NOT_USABLE" : "FILE_NOT_ACCESSIBLE", file.what(),

@@ -1,11 +1,8 @@
 #include "examination.h"
 
 #include "backend.h"
-#include "errors.h"
-#include "folder_access.h"
+#include "names.h"
 #include "platform.h"
-
-#include "lvm/rules.h"
 
 #include "host/files.h"
 #include "host/install.h"
@@ -29,7 +26,7 @@ constexpr char releaseVariable[] = "KORVANE_RELEASE";
 constexpr char rootVariable[] = "KORVANE_ROOT";
 
 // Does something that may fail, and gives back why it did; empty when it did not.
-std::string failureOf(const std::function<void()>& step)
+std::string reasonOf(const std::function<void()>& step)
 {
     try {
         step();
@@ -45,7 +42,7 @@ std::string variable(const char* name)
 }
 
 // The host's own rule: an empty text counts as none.
-Source sourceOf(const std::optional<std::string>& flag, const char* name)
+Source settingSource(const std::optional<std::string>& flag, const char* name)
 {
     if (flag && !flag->empty()) {
         return Source::flag;
@@ -56,7 +53,7 @@ Source sourceOf(const std::optional<std::string>& flag, const char* name)
 Setting backendOf(const Request& request)
 {
     if (request.backend) {
-        return {*request.backend == Backend::wsl ? "--wsl" : "--docker", Source::flag};
+        return {wordsOf(*request.backend).flag, Source::flag};
     }
     const std::optional<std::string> value = environmentVariable(rules::backendVariable);
     return {readable(value.value_or("")), value ? Source::variable : Source::builtIn};
@@ -65,14 +62,14 @@ Setting backendOf(const Request& request)
 Setting releaseOf(const Request& request)
 {
     const char* release = svKorvaneRelease();
-    return {release == nullptr ? std::string() : readable(release), sourceOf(request.release, releaseVariable)};
+    return {release == nullptr ? std::string() : readable(release), settingSource(request.release, releaseVariable)};
 }
 
 Setting rootOf(const Request& request)
 {
     using namespace foundation::core;
-    Setting root{{}, sourceOf(request.root, rootVariable)};
-    failureOf([&root] {
+    Setting root{{}, settingSource(request.root, rootVariable)};
+    reasonOf([&root] {
         const path::Pathname native = path::make_native_form(path::get_install_path(), path::native_form);
         root.value = text::cvt_ustring_utf8(native.text);
     });
@@ -82,7 +79,7 @@ Setting rootOf(const Request& request)
 std::string utf8(const std::u16string& text)
 {
     std::string result;
-    failureOf([&] { result = foundation::core::text::cvt_ustring_utf8(text); });
+    reasonOf([&] { result = foundation::core::text::cvt_ustring_utf8(text); });
     return result;
 }
 
@@ -100,7 +97,7 @@ void examineAdapter(const NetworkInterface& nic, Adapter& adapter)
 Adapter examineAdapters()
 {
     Adapter adapter;
-    adapter.failure = failureOf([&adapter] {
+    adapter.failure = reasonOf([&adapter] {
         for (const NetworkInterface& nic : NetworkInterface::list()) {
             examineAdapter(nic, adapter);
         }
@@ -127,7 +124,7 @@ TemporaryFolder examineTemporaryFolder()
 {
     TemporaryFolder temporary;
     std::error_code error;
-    failureOf([&] {
+    reasonOf([&] {
         const std::filesystem::path path = temporaryPath();
         temporary.path = utf8(path.u16string());
         temporary.exists = std::filesystem::is_directory(path, error);
@@ -142,10 +139,10 @@ TemporaryFolder examineTemporaryFolder()
 
 void examineArchives(Examination& found)
 {
-    found.archiveFolderFailure = failureOf([&found] {
+    found.archiveFolderFailure = reasonOf([&found] {
         const std::filesystem::path folder(orb::lvm::getContainerTarsDirectory());
         found.archiveFolder = utf8(folder.u16string());
-        found.archives = lookAtArchives(folder, found.usesWsl);
+        found.archives = lookAtArchives(folder, wordsOf(found.backend).archives);
     });
 }
 
@@ -162,11 +159,11 @@ Examination examine(const Context& context)
     context.journal.limitEachRun(request.timeLimit);
     Examination found;
     found.timeLimit = request.timeLimit;
-    found.usesWsl = usesWsl();
-    found.backend = backendOf(request);
+    found.backend = selectedBackend();
+    found.backendSetting = backendOf(request);
     found.release = releaseOf(request);
     found.root = rootOf(request);
-    failureOf([&found] { found.rootExists = std::filesystem::is_directory(pathOf(found.root.value)); });
+    reasonOf([&found] { found.rootExists = std::filesystem::is_directory(pathOf(found.root.value)); });
     found.image = namesOf(request).image;
     found.container = namesOf(request).container;
     found.pullsFromRegistry = rules::isOne(variable(rules::registryVariable).c_str());

@@ -5,7 +5,6 @@
 #include "archives.h"
 #include "context.h"
 #include "probes.h"
-#include "questions.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -48,21 +47,21 @@ struct Candidate {
     Fate fate = Fate::notAsked;
     bool taken = false;
     // What it said to "-v".
-    Reply answer;
+    Run answer;
 };
 
 struct WslExamination {
     // The last look-up that was tried.
-    Reply lookUp;
+    Run lookUp;
     std::vector<Candidate> candidates;
     // What the library uses: a candidate, or the place where Windows keeps it.
     std::string executable;
     // The first line of what a candidate answered, by its number alone. Empty when none did.
     std::string version;
     // "-l -q", by which the library tells what there is.
-    Reply listing;
+    Run listing;
     // The table of states; not asked when the listing has failed.
-    Reply table;
+    Run table;
     std::vector<Distribution> distributions;
 
     bool fallsBack() const;
@@ -87,7 +86,7 @@ struct DockerContainer {
 };
 
 struct DockerExamination {
-    Reply lookUp;
+    Run lookUp;
     std::vector<Candidate> candidates;
     // What the library uses, empty when the look-up found nothing. All that the look-up printed when no candidate is fit.
     std::string client;
@@ -96,11 +95,10 @@ struct DockerExamination {
     // What ended the search, empty when nothing did.
     std::string searchFailure;
     // By "docker version"; the rest is not asked when it fails.
-    Reply engineReply;
     DockerEngine engine;
-    Reply imagesReply;
+    Run imageListing;
     std::vector<DockerImage> images;
-    Reply containersReply;
+    Run containerListing;
     std::vector<DockerContainer> containers;
 };
 
@@ -122,9 +120,9 @@ struct TemporaryFolder {
 };
 
 struct Examination {
-    bool usesWsl = true;
+    Backend backend = Backend::wsl;
     // The value of USE_WSL, or nothing of interest when a flag decides.
-    Setting backend;
+    Setting backendSetting;
     Setting release;
     Setting root;
     bool rootExists = true;
@@ -144,7 +142,7 @@ struct Examination {
     std::chrono::seconds timeLimit{0};
 };
 
-// Throws nothing but Failure("INTERRUPTED").
+// Throws nothing. Once the user has interrupted kelpctl no program answers any more.
 Examination examine(const Context& context);
 
 // The parts that ask programs.

@@ -6,6 +6,7 @@
 #include "lvm/rules.h"
 #include "lvm/text.h"
 
+#include "host/files.h"
 #include "host/text.h"
 
 #include <filesystem>
@@ -17,7 +18,7 @@ namespace {
 namespace json = boost::json;
 namespace rules = orb::lvm::detail;
 
-Fate fateOf(rules::ClientKind kind)
+Fate fateOfFile(rules::ClientKind kind)
 {
     switch (kind) {
     case rules::ClientKind::file:
@@ -49,7 +50,7 @@ void search(DockerExamination& docker, const std::string& printed)
         if (docker.client.empty() && docker.searchFailure.empty()) {
             try {
                 candidate.path = asUtf8(line);
-                candidate.fate = fateOf(rules::clientKindOf(line));
+                candidate.fate = fateOfFile(rules::clientKindOf(line));
             } catch (const std::system_error& error) {
                 candidate.fate = Fate::notReadable;
                 docker.searchFailure = foundation::core::text::readable(error.what());
@@ -77,32 +78,14 @@ void takeWhatIsThere(DockerExamination& docker, const std::string& printed)
     }
 }
 
-// The look-up begins with the current folder, which for the library is that of drive C.
-Reply lookUp(const Context& context, std::string& printed)
-{
-    const std::vector<std::string> arguments = rules::commands::dockerLookUp();
-    try {
-        printed = orb::process::detail::run(arguments, {}, "c:").standardOutput;
-    } catch (const std::system_error& error) {
-        return {Ending::notStarted, arguments, {}, {}, foundation::core::text::readable(error.what())};
-    }
-    return replyOf(context.journal.last().value_or(Run{arguments, std::nullopt, false}));
-}
-
-std::string textAt(const json::object& object, const char* name)
-{
-    const json::value* found = object.if_contains(name);
-    return found != nullptr && found->is_string() ? std::string(found->get_string()) : std::string();
-}
-
 // One object a line; a line that is none is left out.
-std::vector<json::object> objectsIn(const std::string& text)
+std::vector<json::value> objectsIn(const std::string& text)
 {
-    std::vector<json::object> objects;
+    std::vector<json::value> objects;
     for (const std::string& line : rules::trimmedLines(text)) {
         json::value value = parsedJson(line);
         if (value.is_object()) {
-            objects.push_back(std::move(value.get_object()));
+            objects.push_back(std::move(value));
         }
     }
     return objects;
@@ -110,16 +93,16 @@ std::vector<json::object> objectsIn(const std::string& text)
 
 void examineContents(const Context& context, DockerExamination& docker)
 {
-    docker.imagesReply = question(context, {docker.client, "images", "--format", "{{json .}}"});
-    for (const json::object& image : objectsIn(docker.imagesReply.output)) {
+    docker.imageListing = ask(context.programs, {docker.client, "images", "--format", "{{json .}}"});
+    for (const json::value& image : objectsIn(docker.imageListing.output)) {
         docker.images.push_back(
             {textAt(image, "Repository"), textAt(image, "Tag"), textAt(image, "ID"), textAt(image, "Size")});
     }
-    if (!docker.imagesReply.good()) {
+    if (!docker.imageListing.succeeded()) {
         return;
     }
-    docker.containersReply = question(context, {docker.client, "ps", "--all", "--format", "{{json .}}"});
-    for (const json::object& container : objectsIn(docker.containersReply.output)) {
+    docker.containerListing = ask(context.programs, {docker.client, "ps", "--all", "--format", "{{json .}}"});
+    for (const json::value& container : objectsIn(docker.containerListing.output)) {
         docker.containers.push_back({textAt(container, "Names"), textAt(container, "Image"), textAt(container, "State"),
                                      textAt(container, "Status")});
     }
@@ -130,19 +113,18 @@ void examineContents(const Context& context, DockerExamination& docker)
 DockerExamination examineDocker(const Context& context)
 {
     DockerExamination docker;
-    std::string printed;
-    docker.lookUp = lookUp(context, printed);
-    if (!docker.lookUp.good()) {
+    // It begins with the current folder, which for the library is that of drive C.
+    docker.lookUp = ask(context.programs, rules::commands::dockerLookUp(), "c:");
+    if (!docker.lookUp.succeeded()) {
         return docker;
     }
-    search(docker, printed);
-    takeWhatIsThere(docker, printed);
+    search(docker, docker.lookUp.captured);
+    takeWhatIsThere(docker, docker.lookUp.captured);
     if (!docker.clientExists) {
         return docker;
     }
-    docker.engine = askEngine(context.console, docker.client);
-    docker.engineReply = replyOf(docker.engine.answer, context.journal);
-    if (docker.engineReply.good()) {
+    docker.engine = askEngine(context.programs, docker.client);
+    if (docker.engine.reachable()) {
         examineContents(context, docker);
     }
     return docker;

@@ -1,8 +1,6 @@
 #include "examination.h"
 
-#include "errors.h"
 #include "gateways.h"
-#include "interruption.h"
 #include "text.h"
 
 #include "lvm/commands.h"
@@ -24,37 +22,33 @@ std::vector<Run> runsOfTheLibrary(const Context& context)
     } catch (const std::exception&) {
         // The run that was not started is in the journal.
     }
-    if (interrupted()) {
-        throw Failure("INTERRUPTED");
-    }
     std::vector<Run> runs = context.journal.runs();
     runs.erase(runs.begin(), runs.begin() + static_cast<std::ptrdiff_t>(before));
     return runs;
 }
 
-Fate fateOf(const Reply& reply)
+Fate fateOfAsked(const Run& run)
 {
-    switch (reply.ending) {
-    case Ending::answered:
-        return Fate::answers;
-    case Ending::failed:
-        return Fate::failed;
+    switch (run.ending) {
+    case Ending::exited:
+        return run.succeeded() ? Fate::answers : Fate::failed;
     case Ending::timedOut:
         return Fate::timedOut;
     case Ending::notStarted:
         return Fate::notStarted;
     case Ending::notAsked:
+    case Ending::interrupted:
         break;
     }
     return Fate::notAsked;
 }
 
 // The library asks one candidate after the other until one answers.
-void addCandidate(WslExamination& wsl, const Reply& reply)
+void addCandidate(WslExamination& wsl, const Run& run)
 {
-    wsl.candidates.push_back({reply.arguments.front(), fateOf(reply), reply.good(), reply});
-    if (reply.good()) {
-        wsl.version = versionNumber(reply.output);
+    wsl.candidates.push_back({run.arguments.front(), fateOfAsked(run), run.succeeded(), run});
+    if (run.succeeded()) {
+        wsl.version = versionNumber(run.output);
     }
 }
 
@@ -86,25 +80,26 @@ WslExamination examineWsl(const Context& context)
     for (const Run& run : runsOfTheLibrary(context)) {
         switch (rules::commandOf(run.arguments)) {
         case rules::Command::wslLookUp:
-            wsl.lookUp = replyOf(run);
+            wsl.lookUp = run;
             break;
         case rules::Command::wslVersion:
-            addCandidate(wsl, replyOf(run));
+            addCandidate(wsl, run);
             break;
         case rules::Command::wslCheck:
-            wsl.listing = replyOf(run);
+            wsl.listing = run;
             wsl.executable = run.arguments.front();
             break;
         default:
             break;
         }
     }
-    if (wsl.lookUp.good()) {
+    if (wsl.lookUp.succeeded()) {
         addCandidatesNotAsked(wsl);
     }
-    if (wsl.listing.good()) {
-        wsl.table = question(context, distributionQuestion(wsl.executable));
-        wsl.distributions = distributionsIn(wsl.listing.output, wsl.table.good() ? wsl.table.output : std::string());
+    if (wsl.listing.succeeded()) {
+        wsl.table = ask(context.programs, distributionQuestion(wsl.executable));
+        wsl.distributions =
+            distributionsIn(wsl.listing.output, wsl.table.succeeded() ? wsl.table.output : std::string());
     }
     return wsl;
 }

@@ -4,6 +4,7 @@
 #include "causes.h"
 #include "errors.h"
 #include "interruption.h"
+#include "names.h"
 #include "output.h"
 #include "platform.h"
 #include "probes.h"
@@ -11,7 +12,6 @@
 
 #include "lvm/commands.h"
 
-#include "host/text.h"
 #include "orb/lvm.h"
 
 #include <algorithm>
@@ -84,44 +84,31 @@ void applyDocker(const Request& request, bool interactive, InsideCommand& comman
     orb::lvm::applySharedEnvironment(command.arguments, variables);
 }
 
-// A program that ran, or tried to.
-struct InsideRun {
-    Run run;
-    // Its streams were captured; otherwise they were the user's own.
-    bool captured = false;
-
-    std::int32_t status() const { return run.result->status; }
-};
-
-InsideRun runCaptured(const Context& context, const InsideCommand& command)
+Run runCaptured(const Context& context, const InsideCommand& command)
 {
     const Interruption interruption(Interruption::Meaning::endWork);
-    return {{command.arguments, context.console.run(command.arguments, command.environment), false}, true};
+    return context.programs.run(command.arguments, command.environment, {});
 }
 
-InsideRun runOnTerminal(const Context& context, const InsideCommand& command)
+Run runOnTerminal(const Context& context, const InsideCommand& command)
 {
     const Interruption interruption(Interruption::Meaning::leaveToProgram);
     try {
-        const std::int32_t status = context.console.runAttached(command.arguments, command.environment);
-        return {{command.arguments, orb::process::detail::RunResult{status, {}, {}}, false}, false};
+        const std::int32_t status = context.programs.runAttached(command.arguments, command.environment);
+        return {Ending::exited, command.arguments, status, {}, {}, {}, true};
     } catch (const std::system_error& error) {
-        if (usesWsl() && error.code() == std::errc::no_such_file_or_directory) {
+        if (selectedBackend() == Backend::wsl && error.code() == std::errc::no_such_file_or_directory) {
             throw Failure("WSL_FAILED", {}, "WSL_NOT_FOUND");
         }
         throw;
     }
 }
 
-Report reportOf(const InsideRun& inside, const char* identifier, const std::string& cause, const Context& context)
+Report reportOn(const Run& inside, const char* identifier, const std::string& cause, const Context& context)
 {
     const std::string& program = context.request.program.front();
-    Report report = kelpctl::reportOf(Failure(identifier, program), cause, inside.run, context.request);
-    if (!inside.captured) {
-        report.evidence->output.reset();
-        report.evidence->error.reset();
-    }
-    report.status = inside.status();
+    Report report = makeReport(Failure(identifier, program), cause, inside, context.request);
+    report.status = *inside.status;
     return report;
 }
 
@@ -137,102 +124,104 @@ std::string causeOfDistribution(const DistributionList& distributions, const std
 }
 
 // wsl.exe has the status 1 for a program that does not exist, as many a program has for reasons of its own.
-std::optional<Report> missingProgram(const InsideRun& inside, const Context& context)
+std::optional<Report> missingProgram(const Run& inside, const Context& context)
 {
     constexpr std::int32_t noProgramStatus = 1;
     constexpr std::int32_t toldMissing = 42;
     constexpr char question[] = "command -v -- \"$0\" >/dev/null || exit 42";
-    if (inside.status() != noProgramStatus) {
+    if (inside.status != noProgramStatus) {
         return std::nullopt;
     }
-    const std::string& client = inside.run.arguments.front();
-    const std::string& distribution = rules::distributionOf(inside.run.arguments);
+    const std::string& client = inside.arguments.front();
+    const std::string& distribution = rules::distributionOf(inside.arguments);
     std::vector<std::string> arguments = rules::commands::wslExec(client, distribution);
     arguments.insert(arguments.end(), {"sh", "-c", question, context.request.program.front()});
-    if (ask(context.console, arguments).status != toldMissing) {
+    if (ask(context.programs, arguments).status != toldMissing) {
         return std::nullopt;
     }
-    return reportOf(inside, "WSL_FAILED", "PROGRAM_MISSING", context);
+    return reportOn(inside, "WSL_FAILED", "PROGRAM_MISSING", context);
 }
 
 // wsl.exe says by its status alone that it failed; what it said may have gone to the user's own streams.
-std::optional<Report> wslFailure(const InsideRun& inside, const Context& context)
+std::optional<Report> wslFailure(const Run& inside, const Context& context)
 {
-    if (inside.status() != wslFailureStatus()) {
+    if (inside.status != wslFailureStatus()) {
         return missingProgram(inside, context);
     }
-    const std::string known = causeOfWslStatus(inside.run);
+    const std::string known = causeOfWslStatus(inside);
     // wsl.exe does not know a distribution that is being installed either.
     const bool unknown = known == "WSL_DISTRIBUTION_UNKNOWN";
     if (!known.empty() && !unknown) {
-        return reportOf(inside, "WSL_FAILED", known, context);
+        return reportOn(inside, "WSL_FAILED", known, context);
     }
-    const std::string& name = rules::distributionOf(inside.run.arguments);
-    const DistributionList distributions = askDistributions(context.console, inside.run.arguments.front());
-    if (!distributions.known && !unknown) {
-        const Run listing{distributions.answer.arguments,
-                          orb::process::detail::RunResult{distributions.answer.status.value_or(-1),
-                                                          distributions.answer.output, distributions.answer.error},
-                          false};
-        Report report = kelpctl::reportOf(Failure("WSL_FAILED"), causeOfWslStatus(listing), listing, context.request);
-        report.status = inside.status();
+    const std::string& name = rules::distributionOf(inside.arguments);
+    const DistributionList distributions = askDistributions(context.programs, inside.arguments.front());
+    if (!distributions.known() && !unknown) {
+        const Run& listing = distributions.answer;
+        Report report = makeReport(Failure("WSL_FAILED"), causeOfWslStatus(listing), listing, context.request);
+        report.status = *inside.status;
         return report;
     }
     if (const std::string cause = causeOfDistribution(distributions, name); !cause.empty() || unknown) {
-        return reportOf(inside, "WSL_FAILED", cause.empty() ? "DISTRIBUTION_MISSING" : cause, context);
+        return reportOn(inside, "WSL_FAILED", cause.empty() ? "DISTRIBUTION_MISSING" : cause, context);
     }
-    return reportOf(inside, wslFailureIsAmbiguous() ? "WSL_OR_PROGRAM_FAILED" : "WSL_FAILED", {}, context);
+    return reportOn(inside, wslFailureIsAmbiguous() ? "WSL_OR_PROGRAM_FAILED" : "WSL_FAILED", {}, context);
 }
 
 // Docker's client ends with statuses that programs end with as well, so the container is looked at.
-std::optional<Report> dockerFailure(const InsideRun& inside, const Context& context)
+std::optional<Report> dockerFailure(const Run& inside, const Context& context)
 {
-    const std::int32_t status = inside.status();
+    const std::int32_t status = *inside.status;
     if (status != 1 && (status < dockerRefused || status > dockerNotFound)) {
         return std::nullopt;
     }
     const std::string container = namesOf(context.request).container;
-    switch (askContainer(context.console, inside.run.arguments.front(), container)) {
+    switch (askContainer(context.programs, inside.arguments.front(), container)) {
     case ContainerState::unknown:
-        return reportOf(inside, "DOCKER_FAILED", "DOCKER_ENGINE_NOT_REACHABLE", context);
+        return reportOn(inside, "DOCKER_FAILED", "DOCKER_ENGINE_NOT_REACHABLE", context);
     case ContainerState::missing:
-        return reportOf(inside, "DOCKER_FAILED", "CONTAINER_MISSING", context);
+        return reportOn(inside, "DOCKER_FAILED", "CONTAINER_MISSING", context);
     case ContainerState::stopped:
-        return reportOf(inside, "DOCKER_FAILED", "CONTAINER_NOT_RUNNING", context);
+        return reportOn(inside, "DOCKER_FAILED", "CONTAINER_NOT_RUNNING", context);
     case ContainerState::paused:
-        return reportOf(inside, "DOCKER_FAILED", "CONTAINER_PAUSED", context);
+        return reportOn(inside, "DOCKER_FAILED", "CONTAINER_PAUSED", context);
     case ContainerState::running:
         break;
     }
     switch (status) {
     case dockerRefused:
-        return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "DOCKER_REFUSED", context);
+        return reportOn(inside, "DOCKER_OR_PROGRAM_FAILED", "DOCKER_REFUSED", context);
     case dockerNotExecutable:
-        return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "PROGRAM_NOT_EXECUTABLE", context);
+        return reportOn(inside, "DOCKER_OR_PROGRAM_FAILED", "PROGRAM_NOT_EXECUTABLE", context);
     case dockerNotFound:
-        return reportOf(inside, "DOCKER_OR_PROGRAM_FAILED", "PROGRAM_NOT_FOUND", context);
+        return reportOn(inside, "DOCKER_OR_PROGRAM_FAILED", "PROGRAM_NOT_FOUND", context);
     default:
         return std::nullopt;
     }
 }
 
-std::optional<Report> failureOf(const InsideRun& inside, const Context& context)
+std::optional<Report> diagnosis(const Run& inside, const Context& context)
 {
     // A captured program, and one in a container without a terminal, does not hear of Ctrl-C.
-    if (interrupted() && (inside.captured || (!usesWsl() && !context.console.interactive))) {
-        Report report = reportOf(inside, "INTERRUPTED", "PROGRAM_LEFT", context);
+    const Backend backend = selectedBackend();
+    const bool hears = inside.attached && (backend == Backend::wsl || context.console.interactive);
+    if (interrupted() && !hears) {
+        Report report = reportOn(inside, "INTERRUPTED", "PROGRAM_LEFT", context);
         report.status = statusInterrupted;
         return report;
     }
-    return usesWsl() ? wslFailure(inside, context) : dockerFailure(inside, context);
+    switch (backend) {
+    case Backend::wsl:
+        break;
+    case Backend::docker:
+        return dockerFailure(inside, context);
+    }
+    return wslFailure(inside, context);
 }
 
-boost::json::object resultOf(const InsideRun& inside)
+boost::json::object resultOf(const Run& inside)
 {
-    using foundation::core::text::readable;
-    return {{"status", inside.status()},
-            {"output", readable(inside.run.result->standardOutput)},
-            {"error", readable(inside.run.result->standardError)}};
+    return {{"status", *inside.status}, {"output", inside.output}, {"error", inside.error}};
 }
 
 } // namespace
@@ -254,10 +243,13 @@ InsideCommand insideCommand(const Request& request, bool interactive)
     requireClient();
     InsideCommand command;
     command.arguments = orb::lvm::getContainerArgumentsPrefix(request.container);
-    if (usesWsl()) {
+    switch (selectedBackend()) {
+    case Backend::wsl:
         applyWsl(request, command);
-    } else {
+        break;
+    case Backend::docker:
         applyDocker(request, interactive, command);
+        break;
     }
     command.arguments.insert(command.arguments.end(), request.program.begin(), request.program.end());
     return command;
@@ -268,16 +260,16 @@ int runInside(const Context& context)
     const Request& request = context.request;
     InsideCommand command;
     work(context, [&] { command = insideCommand(request, context.console.interactive && !request.json); });
-    const InsideRun inside = request.json ? runCaptured(context, command) : runOnTerminal(context, command);
+    const Run inside = request.json ? runCaptured(context, command) : runOnTerminal(context, command);
     Outcome outcome;
-    outcome.failure = failureOf(inside, context);
+    outcome.failure = diagnosis(inside, context);
     if (request.json) {
         outcome.result = resultOf(inside);
         writeJson(context.console, request.command, outcome);
     } else {
         writeText(context.console, request.command, outcome);
     }
-    return outcome.failure ? outcome.failure->status : inside.status();
+    return outcome.failure ? outcome.failure->status : *inside.status;
 }
 
 } // namespace kelpctl

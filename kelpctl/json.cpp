@@ -7,7 +7,7 @@
 
 namespace kelpctl {
 
-boost::json::value orNull(const std::string& text)
+boost::json::value textOrNull(const std::string& text)
 {
     return text.empty() ? nullptr : boost::json::value(text);
 }
@@ -22,6 +22,13 @@ boost::json::value parsedJson(std::string_view text)
     boost::system::error_code error;
     boost::json::value value = boost::json::parse(text, error);
     return error ? nullptr : value;
+}
+
+std::string textAt(const boost::json::value& value, const char* name)
+{
+    const boost::json::object* object = value.if_object();
+    const boost::json::value* found = object != nullptr ? object->if_contains(name) : nullptr;
+    return found != nullptr && found->is_string() ? std::string(found->get_string()) : std::string();
 }
 
 std::string jsonLine(const boost::json::value& value)

@@ -1,6 +1,6 @@
 #include "log.h"
 
-#include "errors.h"
+#include "failure.h"
 #include "text.h"
 
 #include "host/text.h"

@@ -55,30 +55,30 @@ std::string commandLine(const std::vector<std::string>& arguments)
     return line;
 }
 
-std::string statusText(const Evidence& evidence)
+std::string statusText(const Run& evidence)
 {
     return evidence.status ? std::to_string(*evidence.status) + " (" + hexadecimal(*evidence.status) + ")"
                            : std::string("not started");
 }
 
 // What the text above says already is not said again.
-void writeStream(ReportWriter& writer, const char* label, const std::optional<std::string>& text, const Report& report)
+void writeStream(ReportWriter& writer, const char* label, const std::string& text, const Report& report)
 {
-    const std::vector<std::string> lines = displayLines(text.value_or(""));
+    const std::vector<std::string> lines = displayLines(text);
     const bool said = std::all_of(lines.begin(), lines.end(), [&report](const std::string& line) {
         return report.text.find(line) != std::string::npos;
     });
     if (!said) {
-        writer.writeDetail(label, *text);
+        writer.writeDetail(label, text);
     }
 }
 
 void writeEvidence(ReportWriter& writer, const Report& report)
 {
-    const Evidence& evidence = *report.evidence;
+    const Run& evidence = *report.evidence;
     writer.write("evidence: ", strong, commandLine(evidence.arguments));
     writer.writeDetail("status: ", statusText(evidence));
-    writer.writeDetail("code: ", evidence.code);
+    writer.writeDetail("code: ", report.code);
     writeStream(writer, "standard output: ", evidence.output, report);
     writeStream(writer, "standard error: ", evidence.error, report);
 }
@@ -106,17 +106,20 @@ json::value causeObject(const std::optional<Cause>& cause)
     return json::object{{"identifier", cause->identifier}, {"message", cause->text}};
 }
 
-json::value evidenceObject(const std::optional<Evidence>& evidence)
+// What is not known is null: a program that was not started, or whose streams were the user's own.
+json::value evidenceObject(const Report& report)
 {
-    if (!evidence) {
+    if (!report.evidence) {
         return nullptr;
     }
-    return json::object{{"arguments", arrayOf(evidence->arguments)},
-                        {"status", orNull(evidence->status)},
-                        {"hexadecimal", evidence->status ? orNull(hexadecimal(*evidence->status)) : nullptr},
-                        {"output", orNull(evidence->output)},
-                        {"error", orNull(evidence->error)},
-                        {"code", orNull(evidence->code)}};
+    const Run& evidence = *report.evidence;
+    const bool captured = evidence.status && !evidence.attached;
+    return json::object{{"arguments", arrayOf(evidence.arguments)},
+                        {"status", orNull(evidence.status)},
+                        {"hexadecimal", evidence.status ? json::value(hexadecimal(*evidence.status)) : nullptr},
+                        {"output", captured ? json::value(evidence.output) : nullptr},
+                        {"error", captured ? json::value(evidence.error) : nullptr},
+                        {"code", textOrNull(report.code)}};
 }
 
 json::value errorObject(const std::optional<Report>& failure)
@@ -124,12 +127,9 @@ json::value errorObject(const std::optional<Report>& failure)
     if (!failure) {
         return nullptr;
     }
-    return json::object{{"identifier", failure->identifier},
-                        {"message", failure->text},
-                        {"arguments", arrayOf(failure->arguments)},
-                        {"cause", causeObject(failure->cause)},
-                        {"evidence", evidenceObject(failure->evidence)},
-                        {"next", failure->nextStep}};
+    return json::object{{"identifier", failure->identifier},        {"message", failure->text},
+                        {"arguments", arrayOf(failure->arguments)}, {"cause", causeObject(failure->cause)},
+                        {"evidence", evidenceObject(*failure)},     {"next", failure->nextStep}};
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,6 +28,9 @@ bool isTerminal(StandardStream stream);
 
 // Whether the stream is a terminal that obeys colour sequences. On Windows it is asked to.
 bool showsColours(StandardStream stream);
+
+// Whether this user may make files and folders in it; found out without doing it.
+bool mayWriteInto(const std::filesystem::path& folder);
 
 // The user's language, as a lower-case ISO 639 code; empty when the system names none.
 std::string systemLanguage();

@@ -6,44 +6,14 @@
 #include "lvm/commands.h"
 #include "lvm/text.h"
 
-#include "host/text.h"
-
 #include <algorithm>
 #include <array>
-#include <exception>
 
 namespace kelpctl {
 namespace {
 
-using foundation::core::text::readable;
 namespace json = boost::json;
 namespace rules = orb::lvm::detail;
-
-// A program may print any amount; no answer is that long.
-std::string_view beginning(std::string_view captured)
-{
-    constexpr std::size_t longest = 1 << 20;
-    return captured.substr(0, longest);
-}
-
-const std::map<std::string, std::string>& plainTexts()
-{
-    static const std::map<std::string, std::string> variables = {{"WSL_UTF8", "1"}, {"WSL_DISABLE_WARNINGS", "1"}};
-    return variables;
-}
-
-// What stands there under the name, null for nothing.
-const json::value* memberOf(const json::value* value, const char* name)
-{
-    const json::object* object = value != nullptr ? value->if_object() : nullptr;
-    return object != nullptr ? object->if_contains(name) : nullptr;
-}
-
-std::string textAt(const json::value& value, const char* part, const char* name)
-{
-    const json::value* found = memberOf(memberOf(&value, part), name);
-    return found != nullptr && found->is_string() ? std::string(found->get_string()) : std::string();
-}
 
 bool isNumber(const std::string& word)
 {
@@ -74,49 +44,42 @@ void addMissing(std::vector<Distribution>& all, const std::string& name)
 
 } // namespace
 
-Answer ask(Console& console, const std::vector<std::string>& arguments)
-{
-    try {
-        const orb::process::detail::RunResult result = console.run(arguments, plainTexts());
-        return {arguments, result.status, readable(beginning(result.standardOutput)),
-                readable(beginning(result.standardError))};
-    } catch (const std::exception& error) {
-        return {arguments, std::nullopt, {}, readable(error.what())};
-    }
-}
-
-DockerEngine askEngine(Console& console, const std::string& client)
+DockerEngine askEngine(const Programs& programs, const std::string& client)
 {
     DockerEngine engine;
-    engine.answer = ask(console, {client, "version", "--format", "{{json .}}"});
+    engine.answer = ask(programs, {client, "version", "--format", "{{json .}}"});
     const json::value versions = parsedJson(engine.answer.output);
-    engine.clientVersion = textAt(versions, "Client", "Version");
-    engine.version = textAt(versions, "Server", "Version");
-    engine.system = textAt(versions, "Server", "Os");
-    engine.reachable = engine.answer.good();
+    const json::object* parts = versions.if_object();
+    if (parts != nullptr && parts->contains("Client")) {
+        engine.clientVersion = textAt(parts->at("Client"), "Version");
+    }
+    if (parts != nullptr && parts->contains("Server")) {
+        engine.version = textAt(parts->at("Server"), "Version");
+        engine.system = textAt(parts->at("Server"), "Os");
+    }
     return engine;
 }
 
-ContainerState askContainer(Console& console, const std::string& client, const std::string& container)
+ContainerState askContainer(const Programs& programs, const std::string& client, const std::string& container)
 {
-    const Answer state = ask(console, {client, "container", "inspect", "--format", "{{.State.Status}}", container});
-    if (state.good()) {
+    const Run state = ask(programs, {client, "container", "inspect", "--format", "{{.State.Status}}", container});
+    if (state.succeeded()) {
         return state.output.starts_with("running")  ? ContainerState::running
                : state.output.starts_with("paused") ? ContainerState::paused
                                                     : ContainerState::stopped;
     }
-    return askEngine(console, client).reachable ? ContainerState::missing : ContainerState::unknown;
+    return askEngine(programs, client).reachable() ? ContainerState::missing : ContainerState::unknown;
 }
 
-bool imageExists(Console& console, const std::string& client, const std::string& image)
+bool imageExists(const Programs& programs, const std::string& client, const std::string& image)
 {
-    return ask(console, {client, "image", "inspect", "--format", "{{.Id}}", image}).good();
+    return ask(programs, {client, "image", "inspect", "--format", "{{.Id}}", image}).succeeded();
 }
 
-bool imageHasProgram(Console& console, const std::string& client, const std::string& image)
+bool imageHasProgram(const Programs& programs, const std::string& client, const std::string& image)
 {
-    const Answer counts =
-        ask(console, {client, "image", "inspect", "--format", "{{len .Config.Cmd}} {{len .Config.Entrypoint}}", image});
+    const Run counts = ask(
+        programs, {client, "image", "inspect", "--format", "{{len .Config.Cmd}} {{len .Config.Entrypoint}}", image});
     return !counts.output.starts_with("0 0");
 }
 
@@ -145,14 +108,13 @@ std::vector<Distribution> distributionsIn(std::string_view names, std::string_vi
     return all;
 }
 
-DistributionList askDistributions(Console& console, const std::string& wslPath)
+DistributionList askDistributions(const Programs& programs, const std::string& wslPath)
 {
     DistributionList list;
-    list.answer = ask(console, rules::commands::wslList(wslPath));
-    list.known = list.answer.good();
-    if (list.known) {
-        const Answer table = ask(console, distributionQuestion(wslPath));
-        list.all = distributionsIn(list.answer.output, table.good() ? table.output : std::string());
+    list.answer = ask(programs, rules::commands::wslList(wslPath));
+    if (list.known()) {
+        const Run table = ask(programs, distributionQuestion(wslPath));
+        list.all = distributionsIn(list.answer.output, table.succeeded() ? table.output : std::string());
     }
     return list;
 }

@@ -1,8 +1,7 @@
-// Questions to wsl.exe and the Docker client that change nothing. Each is one child program; the journal's time limit
-// holds for it.
+// Questions to wsl.exe and the Docker client that change nothing.
 #pragma once
 
-#include "console.h"
+#include "programs.h"
 
 #include <optional>
 #include <string>
@@ -11,42 +10,29 @@
 
 namespace kelpctl {
 
-// A program's answer. Texts are readable UTF-8.
-struct Answer {
-    std::vector<std::string> arguments;
-    // Nothing when the program could not be started; `error` says why then.
-    std::optional<std::int32_t> status;
-    std::string output;
-    std::string error;
-
-    bool good() const { return status == 0; }
-};
-
-// Runs the program. wsl.exe is asked for UTF-8 and for no warnings.
-Answer ask(Console& console, const std::vector<std::string>& arguments);
-
 struct DockerEngine {
-    bool reachable = false;
     // What the client and the engine tell about themselves, empty when they do not.
     std::string clientVersion;
     std::string version;
     // "linux", or "windows" for an engine that runs Windows containers.
     std::string system;
-    Answer answer;
+    Run answer;
+
+    bool reachable() const { return answer.succeeded(); }
 };
 
-DockerEngine askEngine(Console& console, const std::string& client);
+DockerEngine askEngine(const Programs& programs, const std::string& client);
 
 enum class ContainerState { unknown, missing, stopped, paused, running };
 
 // The state of the container of that name. Unknown when the engine does not answer.
-ContainerState askContainer(Console& console, const std::string& client, const std::string& container);
+ContainerState askContainer(const Programs& programs, const std::string& client, const std::string& container);
 
 // Whether the engine has an image of that name. False as well when the engine does not answer.
-bool imageExists(Console& console, const std::string& client, const std::string& image);
+bool imageExists(const Programs& programs, const std::string& client, const std::string& image);
 
 // Whether the image names a program that its containers run.
-bool imageHasProgram(Console& console, const std::string& client, const std::string& image);
+bool imageHasProgram(const Programs& programs, const std::string& client, const std::string& image);
 
 struct Distribution {
     std::string name;
@@ -58,16 +44,17 @@ struct Distribution {
 };
 
 struct DistributionList {
-    // Whether wsl.exe could tell. An empty list that is known means that there are none.
-    bool known = false;
     std::vector<Distribution> all;
     // Of "--list -q".
-    Answer answer;
+    Run answer;
+
+    // Whether wsl.exe could tell. An empty list that is known means that there are none.
+    bool known() const { return answer.succeeded(); }
 };
 
 // The distributions, those that are being installed or removed included where wsl.exe shows them. Whether it can tell is
 // asked as the library asks.
-DistributionList askDistributions(Console& console, const std::string& wslPath);
+DistributionList askDistributions(const Programs& programs, const std::string& wslPath);
 
 // The question for the table of states, which has those as well that the list of names keeps back.
 std::vector<std::string> distributionQuestion(const std::string& wslPath);

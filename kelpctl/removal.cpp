@@ -1,8 +1,9 @@
 #include "removal.h"
 
 #include "backend.h"
-#include "errors.h"
+#include "failure.h"
 #include "gateways.h"
+#include "names.h"
 #include "probes.h"
 
 #include "orb/lvm.h"
@@ -14,7 +15,7 @@ namespace {
 void requireRemoved(const Context& context)
 {
     const std::vector<Run> runs = context.journal.runs();
-    if (!runs.empty() && runs.back().failed()) {
+    if (!runs.empty() && !runs.back().succeeded()) {
         throw Failure("REMOVAL_FAILED");
     }
 }
@@ -22,12 +23,15 @@ void requireRemoved(const Context& context)
 // Forced removal by Docker succeeds for what is not there as well.
 void requireImage(const Context& context)
 {
-    if (usesWsl()) {
+    switch (selectedBackend()) {
+    case Backend::wsl:
         return;
+    case Backend::docker:
+        break;
     }
     const std::string client = orb::lvm::getContainerExecutablePath();
     const std::string image = namesOf(context.request).image;
-    if (!imageExists(context.console, client, image) && askEngine(context.console, client).reachable) {
+    if (!imageExists(context.programs, client, image) && askEngine(context.programs, client).reachable()) {
         throw Failure("REMOVAL_FAILED", {}, "NO_SUCH_IMAGE");
     }
 }
@@ -36,11 +40,14 @@ void requireImage(const Context& context)
 
 void requireContainer(const Context& context)
 {
-    if (usesWsl()) {
+    switch (selectedBackend()) {
+    case Backend::wsl:
         return;
+    case Backend::docker:
+        break;
     }
     const std::string client = orb::lvm::getContainerExecutablePath();
-    if (askContainer(context.console, client, namesOf(context.request).container) == ContainerState::missing) {
+    if (askContainer(context.programs, client, namesOf(context.request).container) == ContainerState::missing) {
         throw Failure("CONTAINER_NOT_STOPPED", {}, "NO_SUCH_CONTAINER");
     }
 }

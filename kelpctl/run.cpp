@@ -11,7 +11,6 @@
 #include "text.h"
 
 #include "host/configuration.h"
-#include "host/process.h"
 
 #include <iostream>
 
@@ -58,7 +57,7 @@ int finish(bool json, Console& console, const std::string& command, const Outcom
         writeText(console, command, outcome);
     }
     if (!console.out) {
-        writeText(console, command, {{}, nullptr, reportOf(Failure("OUTPUT_NOT_WRITABLE"), {}, std::nullopt, {})});
+        writeText(console, command, {{}, nullptr, makeReport(Failure("OUTPUT_NOT_WRITABLE"), {}, std::nullopt, {})});
         return statusFailed;
     }
     return outcome.failure ? outcome.failure->status : statusDone;
@@ -99,22 +98,16 @@ Console processConsole()
             errorIsTerminal,
             interactive,
             mayColour(StandardStream::output),
-            mayColour(StandardStream::error),
-            [](const auto& arguments, const auto& environment) {
-                return orb::process::detail::run(arguments, environment);
-            },
-            [](const auto& arguments, const auto& environment) {
-                return orb::process::detail::runAttached(arguments, environment);
-            }};
+            mayColour(StandardStream::error)};
 }
 
 } // namespace
 
-int run(const std::vector<std::string>& arguments, Console& console)
+int run(const std::vector<std::string>& arguments, Console& console, const Programs& programs)
 {
     RunJournal journal;
     Request request;
-    const Context context{request, console, journal};
+    const Context context{request, console, programs, journal};
     try {
         configureLanguage(arguments);
         request = parseCommandLine(arguments);
@@ -133,11 +126,12 @@ int run(const std::vector<std::string>& arguments, Console& console)
 int runProgram(int argc, const char* const argv[])
 {
     Console console = processConsole();
+    const Programs programs = systemPrograms();
     try {
-        return run(programArguments(argc, argv), console);
+        return run(programArguments(argc, argv), console, programs);
     } catch (...) {
         RunJournal journal;
-        return fail(false, {{}, console, journal}, {}, std::current_exception());
+        return fail(false, {{}, console, programs, journal}, {}, std::current_exception());
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "console.h"
+#include "programs.h"
 
 #include <string>
 #include <vector>
@@ -10,7 +11,7 @@ namespace kelpctl {
 
 // Reads the arguments behind the program's name, does what they say and gives back the exit status. Lets no exception
 // out.
-int run(const std::vector<std::string>& arguments, Console& console);
+int run(const std::vector<std::string>& arguments, Console& console, const Programs& programs);
 
 // The same with this process's own arguments and streams.
 int runProgram(int argc, const char* const argv[]);

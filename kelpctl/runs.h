@@ -1,82 +1,52 @@
-// What the child programs were that ran on kelpctl's behalf, whoever started them.
+// Child programs that ran on kelpctl's behalf, whoever started them: the one shape of what came of them.
 #pragma once
 
 #include "host/process.h"
 
-#include <chrono>
-#include <map>
-#include <mutex>
+#include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace kelpctl {
 
+enum class Ending {
+    notAsked,
+    exited,
+    notStarted,
+    // It was ended because it took longer than the time limit, or because the user interrupted kelpctl.
+    timedOut,
+    interrupted,
+};
+
 struct Run {
+    Ending ending = Ending::notAsked;
     std::vector<std::string> arguments;
-    // Nothing when the program could not be started at all.
-    std::optional<orb::process::detail::RunResult> result;
-    // It was ended because it took longer than the time limit.
-    bool timedOut = false;
+    // Nothing when the program was not started.
+    std::optional<std::int32_t> status;
+    // What it printed, readable UTF-8. For one that was not started `error` says why, where that is known.
+    std::string output;
+    std::string error;
+    // Standard output byte for byte, for the paths in it.
+    std::string captured;
+    // The streams were the user's own; what went there is not known.
+    bool attached = false;
 
-    bool failed() const { return !result || result->status != 0; }
+    bool asked() const { return ending != Ending::notAsked; }
+    bool succeeded() const { return ending == Ending::exited && status == 0; }
 };
 
-// What keeps a program from being started once the user has interrupted kelpctl.
-class Interrupted : public std::runtime_error {
-public:
-    Interrupted() : std::runtime_error("interrupted") {}
-};
+// The only place where captured bytes become text.
+Run runOf(const std::vector<std::string>& arguments, const orb::process::detail::RunResult& result,
+          Ending ending = Ending::exited);
+Run runThatDidNotStart(const std::vector<std::string>& arguments, const std::string& reason);
 
-// Keeps the runs of this process while it lives, one at a time of its kind. A run is ended when it takes longer than the
-// time limit, or when the user interrupts kelpctl; after that none is started (Interrupted is thrown). Any thread.
-class RunJournal : public orb::process::detail::RunObserver {
-public:
-    RunJournal();
-    ~RunJournal() override;
-
-    RunJournal(const RunJournal&) = delete;
-    RunJournal& operator=(const RunJournal&) = delete;
-
-    // For the runs that start from now on; there is none at first.
-    void limitEachRun(std::chrono::milliseconds limit);
-
-    // Those that have ended, in the order in which they ended.
-    std::vector<Run> runs() const;
-
-    // The one that has ended last; nothing when none has.
-    std::optional<Run> last() const;
-
-    // What this process waits for: the command line that runs now, shortened. Empty when there is none.
-    std::string current() const;
-
-    void started(const std::vector<std::string>& arguments) override;
-    bool endWanted() override;
-    void ended(const std::vector<std::string>& arguments,
-               const orb::process::detail::RunResult* result) noexcept override;
-
-private:
-    struct Current {
-        std::string label;
-        std::chrono::steady_clock::time_point deadline;
-        bool timedOut = false;
-    };
-
-    mutable std::mutex mutex_;
-    std::optional<std::chrono::milliseconds> limit_;
-    std::map<std::thread::id, Current> current_;
-    std::vector<Run> runs_;
-    RunObserver* before_;
-};
+// How a program ended that was, or was not, ended on request.
+Ending endingOf(bool terminated);
 
 // The run that tells most about a failure: the last one that failed, or else the last one. Looking for a program is no
 // failure when another way of looking has found one.
 std::optional<Run> tellingRun(const std::vector<Run>& runs);
-
-// Everything that a run printed, readable.
-std::string readableOutput(const orb::process::detail::RunResult& result);
 
 // "wsl.exe --import kelp_hub": the program's file name and the first arguments that say what it does.
 std::string shortCommand(const std::vector<std::string>& arguments);

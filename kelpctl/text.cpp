@@ -144,6 +144,20 @@ std::vector<std::string> displayLines(std::string_view text)
     return lines;
 }
 
+std::string fileName(const std::string& path)
+{
+    return path.substr(path.find_last_of("/\\") + 1);
+}
+
+std::string hexadecimal(std::int32_t status)
+{
+    std::string text = "0x";
+    for (int shift = 28; shift >= 0; shift -= 4) {
+        text += hexDigits[(static_cast<std::uint32_t>(status) >> shift) & 15U];
+    }
+    return text;
+}
+
 std::string redacted(std::string_view text, const std::vector<std::string>& secrets)
 {
     std::string result;

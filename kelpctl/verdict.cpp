@@ -1,51 +1,20 @@
 #include "verdict.h"
 
+#include "backend.h"
 #include "causes.h"
+#include "names.h"
+#include "text.h"
+
+#include "host/messages.h"
+#include "orb/lvm.h"
 
 #include <algorithm>
 
 namespace kelpctl {
 namespace {
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-bool isLower(char c)
-{
-    return c >= 'a' && c <= 'z';
-}
-
-bool isUpper(char c)
-{
-    return c >= 'A' && c <= 'Z';
-}
-
-std::string lowered(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; });
-    return text;
-}
-
-std::string fileName(const std::string& path)
-{
-    return path.substr(path.find_last_of("/\\") + 1);
-}
-
-// Where kelpctl's causes expect a run.
-Run runOf(const Reply& reply)
-{
-    Run run{reply.arguments, std::nullopt, reply.ending == Ending::timedOut};
-    if (reply.status) {
-        run.result = orb::process::detail::RunResult{*reply.status, reply.output, reply.error};
-    }
-    return run;
-}
-
 // The place where Windows keeps it may be empty, while a candidate has said what is wrong.
-const Reply& tellingReply(const WslExamination& wsl)
+const Run& tellingRun(const WslExamination& wsl)
 {
     const bool nothingThere = wsl.fallsBack() && wsl.listing.status == noSuchProgram;
     return nothingThere && !wsl.candidates.empty() ? wsl.candidates.front().answer : wsl.listing;
@@ -57,10 +26,13 @@ public:
 
     Judgement judge()
     {
-        if (found_.usesWsl) {
+        switch (found_.backend) {
+        case Backend::wsl:
             judgeWsl();
-        } else {
+            break;
+        case Backend::docker:
             judgeDocker();
+            break;
         }
         return finished();
     }
@@ -87,7 +59,7 @@ private:
         }
         judgeDistributionName();
         // What an import needs is no problem for sure while the distribution may be there.
-        const bool known = found_.wsl.listing.good();
+        const bool known = found_.wsl.listing.succeeded();
         judgeArchives(known ? Severity::problem : Severity::note);
         judgeTemporaryFolder(known ? Severity::problem : Severity::note);
         if (known) {
@@ -101,7 +73,7 @@ private:
         const auto hanging = std::find_if(wsl.candidates.begin(), wsl.candidates.end(),
                                           [](const Candidate& each) { return each.fate == Fate::timedOut; });
         const bool candidateHangs = hanging != wsl.candidates.end();
-        if (wsl.listing.good()) {
+        if (wsl.listing.succeeded()) {
             if (candidateHangs) {
                 note(Place::wsl, "TOOL_HANGS", fileName(hanging->path));
             } else if (wsl.fallsBack()) {
@@ -112,7 +84,7 @@ private:
         } else if (candidateHangs || wsl.listing.ending == Ending::timedOut) {
             problem(Place::wsl, "TOOL_HANGS", "wsl.exe");
         } else {
-            const std::string cause = causeOfWslStatus(runOf(tellingReply(wsl)));
+            const std::string cause = causeOfWslStatus(tellingRun(wsl));
             problem(Place::wsl, cause.empty() ? "WSL_NOT_USABLE" : cause);
         }
     }
@@ -138,7 +110,8 @@ private:
         if (taken == found_.archives.end()) {
             const bool rooted = found_.rootExists;
             findings_.push_back({severity, rooted ? "ARCHIVE_NOT_INSTALLED" : "ROOT_MISSING",
-                                 rooted ? preferredArchive(found_.usesWsl) : found_.root.value, Place::archives});
+                                 rooted ? archiveName(wordsOf(found_.backend).archives.preferred) : found_.root.value,
+                                 Place::archives});
             return;
         }
         switch (taken->kind) {
@@ -157,7 +130,7 @@ private:
         }
     }
 
-    bool pulls() const { return !found_.usesWsl && found_.pullsFromRegistry; }
+    bool pulls() const { return found_.backend == Backend::docker && found_.pullsFromRegistry; }
 
     void judgeTemporaryFolder(Severity severity)
     {
@@ -184,7 +157,7 @@ private:
         if (exists_) {
             return;
         }
-        const bool known = found_.docker.imagesReply.good();
+        const bool known = found_.docker.imageListing.succeeded();
         judgeArchives(known ? Severity::problem : Severity::note);
         if (known) {
             note(Place::dockerImage, "IMAGE_MISSING");
@@ -200,8 +173,8 @@ private:
             problem(Place::client, "FILE_NOT_ACCESSIBLE", docker.searchFailure);
         } else if (!docker.clientExists) {
             problem(Place::client, "DOCKER_NOT_AVAILABLE");
-        } else if (docker.engineReply.ending == Ending::notStarted) {
-            problem(Place::client, "PROGRAM_NOT_STARTED", docker.engineReply.error);
+        } else if (docker.engine.answer.ending == Ending::notStarted) {
+            problem(Place::client, "PROGRAM_NOT_STARTED", docker.engine.answer.error);
         } else {
             return true;
         }
@@ -211,17 +184,17 @@ private:
     bool judgeEngine()
     {
         const DockerExamination& docker = found_.docker;
-        for (const Reply* reply : {&docker.engineReply, &docker.imagesReply, &docker.containersReply}) {
+        for (const Run* reply : {&docker.engine.answer, &docker.imageListing, &docker.containerListing}) {
             if (reply->ending == Ending::timedOut) {
                 problem(Place::engine, "TOOL_HANGS", fileName(docker.client));
                 return false;
             }
         }
-        if (!docker.engineReply.good()) {
+        if (!docker.engine.reachable()) {
             problem(Place::engine, "DOCKER_ENGINE_NOT_REACHABLE");
             return false;
         }
-        if (!docker.imagesReply.good()) {
+        if (!docker.imageListing.succeeded()) {
             problem(Place::dockerImage, "DOCKER_REFUSED");
             return false;
         }
@@ -235,7 +208,7 @@ private:
     {
         exists_ = expectedImage(found_) != nullptr;
         const DockerContainer* container = expectedContainer(found_);
-        if (container == nullptr && exists_ && found_.docker.containersReply.good()) {
+        if (container == nullptr && exists_ && found_.docker.containerListing.succeeded()) {
             note(Place::container, "CONTAINER_MISSING");
         } else if (container != nullptr && container->state != "running") {
             note(Place::container, container->state == "paused" ? "CONTAINER_PAUSED" : "CONTAINER_NOT_RUNNING");
@@ -265,6 +238,28 @@ private:
 };
 
 } // namespace
+
+const char* severityName(Severity severity)
+{
+    return severity == Severity::problem ? "problem" : "note";
+}
+
+// Errors of the library have their texts in the host's catalogue.
+std::string findingText(const Finding& finding, Names names)
+{
+    const Advice& advice = adviceFor(finding.key);
+    if (*advice.text == '\0') {
+        return foundation::core::message::localisedText({orb::container_support::catalogue, finding.key, {}});
+    }
+    names.subject = finding.subject;
+    return adviceText(advice, names);
+}
+
+std::string findingNextStep(const Finding& finding, Names names)
+{
+    names.subject = finding.subject;
+    return adviceNextStep(adviceFor(finding.key), names);
+}
 
 std::size_t Judgement::problems() const
 {
@@ -300,39 +295,6 @@ const DockerContainer* expectedContainer(const Examination& found)
     const auto expected = std::find_if(all.begin(), all.end(),
                                        [&found](const DockerContainer& each) { return each.name == found.container; });
     return expected == all.end() ? nullptr : &*expected;
-}
-
-bool isWslName(const std::string& name)
-{
-    constexpr std::size_t longest = 256;
-    const auto isAllowed = [](char c) {
-        return isLower(c) || isUpper(c) || isDigit(c) || c == '.' || c == '_' || c == '-';
-    };
-    return !name.empty() && name.size() <= longest && lowered(name) != "legacy" &&
-           std::all_of(name.begin(), name.end(), isAllowed);
-}
-
-// Groups of letters and digits, with one ".", one or two "_", or any number of "-" in between.
-bool isDockerName(const std::string& name)
-{
-    const auto isWord = [](char c) { return isLower(c) || isDigit(c); };
-    auto position = name.begin();
-    while (position != name.end()) {
-        const auto separator = std::find_if_not(position, name.end(), isWord);
-        if (separator == position) {
-            return false;
-        }
-        if (separator == name.end()) {
-            return true;
-        }
-        position = std::find_if(separator, name.end(), isWord);
-        const std::string between(separator, position);
-        if (between != "." && between != "_" && between != "__" &&
-            between.find_first_not_of('-') != std::string::npos) {
-            return false;
-        }
-    }
-    return false;
 }
 
 } // namespace kelpctl

@@ -1,12 +1,34 @@
 // What the examination means for `setup`. Pure: facts in, findings out.
 #pragma once
 
+#include "advice.h"
 #include "examination.h"
-#include "findings.h"
 
+#include <string>
 #include <vector>
 
 namespace kelpctl {
+
+// Whether it would keep `setup` from working, or is worth knowing only.
+enum class Severity { note, problem };
+
+// The row of the table that a finding is about.
+enum class Place { none, image, wsl, distribution, client, engine, dockerImage, container, archives, temporary };
+
+struct Finding {
+    Severity severity = Severity::note;
+    // Of its advice.
+    std::string key;
+    std::string subject;
+    Place place = Place::none;
+};
+
+// "problem" or "note".
+const char* severityName(Severity severity);
+
+// What it means and what to do, with the subject of the finding in place of that of `names`.
+std::string findingText(const Finding& finding, Names names);
+std::string findingNextStep(const Finding& finding, Names names);
 
 enum class Verdict {
     // Something would keep `setup` from working.
@@ -34,9 +56,5 @@ Judgement judge(const Examination& found);
 const Distribution* expectedDistribution(const Examination& found);
 const DockerImage* expectedImage(const Examination& found);
 const DockerContainer* expectedContainer(const Examination& found);
-
-// The names that WSL accepts, and those that Docker accepts for the last part of a repository's name.
-bool isWslName(const std::string& name);
-bool isDockerName(const std::string& name);
 
 } // namespace kelpctl

@@ -1,6 +1,6 @@
 #include "work.h"
 
-#include "errors.h"
+#include "failure.h"
 #include "interruption.h"
 #include "output.h"
 #include "progress.h"

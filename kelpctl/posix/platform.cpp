@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <system_error>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace kelpctl {
@@ -42,6 +43,11 @@ bool isTerminal(StandardStream stream)
 bool showsColours(StandardStream stream)
 {
     return isTerminal(stream);
+}
+
+bool mayWriteInto(const std::filesystem::path& folder)
+{
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 // The first of the locale's variables that is set decides, "de_DE.UTF-8" being German. "C" and "POSIX" are no language.

@@ -92,6 +92,19 @@ bool showsColours(StandardStream stream)
            SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
+// Windows compares the rights that are asked for with the folder's list when the folder is opened, not when it is used.
+bool mayWriteInto(const std::filesystem::path& folder)
+{
+    const HANDLE opened = CreateFileW(folder.c_str(), FILE_ADD_FILE | FILE_ADD_SUBDIRECTORY,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    CloseHandle(opened);
+    return true;
+}
+
 // The first of the languages that the user has chosen for Windows itself, "de-DE" being German.
 std::string systemLanguage()
 {

@@ -94,10 +94,10 @@ protected:
         std::ofstream(folder.path() / name, std::ios::binary) << content;
     }
 
-    std::string taken(bool usesWsl) const
+    std::string taken(const orb::lvm::detail::DefaultArchives& lookedFor) const
     {
         std::string names;
-        for (const Archive& archive : lookAtArchives(folder.path(), usesWsl)) {
+        for (const Archive& archive : lookAtArchives(folder.path(), lookedFor)) {
             names += archive.taken ? archive.name : "";
         }
         return names;
@@ -127,16 +127,16 @@ TEST_F(ArchiveFolder, TellsWhatIsNoFile)
 
 TEST_F(ArchiveFolder, TakesWhatTheLibraryTakes)
 {
-    EXPECT_EQ(taken(true), "");
-    EXPECT_EQ(taken(false), "");
+    EXPECT_EQ(taken(orb::lvm::detail::distroArchives), "");
+    EXPECT_EQ(taken(orb::lvm::detail::imageArchives), "");
     write("kelp_hub_distro.tar", "x");
     write("kelp_hub_docker.tar", "x");
-    EXPECT_EQ(taken(true), "kelp_hub_distro.tar");
-    EXPECT_EQ(taken(false), "kelp_hub_docker.tar");
+    EXPECT_EQ(taken(orb::lvm::detail::distroArchives), "kelp_hub_distro.tar");
+    EXPECT_EQ(taken(orb::lvm::detail::imageArchives), "kelp_hub_docker.tar");
     write("kelp_hub_distro.tar.gz", "");
     write("kelp_hub_docker.tar.gz", "");
-    EXPECT_EQ(taken(true), "kelp_hub_distro.tar.gz");
-    EXPECT_EQ(taken(false), "kelp_hub_docker.tar.gz");
+    EXPECT_EQ(taken(orb::lvm::detail::distroArchives), "kelp_hub_distro.tar.gz");
+    EXPECT_EQ(taken(orb::lvm::detail::imageArchives), "kelp_hub_docker.tar.gz");
 }
 
 } // namespace

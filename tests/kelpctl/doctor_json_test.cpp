@@ -46,7 +46,7 @@ TEST(DoctorJson, TellsNothingFromNotKnown)
     EXPECT_EQ(object(found).at("wsl").at("distributions"), nullptr) << "the listing has failed";
     found.docker.images.clear();
     EXPECT_EQ(object(found).at("docker").at("images"), json::array());
-    found.docker.imagesReply = failed({"docker", "images"}, 1, "");
+    found.docker.imageListing = failed({"docker", "images"}, 1, "");
     EXPECT_EQ(object(found).at("docker").at("images"), nullptr);
 }
 
@@ -62,7 +62,7 @@ TEST(DoctorJson, ListsAllOthers)
 TEST(DoctorJson, FindingSaysHowBadWhereWhatAndWhatToDo)
 {
     Examination found = goodDocker();
-    found.docker.engineReply = timedOut({"C:\\Docker\\docker.exe", "version"});
+    found.docker.engine.answer = timedOut({"C:\\Docker\\docker.exe", "version"});
     const json::value finding = object(found).at("findings").at(0);
     EXPECT_EQ(finding.at("severity"), "problem");
     EXPECT_EQ(finding.at("identifier"), "TOOL_HANGS");
@@ -75,7 +75,7 @@ TEST(DoctorJson, FindingSaysHowBadWhereWhatAndWhatToDo)
 
 void print(std::ostringstream& stream, const Examination& found)
 {
-    kelpctl::Console console{stream, stream, false, false, false, false, {}, {}};
+    kelpctl::Console console{stream, stream};
     kelpctl::writeJson(console, "doctor", {{}, object(found), {}});
 }
 
@@ -88,7 +88,7 @@ TEST(DoctorJson, ComputersPrintTheStoredBytes)
     print(printed, goodDocker());
     Examination found = goodDocker();
     found.docker.candidates[0].answer = failed({"C:\\Docker\\docker.exe"}, -1, "\xff");
-    found.docker.engineReply = timedOut({"docker.exe", "\"version\"", "\xc3"});
+    found.docker.engine.answer = timedOut({"docker.exe", "\"version\"", "\xc3"});
     found.docker.searchFailure = "grüße\r\n";
     found.adapter = {"172.17.0.1", "vEthernet (WSL)", {"Wi-Fi", ""}, {}};
     found.archives[0].size = std::numeric_limits<std::uint64_t>::max();

@@ -82,8 +82,8 @@ TEST(DoctorTable, ShowsAComputerOnWhichAllIsWell)
 TEST(DoctorTable, MarksWhatIsWrongWhereItIs)
 {
     Examination found = goodDocker();
-    found.docker.engineReply = failed({"docker.exe", "version"}, 1, "");
-    found.docker.engineReply.error = "Cannot connect to the Docker daemon.\n";
+    found.docker.engine.answer = failed({"docker.exe", "version"}, 1, "");
+    found.docker.engine.answer.error = "Cannot connect to the Docker daemon.\n";
     const std::string text = table(found);
     EXPECT_THAT(text, HasSubstr("  PROBLEM  engine                  cannot be reached: it failed with status 1 "
                                 "(0x00000001)\n"
@@ -106,7 +106,7 @@ TEST(DoctorTable, SaysWhichSettingDecidedWhat)
 {
     Examination found = goodDocker();
     EXPECT_THAT(table(found), HasSubstr("Docker: --docker was given\n"));
-    found.backend = {"no", Source::variable};
+    found.backendSetting = {"no", Source::variable};
     found.release = {};
     found.root.source = Source::builtIn;
     EXPECT_THAT(table(found), HasSubstr("Docker: USE_WSL is \"no\"\n"));

@@ -3,6 +3,7 @@
 #include "command_line.h"
 #include "fake_lvm.h"
 #include "session.h"
+#include "text.h"
 
 #include "host/configuration.h"
 #include "host/exceptions.h"
@@ -48,7 +49,7 @@ public:
     // What programs answer when they are asked afterwards; any other fails.
     void answers(const std::string& commandLine, const std::string& output) { answers_[commandLine] = {0, output, {}}; }
 
-    Report report(const std::exception_ptr& error) { return reportOf(error, {request, console_, journal_}); }
+    Report report(const std::exception_ptr& error) { return reportOf(error, {request, console_, programs_, journal_}); }
 
     template <class Thrown>
     Report reportOn(const Thrown& thrown)
@@ -57,27 +58,24 @@ public:
     }
 
 private:
-    RunResult answer(const std::vector<std::string>& arguments)
+    kelpctl::Run answer(const std::vector<std::string>& arguments)
     {
         std::string line;
         for (const std::string& argument : arguments) {
             line += (line.empty() ? "" : " ") + argument;
         }
         const auto known = answers_.find(line);
-        return known == answers_.end() ? RunResult{1, {}, "no"} : known->second;
+        return kelpctl::runOf(arguments, known == answers_.end() ? RunResult{1, {}, "no"} : known->second);
     }
 
     std::map<std::string, RunResult> answers_;
     std::ostringstream stream_;
     RunJournal journal_;
-    kelpctl::Console console_{stream_,
-                              stream_,
-                              false,
-                              false,
-                              false,
-                              false,
-                              [this](const auto& arguments, const auto& /*environment*/) { return answer(arguments); },
-                              {}};
+    kelpctl::Console console_{stream_, stream_};
+    kelpctl::Programs programs_{[this](const auto& arguments, const auto& /*environment*/, const auto& /*folder*/) {
+                                    return answer(arguments);
+                                },
+                                {}};
     EnvironmentVariable useWsl_{"USE_WSL"};
 };
 
@@ -158,7 +156,7 @@ TEST(Errors, RunThatFailedIsTheEvidence)
     EXPECT_EQ(report.evidence->status, -1);
     EXPECT_EQ(report.evidence->output, "Fehlercode: Wsl/Service/WSL_E_IMPORT_FAILED\n");
     EXPECT_EQ(report.evidence->error, "bsdtar");
-    EXPECT_EQ(report.evidence->code, "Wsl/Service/WSL_E_IMPORT_FAILED");
+    EXPECT_EQ(report.code, "Wsl/Service/WSL_E_IMPORT_FAILED");
 }
 
 TEST(Errors, CodePathOfWslDecidesCauseAndNextStep)
@@ -322,9 +320,9 @@ TEST(Errors, RunThatWasEndedForItsTimeIsAHang)
     const RunResult result{137, {}, {}};
     journal.ended({"wsl.exe", "--list"}, &result);
     std::ostringstream stream;
-    kelpctl::Console console{stream, stream, false, false, false, false, {}, {}};
+    kelpctl::Console console{stream, stream};
     const Report report =
-        reportOf(std::make_exception_ptr(Failure("WSL_NOT_USABLE")), {scene.request, console, journal});
+        reportOf(std::make_exception_ptr(Failure("WSL_NOT_USABLE")), {scene.request, console, {}, journal});
     EXPECT_EQ(report.cause->identifier, "TOOL_HANGS");
     EXPECT_THAT(report.cause->text, HasSubstr("wsl.exe"));
 }

@@ -11,6 +11,6 @@
 kelpctl::Examination goodWsl();
 kelpctl::Examination goodDocker();
 
-kelpctl::Reply answered(const std::vector<std::string>& arguments, const std::string& output);
-kelpctl::Reply failed(const std::vector<std::string>& arguments, std::int32_t status, const std::string& output);
-kelpctl::Reply timedOut(const std::vector<std::string>& arguments);
+kelpctl::Run answered(const std::vector<std::string>& arguments, const std::string& output);
+kelpctl::Run failed(const std::vector<std::string>& arguments, std::int32_t status, const std::string& output);
+kelpctl::Run timedOut(const std::vector<std::string>& arguments);

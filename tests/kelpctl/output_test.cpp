@@ -95,12 +95,13 @@ TEST(Output, TerminalObeysNothingInAFailure)
 {
     std::ostringstream out;
     std::ostringstream error;
-    kelpctl::Console console{out, error, false, false, false, false, {}, {}};
+    kelpctl::Console console{out, error};
     kelpctl::Report report;
     report.identifier = "X";
     report.text = "one\n\x1b[2Jtwo\n";
     report.cause = {"Y", "Why\x07."};
-    report.evidence = {{"tool", "an argument", ""}, -1, "first\nsecond\x1b[0m", "", "Wsl/X"};
+    report.evidence = kelpctl::runOf({"tool", "an argument", ""}, {-1, "first\nsecond\x1b[0m", {}});
+    report.code = "Wsl/X";
     report.nextStep = "Do it.";
     kelpctl::writeText(console, "", {{}, nullptr, report});
     EXPECT_EQ(error.str(), "kelpctl: one\n"
@@ -119,10 +120,10 @@ TEST(Output, EvidenceDoesNotRepeatTheText)
 {
     std::ostringstream out;
     std::ostringstream error;
-    kelpctl::Console console{out, error, false, false, false, false, {}, {}};
+    kelpctl::Console console{out, error};
     kelpctl::Report report;
     report.text = "It said: broken\nfor ever";
-    report.evidence = {{"tool"}, 1, "broken\nfor ever\n", "something else", {}};
+    report.evidence = kelpctl::runOf({"tool"}, {1, "broken\nfor ever\n", "something else"});
     kelpctl::writeText(console, "", {{}, nullptr, report});
     EXPECT_THAT(error.str(), testing::Not(HasSubstr("standard output")));
     EXPECT_THAT(error.str(), HasSubstr("    standard error: something else\n"));
@@ -132,9 +133,9 @@ TEST(Output, ProgramThatWasNotStartedHasNoStatus)
 {
     std::ostringstream out;
     std::ostringstream error;
-    kelpctl::Console console{out, error, false, false, false, false, {}, {}};
+    kelpctl::Console console{out, error};
     kelpctl::Report report;
-    report.evidence = {{"tool"}, {}, {}, {}, {}};
+    report.evidence = kelpctl::runThatDidNotStart({"tool"}, {});
     kelpctl::writeText(console, "", {{}, nullptr, report});
     EXPECT_THAT(error.str(), HasSubstr("evidence: tool\n    status: not started\nnext step: "));
     kelpctl::writeJson(console, "", {{}, nullptr, report});
@@ -165,8 +166,8 @@ TEST(Output, ResultThatCannotBeWrittenIsAFailure)
 {
     std::ostream out(nullptr);
     std::ostringstream error;
-    kelpctl::Console console{out, error, false, false, false, false, {}, {}};
-    EXPECT_EQ(kelpctl::run({"prefix", "--wsl"}, console), 1);
+    kelpctl::Console console{out, error};
+    EXPECT_EQ(kelpctl::run({"prefix", "--wsl"}, console, {}), 1);
     EXPECT_THAT(error.str(), HasSubstr("error: OUTPUT_NOT_WRITABLE\n"));
 }
 

@@ -2,17 +2,20 @@
 
 #include "backend.h"
 #include "environment_variable.h"
+#include "temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 namespace {
 
 using kelpctl::Backend;
 using kelpctl::environmentVariable;
+using kelpctl::mayWriteInto;
 using kelpctl::selectBackend;
-using kelpctl::usesWsl;
+using kelpctl::selectedBackend;
 
 TEST(Platform, VariableThatWasSetIsSeenByTheRuntime)
 {
@@ -34,24 +37,38 @@ TEST(Platform, VariableOfAnyLengthIsReadWhole)
 TEST(Backend, IsWslUnlessTheVariableSaysOtherwise)
 {
     const EnvironmentVariable guard("USE_WSL");
-    EXPECT_TRUE(usesWsl());
+    EXPECT_EQ(selectedBackend(), Backend::wsl);
     setVariable("USE_WSL", "1");
-    EXPECT_TRUE(usesWsl());
+    EXPECT_EQ(selectedBackend(), Backend::wsl);
     setVariable("USE_WSL", "0");
-    EXPECT_FALSE(usesWsl());
+    EXPECT_EQ(selectedBackend(), Backend::docker);
     setVariable("USE_WSL", "true");
-    EXPECT_FALSE(usesWsl());
+    EXPECT_EQ(selectedBackend(), Backend::docker);
 }
 
 TEST(Backend, FlagOverridesTheVariable)
 {
     const EnvironmentVariable guard("USE_WSL", "0");
     selectBackend(std::nullopt);
-    EXPECT_FALSE(usesWsl());
+    EXPECT_EQ(selectedBackend(), Backend::docker);
     selectBackend(Backend::wsl);
-    EXPECT_TRUE(usesWsl());
+    EXPECT_EQ(selectedBackend(), Backend::wsl);
     selectBackend(Backend::docker);
-    EXPECT_FALSE(usesWsl());
+    EXPECT_EQ(selectedBackend(), Backend::docker);
+}
+
+TEST(FolderAccess, FolderOfOnesOwnMayBeWrittenToAndIsLeftAsItIs)
+{
+    const TemporaryFolder folder;
+    EXPECT_TRUE(mayWriteInto(folder.path()));
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(FolderAccess, MissingFolderMayNot)
+{
+    const TemporaryFolder folder;
+    EXPECT_FALSE(mayWriteInto(folder.path() / "missing"));
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "missing"));
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <sstream>
 #include <stdexcept>
 
 namespace {
@@ -10,34 +9,29 @@ namespace {
 using kelpctl::askContainer;
 using kelpctl::askDistributions;
 using kelpctl::askEngine;
-using kelpctl::Console;
 using kelpctl::ContainerState;
 using kelpctl::Distribution;
 using kelpctl::DistributionList;
 using kelpctl::distributionTable;
+using kelpctl::Programs;
+using kelpctl::Run;
 using kelpctl::versionNumber;
 using orb::process::detail::RunResult;
 using testing::IsEmpty;
 
-// A console whose programs answer by their command line; any other fails.
+// Programs that answer by their command line; any other fails.
 class Desk {
 public:
     std::map<std::string, RunResult> answers;
     std::map<std::string, std::string> environment;
-    Console console{stream_,
-                    stream_,
-                    false,
-                    false,
-                    false,
-                    false,
-                    [this](const auto& arguments, const auto& given) {
-                        environment = given;
-                        return answer(arguments);
-                    },
-                    {}};
+    Programs programs{[this](const auto& arguments, const auto& given, const auto& /*folder*/) {
+                          environment = given;
+                          return answer(arguments);
+                      },
+                      {}};
 
 private:
-    RunResult answer(const std::vector<std::string>& arguments)
+    Run answer(const std::vector<std::string>& arguments)
     {
         std::string line;
         for (const std::string& argument : arguments) {
@@ -47,10 +41,8 @@ private:
             throw std::runtime_error("cannot start");
         }
         const auto known = answers.find(line);
-        return known == answers.end() ? RunResult{1, {}, "no"} : known->second;
+        return kelpctl::runOf(arguments, known == answers.end() ? RunResult{1, {}, "no"} : known->second);
     }
-
-    std::ostringstream stream_;
 };
 
 constexpr char engineQuestion[] = "docker version --format {{json .}}";
@@ -61,8 +53,8 @@ TEST(Probes, EngineTellsItsVersion)
     Desk desk;
     desk.answers[engineQuestion] = {
         0, R"({"Client":{"Version":"20.10.24"},"Server":{"Version":"24.0.1","Os":"linux"}})", {}};
-    const kelpctl::DockerEngine engine = askEngine(desk.console, "docker");
-    EXPECT_TRUE(engine.reachable);
+    const kelpctl::DockerEngine engine = askEngine(desk.programs, "docker");
+    EXPECT_TRUE(engine.reachable());
     EXPECT_EQ(engine.clientVersion, "20.10.24");
     EXPECT_EQ(engine.version, "24.0.1");
     EXPECT_EQ(engine.system, "linux");
@@ -72,8 +64,8 @@ TEST(Probes, EngineThatDoesNotAnswerStillLeavesTheClient)
 {
     Desk desk;
     desk.answers[engineQuestion] = {1, R"({"Client":{"Version":"20.10.24"},"Server":null})", "Cannot connect"};
-    const kelpctl::DockerEngine engine = askEngine(desk.console, "docker");
-    EXPECT_FALSE(engine.reachable);
+    const kelpctl::DockerEngine engine = askEngine(desk.programs, "docker");
+    EXPECT_FALSE(engine.reachable());
     EXPECT_EQ(engine.clientVersion, "20.10.24");
     EXPECT_EQ(engine.version, "");
     EXPECT_EQ(engine.answer.error, "Cannot connect");
@@ -87,8 +79,8 @@ TEST(Probes, EngineThatSpeaksOtherwiseHasNoVersion)
          std::vector<std::string>{"", "podman version 4", "[1]", R"({"Client": 3, "Server": [])",
                                   R"({"Server": {"Version": 3}})", "{\"Server\": " + deep}) {
         desk.answers[engineQuestion] = {0, text, {}};
-        const kelpctl::DockerEngine engine = askEngine(desk.console, "docker");
-        EXPECT_TRUE(engine.reachable);
+        const kelpctl::DockerEngine engine = askEngine(desk.programs, "docker");
+        EXPECT_TRUE(engine.reachable());
         EXPECT_EQ(engine.version, "") << text;
     }
 }
@@ -96,30 +88,30 @@ TEST(Probes, EngineThatSpeaksOtherwiseHasNoVersion)
 TEST(Probes, ContainerHasAState)
 {
     Desk desk;
-    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::unknown);
+    EXPECT_EQ(askContainer(desk.programs, "docker", "hub"), ContainerState::unknown);
     desk.answers[engineQuestion] = {0, "{}", {}};
-    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::missing);
+    EXPECT_EQ(askContainer(desk.programs, "docker", "hub"), ContainerState::missing);
     desk.answers[containerQuestion] = {0, "exited\n", {}};
-    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::stopped);
+    EXPECT_EQ(askContainer(desk.programs, "docker", "hub"), ContainerState::stopped);
     desk.answers[containerQuestion] = {0, "paused\n", {}};
-    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::paused);
+    EXPECT_EQ(askContainer(desk.programs, "docker", "hub"), ContainerState::paused);
     desk.answers[containerQuestion] = {0, "running\n", {}};
-    EXPECT_EQ(askContainer(desk.console, "docker", "hub"), ContainerState::running);
+    EXPECT_EQ(askContainer(desk.programs, "docker", "hub"), ContainerState::running);
 }
 
 TEST(Probes, ProgramThatCannotBeStartedHasNoStatus)
 {
     Desk desk;
-    const kelpctl::Answer answer = kelpctl::ask(desk.console, {"broken"});
+    const kelpctl::Run answer = kelpctl::ask(desk.programs, {"broken"});
     EXPECT_FALSE(answer.status.has_value());
-    EXPECT_FALSE(answer.good());
+    EXPECT_FALSE(answer.succeeded());
     EXPECT_EQ(answer.error, "cannot start");
 }
 
 TEST(Probes, WslIsAskedForPlainText)
 {
     Desk desk;
-    kelpctl::ask(desk.console, {"wsl.exe"});
+    kelpctl::ask(desk.programs, {"wsl.exe"});
     EXPECT_EQ(desk.environment.at("WSL_UTF8"), "1");
     EXPECT_EQ(desk.environment.at("WSL_DISABLE_WARNINGS"), "1");
 }
@@ -130,8 +122,8 @@ TEST(Probes, DistributionsHaveTheirStates)
     desk.answers["wsl --list -q"] = {0, "kelp_hub\r\nUbuntu\r\n", {}};
     desk.answers["wsl --list --all --verbose"] = {
         0, "  NAME        STATE           VERSION\r\n* kelp_hub    Running         2\r\n  Ubuntu  Stopped 1\r\n", {}};
-    const DistributionList list = askDistributions(desk.console, "wsl");
-    EXPECT_TRUE(list.known);
+    const DistributionList list = askDistributions(desk.programs, "wsl");
+    EXPECT_TRUE(list.known());
     ASSERT_EQ(list.all.size(), 2U);
     EXPECT_EQ(list.all[0].name, "kelp_hub");
     EXPECT_EQ(list.all[0].state, "Running");
@@ -146,7 +138,7 @@ TEST(Probes, DistributionsWithoutATableHaveNoState)
 {
     Desk desk;
     desk.answers["wsl --list -q"] = {0, "kelp_hub\r\n", {}};
-    const DistributionList list = askDistributions(desk.console, "wsl");
+    const DistributionList list = askDistributions(desk.programs, "wsl");
     ASSERT_EQ(list.all.size(), 1U);
     EXPECT_EQ(list.all[0].name, "kelp_hub");
     EXPECT_EQ(list.all[0].state, "");
@@ -156,15 +148,15 @@ TEST(Probes, NoDistributionsIsNoFailure)
 {
     Desk desk;
     desk.answers["wsl --list -q"] = {0, {}, {}};
-    const DistributionList list = askDistributions(desk.console, "wsl");
-    EXPECT_TRUE(list.known);
+    const DistributionList list = askDistributions(desk.programs, "wsl");
+    EXPECT_TRUE(list.known());
     EXPECT_THAT(list.all, IsEmpty());
 }
 
 TEST(Probes, FailedListingIsNotAnEmptyOne)
 {
     Desk desk;
-    EXPECT_FALSE(askDistributions(desk.console, "wsl").known);
+    EXPECT_FALSE(askDistributions(desk.programs, "wsl").known());
 }
 
 TEST(DistributionTable, KnowsStatesThatAreYetToBeInvented)

@@ -1,4 +1,4 @@
-#include "runs.h"
+#include "journal.h"
 
 #include "interruption.h"
 
@@ -8,8 +8,10 @@
 
 namespace {
 
+using kelpctl::Ending;
 using kelpctl::Interruption;
 using kelpctl::RunJournal;
+using kelpctl::runOf;
 using kelpctl::shortCommand;
 using kelpctl::tellingRun;
 using orb::process::detail::RunResult;
@@ -22,8 +24,8 @@ TEST(RunJournal, KeepsWhatEveryPartOfTheProcessRuns)
     orb::process::detail::run({"no-such-program-anywhere", "x"});
     ASSERT_EQ(journal.runs().size(), 1U);
     EXPECT_THAT(journal.runs()[0].arguments, ElementsAre("no-such-program-anywhere", "x"));
-    EXPECT_EQ(journal.runs()[0].result->status, 127);
-    EXPECT_FALSE(journal.runs()[0].timedOut);
+    EXPECT_EQ(journal.runs()[0].status, 127);
+    EXPECT_EQ(journal.runs()[0].ending, Ending::exited);
 }
 
 TEST(RunJournal, TellsWhatIsBeingWaitedFor)
@@ -42,8 +44,8 @@ TEST(RunJournal, RunWithoutAResultHasFailed)
     RunJournal journal;
     journal.started({"a"});
     journal.ended({"a"}, nullptr);
-    EXPECT_TRUE(journal.runs().at(0).failed());
-    EXPECT_FALSE(journal.runs().at(0).result.has_value());
+    EXPECT_FALSE(journal.runs().at(0).succeeded());
+    EXPECT_EQ(journal.runs().at(0).ending, Ending::notStarted);
 }
 
 TEST(RunJournal, EndsARunThatTakesTooLong)
@@ -57,7 +59,7 @@ TEST(RunJournal, EndsARunThatTakesTooLong)
     EXPECT_TRUE(journal.endWanted());
     const RunResult result{137, {}, {}};
     journal.ended({"b"}, &result);
-    EXPECT_TRUE(journal.runs().at(0).timedOut);
+    EXPECT_EQ(journal.runs().at(0).ending, Ending::timedOut);
 }
 
 #ifndef _WIN32
@@ -108,12 +110,21 @@ TEST(Interruption, RequestToEndIsNotLeftToAProgramOnTheTerminal)
 }
 #endif
 
+TEST(Run, TextIsReadableAndTheBytesAreKept)
+{
+    const kelpctl::Run run = runOf({"tool"}, {1, std::string("a\0b\0", 4), "why"});
+    EXPECT_EQ(run.output, "ab");
+    EXPECT_EQ(run.captured, std::string("a\0b\0", 4));
+    EXPECT_EQ(run.error, "why");
+    EXPECT_FALSE(run.succeeded());
+}
+
 TEST(TellingRun, IsTheLastThatFailed)
 {
     EXPECT_FALSE(tellingRun({}).has_value());
-    const kelpctl::Run good{{"good"}, RunResult{0, {}, {}}, false};
-    const kelpctl::Run bad{{"bad"}, RunResult{1, {}, {}}, false};
-    const kelpctl::Run worse{{"worse"}, std::nullopt, false};
+    const kelpctl::Run good = runOf({"good"}, {0, {}, {}});
+    const kelpctl::Run bad = runOf({"bad"}, {1, {}, {}});
+    const kelpctl::Run worse = kelpctl::runThatDidNotStart({"worse"}, {});
     EXPECT_THAT(tellingRun({bad, worse, good})->arguments, ElementsAre("worse"));
     EXPECT_THAT(tellingRun({worse, bad, good})->arguments, ElementsAre("bad"));
     EXPECT_THAT(tellingRun({good, good})->arguments, ElementsAre("good"));

@@ -1,6 +1,7 @@
 #include "verdict.h"
 
 #include "examinations.h"
+#include "names.h"
 
 #include <gmock/gmock.h>
 
@@ -11,7 +12,6 @@ namespace {
 
 using kelpctl::Archive;
 using kelpctl::ArchiveKind;
-using kelpctl::Ending;
 using kelpctl::Examination;
 using kelpctl::Fate;
 using kelpctl::Finding;
@@ -270,8 +270,8 @@ TEST(VerdictOnDocker, ClientMustBeThere)
     Examination found = dockerWithoutImage();
     found.docker.client.clear();
     found.docker.clientExists = false;
-    found.docker.engineReply = {};
-    found.docker.imagesReply = {};
+    found.docker.engine = {};
+    found.docker.imageListing = {};
     EXPECT_THAT(keys(found), ElementsAre("!DOCKER_NOT_AVAILABLE"));
     found.docker.searchFailure = "exists: too many links";
     EXPECT_THAT(keys(found), ElementsAre("!FILE_NOT_ACCESSIBLE"));
@@ -283,16 +283,16 @@ TEST(VerdictOnDocker, ClientMustBeThere)
 TEST(VerdictOnDocker, EngineMustAnswer)
 {
     Examination found = dockerWithoutImage();
-    found.docker.imagesReply = {};
-    found.docker.engineReply = failed({"docker.exe", "version"}, 1, "");
+    found.docker.imageListing = {};
+    found.docker.engine.answer = failed({"docker.exe", "version"}, 1, "");
     EXPECT_THAT(keys(found), ElementsAre("!DOCKER_ENGINE_NOT_REACHABLE"));
-    found.docker.engineReply = timedOut({"docker.exe", "version"});
+    found.docker.engine.answer = timedOut({"docker.exe", "version"});
     EXPECT_THAT(keys(found), ElementsAre("!TOOL_HANGS"));
     EXPECT_EQ(judge(found).findings[0].subject, "docker.exe");
-    found.docker.engineReply = {Ending::notStarted, {"docker.exe", "version"}, {}, {}, "cannot start"};
+    found.docker.engine.answer = kelpctl::runThatDidNotStart({"docker.exe", "version"}, "cannot start");
     EXPECT_THAT(keys(found), ElementsAre("!PROGRAM_NOT_STARTED"));
-    found.docker.engineReply = answered({"docker.exe", "version"}, "{}");
-    found.docker.imagesReply = failed({"docker.exe", "images"}, 1, "");
+    found.docker.engine.answer = answered({"docker.exe", "version"}, "{}");
+    found.docker.imageListing = failed({"docker.exe", "images"}, 1, "");
     EXPECT_THAT(keys(found), ElementsAre("!DOCKER_REFUSED"));
 }
 
