@@ -1,7 +1,7 @@
 // Examinations of computers on which all is well, for tests to break in one place.
 #pragma once
 
-#include "examination.h"
+#include "doctor/examination.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "session.h"
 
-#include "run.h"
+#include "commands/program.h"
 
 #include <boost/json/parse.hpp>
 
