@@ -1,5 +1,5 @@
-#include "platform.h"
-#include "run.h"
+#include "commands/program.h"
+#include "terminal/platform.h"
 
 int main(int argc, char* argv[])
 {

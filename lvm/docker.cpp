@@ -1,7 +1,9 @@
 #include "docker.h"
 
+#include "commands.h"
 #include "files.h"
 #include "frame.h"
+#include "rules.h"
 #include "runner.h"
 #include "text.h"
 
@@ -34,19 +36,6 @@ std::string orHubContainer(const std::string& containerName)
     return containerName.empty() ? hubName : containerName;
 }
 
-// The host product ships programs of its own in such a folder; they are never the user's Docker client.
-bool isInHostTree(const std::string& path)
-{
-    return path.find("bin\\win64") != std::string::npos;
-}
-
-// Each test converts the path afresh.
-bool isClient(const std::string& path)
-{
-    return !isInHostTree(path) && files::exists(toPath(path)) && !files::is_link(toPath(path)) &&
-           files::is_regular_file(toPath(path));
-}
-
 // The words that a query of the client printed.
 std::vector<std::string> query(const std::vector<std::string>& arguments)
 {
@@ -58,12 +47,12 @@ std::vector<std::string> query(const std::vector<std::string>& arguments)
 
 std::string getDockerExecutablePath()
 {
-    const RunResult lookup = runCommand({"where", "docker.exe"}, "c:");
+    const RunResult lookup = runCommand(commands::dockerLookUp(), "c:");
     if (lookup.status != 0) {
         return {};
     }
     for (const std::string& candidate : trimmedLines(lookup.standardOutput)) {
-        if (isClient(candidate)) {
+        if (clientKindOf(candidate) == ClientKind::file) {
             return candidate;
         }
     }
@@ -72,7 +61,7 @@ std::string getDockerExecutablePath()
 
 std::vector<std::string> getImageRepositories()
 {
-    std::vector<std::string> repositories = query({getDockerExecutablePath(), "images", "--format", "{{.Repository}}"});
+    std::vector<std::string> repositories = query(commands::dockerImages(getDockerExecutablePath()));
     for (std::string& repository : repositories) {
         repository.erase(0, repository.rfind('/') + 1);
     }
@@ -81,8 +70,8 @@ std::vector<std::string> getImageRepositories()
 
 std::vector<std::string> getContainersByAncestor(const std::string& imageName)
 {
-    const std::string filter = "ancestor=" + orHubImage(imageName);
-    return query({getDockerExecutablePath(), "container", "ls", "-f", filter, "--format", "{{.Names}}"});
+    const std::string image = orHubImage(imageName);
+    return query(commands::dockerContainers(getDockerExecutablePath(), image));
 }
 
 namespace {
@@ -91,10 +80,10 @@ std::string defaultTarFile(bool useRootFsArchive)
 {
     using namespace foundation::core;
     const path::Pathname directory{getContainerTarsDirectory(), path::native_form};
-    const char16_t* name = useRootFsArchive ? u"kelp_hub_distro.tar.gz" : u"kelp_hub_docker.tar.gz";
-    path::Pathname file = path::concatenate_pathname(directory, name, path::native_form);
+    const DefaultArchives& archives = useRootFsArchive ? rootFsArchives : imageArchives;
+    path::Pathname file = path::concatenate_pathname(directory, archives.preferred, path::native_form);
     if (!path::exists(file.text)) {
-        file = path::concatenate_pathname(directory, u"kelp_hub_docker.tar", path::native_form);
+        file = path::concatenate_pathname(directory, archives.other, path::native_form);
     }
     return text::cvt_ustring_utf8(file.text);
 }
@@ -103,8 +92,8 @@ std::string defaultTarFile(bool useRootFsArchive)
 void loadArchive(const std::string& dockerPath, const std::string& tarFile, const std::string& imageName,
                  bool useRootFsArchive)
 {
-    const RunResult load = useRootFsArchive ? runCommand({dockerPath, "import", tarFile, imageName})
-                                            : runCommand({dockerPath, "load", "-i", tarFile});
+    const RunResult load = useRootFsArchive ? runCommand(commands::dockerImport(dockerPath, tarFile, imageName))
+                                            : runCommand(commands::dockerLoad(dockerPath, tarFile));
     if (load.status != 0 && !load.standardError.empty()) {
         throwError(container_support::TAR_FILE_LOAD_ERROR{}, tarFile, orHubImage(imageName), load.standardError);
     }
@@ -146,9 +135,9 @@ bool pullImageFromRegistry(const std::string& repository, const std::string& nam
     }
     const std::string reference = repository + "/" + name + ":" + tag;
     const std::string dockerPath = getDockerExecutablePath();
-    RunResult command = runCommand({dockerPath, "pull", "-q", reference});
+    RunResult command = runCommand(commands::dockerPull(dockerPath, reference));
     if (command.status == 0) {
-        command = runCommand({dockerPath, "tag", reference, addKVRelease(hubName)});
+        command = runCommand(commands::dockerTag(dockerPath, reference, addKVRelease(hubName)));
     }
     // Only text on standard error makes it a failure; an image that is missing all the same is found missing later.
     if (command.status == 0 || command.standardError.empty()) {
@@ -160,20 +149,18 @@ bool pullImageFromRegistry(const std::string& repository, const std::string& nam
 
 bool runHubContainer(const std::string& imageName, const std::string& containerName)
 {
-    std::vector<std::string> arguments = {getDockerExecutablePath(), "run", "-di", "--network=host",
-                                          "--name=" + orHubContainer(containerName)};
-    if (const auto extra = foundation::core::env::variable("AUX_DOCKER_ARGS")) {
-        for (std::string& word : words(*extra)) {
-            arguments.push_back(std::move(word));
-        }
-    }
-    arguments.push_back(orHubImage(imageName));
-    return runCommand(arguments).status == 0;
+    const std::string dockerPath = getDockerExecutablePath();
+    const std::vector<std::string> furtherArguments =
+        words(foundation::core::env::variable("AUX_DOCKER_ARGS").value_or(""));
+    return runCommand(
+               commands::dockerRun(dockerPath, orHubContainer(containerName), furtherArguments, orHubImage(imageName)))
+               .status == 0;
 }
 
 bool removeHubContainer(const std::string& containerName)
 {
-    return runCommand({getDockerExecutablePath(), "container", "rm", "-f", orHubContainer(containerName)}).status == 0;
+    const std::string dockerPath = getDockerExecutablePath();
+    return runCommand(commands::dockerRemoveContainer(dockerPath, orHubContainer(containerName))).status == 0;
 }
 
 } // namespace orb::lvm::detail

@@ -1,19 +1,15 @@
 #include "frame.h"
 
+#include "rules.h"
+
 #include "host/install.h"
 
 #include <atomic>
 #include <cstdlib>
-#include <cstring>
 
 namespace orb::lvm {
 namespace detail {
 namespace {
-
-bool isOne(const char* value)
-{
-    return value != nullptr && std::strcmp(value, "1") == 0;
-}
 
 // A channel whose mask has none of these bits writes through the parent's logger.
 constexpr std::uint32_t channelBits = 1 | 4 | 8 | 256 | 512;
@@ -42,11 +38,11 @@ bool useWsl()
     static std::atomic<Backend> cached{Backend::unknown};
     Backend backend = cached.load(std::memory_order_relaxed);
     if (backend == Backend::unknown) {
-        const char* const value = std::getenv("USE_WSL");
+        const char* const value = std::getenv(backendVariable);
         if (value == nullptr) {
             return true;
         }
-        backend = isOne(value) ? Backend::wsl : Backend::docker;
+        backend = selectsWsl(value) ? Backend::wsl : Backend::docker;
         cached.store(backend, std::memory_order_relaxed);
     }
     return backend == Backend::wsl;
@@ -54,7 +50,7 @@ bool useWsl()
 
 bool useDockerRepository()
 {
-    return isOne(std::getenv("USE_DOCKER_REPOSITORY"));
+    return isOne(std::getenv(registryVariable));
 }
 
 bool additionalLoggingEnabled()

@@ -16,9 +16,6 @@ namespace orb::lvm::detail {
 
 using foundation::core::diag::basic_diagnostic_logger;
 
-// The stem of all default names, and the default container name as it stands.
-inline constexpr char hubName[] = "kelp_hub";
-
 // Switches. Each is read from the environment at each call, except that a USE_WSL once found set is kept.
 
 bool useWsl();

@@ -1,6 +1,7 @@
 // The functions that the host's interpreter calls. They catch nothing: the interpreter reports errors to the user.
 #include "orb/lvm.h"
 
+#include "commands.h"
 #include "runner.h"
 #include "wsl.h"
 
@@ -25,6 +26,6 @@ void kelp_container_teardown(int /*outputCount*/, hxArray* /*outputs*/[], int /*
 void kelp_container_wsl_check(int /*outputCount*/, hxArray* outputs[], int /*inputCount*/, hxArray* /*inputs*/[])
 {
     using namespace orb::lvm::detail;
-    const RunResult listing = runCommand({getExecutablePath(), "-l", "-q"});
+    const RunResult listing = runCommand(commands::wslCheck(getExecutablePath()));
     outputs[0] = hxCreateDoubleScalar(listing.status == 0 ? 0.0 : -3.0);
 }

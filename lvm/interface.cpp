@@ -1,6 +1,7 @@
 // The exported operations that serve both backends. Each asks useWsl() at each call.
 #include "orb/lvm.h"
 
+#include "commands.h"
 #include "docker.h"
 #include "frame.h"
 #include "runner.h"
@@ -111,8 +112,8 @@ void clearDistroImage(const std::string& imageName)
     log(commonLogger(), Level::Detail, "clearDistroImage: imageName = ", name);
     const std::string commandPath = getContainerExecutablePath();
     log(commonLogger(), Level::Detail, "clearDistroImage: commandPath = ", commandPath);
-    const RunResult result = useWsl() ? runCommand({commandPath, "--unregister", name})
-                                      : runCommand({commandPath, "image", "rm", "--force", name});
+    const RunResult result = useWsl() ? runCommand(commands::wslUnregister(commandPath, name))
+                                      : runCommand(commands::dockerRemoveImage(commandPath, name));
     log(commonLogger(), Level::Detail, "clearDistroImage: status = ", result.status);
     if (result.status != 0) {
         log(commonLogger(), Level::Error,
@@ -148,7 +149,7 @@ std::vector<std::string> getContainerArgumentsPrefix(const std::string& containe
     if (useWsl()) {
         return wslArgumentsPrefix();
     }
-    return {getDockerExecutablePath(), "exec", containerOrHub(containerName)};
+    return commands::dockerExec(getDockerExecutablePath(), containerOrHub(containerName));
 }
 
 std::string getContainerExecutablePath()

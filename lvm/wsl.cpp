@@ -1,7 +1,9 @@
 #include "wsl.h"
 
+#include "commands.h"
 #include "files.h"
 #include "frame.h"
+#include "rules.h"
 #include "runner.h"
 #include "text.h"
 
@@ -23,7 +25,6 @@
 namespace orb::lvm::detail {
 namespace {
 
-using foundation::core::net::InetAddress;
 using foundation::core::net::NetworkInterface;
 
 constexpr char fallbackPath[] = R"(C:\Windows\System32\wsl.exe)";
@@ -52,10 +53,10 @@ std::string withWindowsDrive(std::string text)
 
 std::vector<std::string> findCandidates()
 {
-    RunResult lookup = runCommand({"where", "wsl.exe"});
+    RunResult lookup = runCommand(commands::wslLookUp("where"));
     if (lookup.status != 0) {
         logDetail("check_possible_executables: \"where\" command was not found");
-        lookup = runCommand({"which", "wsl.exe"});
+        lookup = runCommand(commands::wslLookUp("which"));
     }
     if (lookup.status != 0) {
         return {};
@@ -68,7 +69,7 @@ std::vector<std::string> findCandidates()
 bool answersVersion(const std::string& candidate)
 {
     try {
-        return runCommand({candidate, "-v"}).status == 0;
+        return runCommand(commands::wslVersion(candidate)).status == 0;
     } catch (const std::exception&) {
         return false;
     }
@@ -146,11 +147,10 @@ std::vector<std::string> getDistros(bool onlyRunning)
 {
     const std::string wslPath = getExecutablePath();
     logDetail("getDistros: wslPath = ", wslPath);
-    std::vector<std::string> arguments = {wslPath, "--list", "-q"};
     if (onlyRunning) {
         logDetail("getDistros: wslPath onlyRunning = true");
-        arguments.emplace_back("--running");
     }
+    const CommandLine arguments = onlyRunning ? commands::wslListRunning(wslPath) : commands::wslList(wslPath);
     if (additionalLoggingEnabled()) {
         logDetail("getDistros: args = ", Bracketed{arguments});
     }
@@ -173,21 +173,6 @@ std::vector<std::string> getDistros(bool onlyRunning)
     return distros;
 }
 
-std::string getWslAdapterAddress(const NetworkInterface& nic)
-{
-    const std::u16string friendlyName = nic.getFriendlyName();
-    const std::u16string description = nic.getDescription();
-    if (friendlyName.find(u"(WSL)") == std::u16string::npos || description.find(u"Virtual") == std::u16string::npos) {
-        return {};
-    }
-    for (const InetAddress& address : nic.getInetAddresses()) {
-        if (!address.isLoopback() && address.getVersion() == 4) {
-            return address.getHostAddress();
-        }
-    }
-    return {};
-}
-
 std::string getWslIpAddress()
 {
     for (const NetworkInterface& nic : NetworkInterface::list()) {
@@ -200,7 +185,9 @@ std::string getWslIpAddress()
 
 std::vector<std::string> wslArgumentsPrefix()
 {
-    return {getExecutablePath(), "-d", addKVRelease(hubName), "--exec"};
+    // The executable is looked for first: when that fails, the host has not been asked for its release.
+    const std::string wslPath = getExecutablePath();
+    return commands::wslExec(wslPath, addKVRelease(hubName));
 }
 
 namespace {
@@ -235,10 +222,10 @@ std::string defaultTarFile()
 {
     using namespace foundation::core;
     const path::Pathname directory{getContainerTarsDirectory(), path::native_form};
-    path::Pathname file = path::concatenate_pathname(directory, u"kelp_hub_distro.tar.gz", path::native_form);
+    path::Pathname file = path::concatenate_pathname(directory, distroArchives.preferred, path::native_form);
     const bool useGZ = path::exists(file.text);
     if (!useGZ) {
-        file = path::concatenate_pathname(directory, u"kelp_hub_distro.tar", path::native_form);
+        file = path::concatenate_pathname(directory, distroArchives.other, path::native_form);
     }
     std::string localTarFilePath = text::cvt_ustring_utf8(file.text);
     logDetail("importFromTarIfNecessary: localTarFilePath = ", localTarFilePath);
@@ -295,7 +282,7 @@ void importDistro(const std::string& wslPath, const std::string& localDistroName
     const std::string localTarFilePath = tarPath.empty() ? defaultTarFile() : tarPath;
     const std::string localDistroLocationPath = makeDistroFolder();
     const RunResult import =
-        runCommand({wslPath, "--import", localDistroName, localDistroLocationPath, localTarFilePath, "--version", "2"});
+        runCommand(commands::wslImport(wslPath, localDistroName, localDistroLocationPath, localTarFilePath));
     if (import.status == 0) {
         return;
     }

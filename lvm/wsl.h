@@ -1,8 +1,6 @@
 // The WSL backend.
 #pragma once
 
-#include "host/network.h"
-
 #include <string>
 #include <vector>
 
@@ -25,7 +23,6 @@ std::vector<std::string> getDistros(bool onlyRunning);
 
 // The host's IPv4 address on the WSL network, empty when there is none.
 std::string getWslIpAddress();
-std::string getWslAdapterAddress(const foundation::core::net::NetworkInterface& nic);
 
 // The argument vector that runs a program inside the hub distribution.
 std::vector<std::string> wslArgumentsPrefix();

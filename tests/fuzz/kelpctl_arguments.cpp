@@ -1,7 +1,7 @@
 // kelpctl's command line: any arguments are a request or a usage error, and what stands behind "--" comes through.
 #include "fuzz.h"
 
-#include "command_line.h"
+#include "commands/command_line.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The code path in what wsl.exe prints: whatever is found stands in the text, and a code that is known has advice.
 #include "fuzz.h"
 
-#include "advice.h"
+#include "failure/advice.h"
 
 #include <algorithm>
 

@@ -27,9 +27,10 @@ TREE = {
     "lvm/include/orb/lvm.h": '#include "host/files.h"\n',
     "lvm/wsl.h": "",
     "lvm/wsl.cpp": '#include "wsl.h"\n#include "orb/lvm.h"\n#include "build_date.h"\n',
-    "kelpctl/platform.h": "",
-    "kelpctl/posix/platform.cpp": '#include "platform.h"\n#include <unistd.h>\n',
-    "kelpctl/run.cpp": '#include "platform.h"\n#include "orb/lvm.h"\n',
+    "kelpctl/terminal/platform.h": "",
+    "kelpctl/terminal/posix/platform.cpp": '#include "terminal/platform.h"\n#include <unistd.h>\n',
+    "kelpctl/commands/program.h": "",
+    "kelpctl/commands/program.cpp": '#include "terminal/platform.h"\n#include "orb/lvm.h"\n',
     "tests/unit/wsl_test.cpp": '#include "wsl.h"\n\n#include <gtest/gtest.h>\n',
     "tests/host/machine_posix.cpp": "#include <unistd.h>\n",
 }
@@ -67,14 +68,14 @@ class Layers(unittest.TestCase):
         self.assertIn("lvm/frame.cpp:1: may not include unistd.h", done.stdout)
 
     def test_a_header_of_a_system_outside_its_folder_is_found(self):
-        for file in ("lvm/frame.cpp", "host/common/array.cpp", "host/include/host/array.h", "kelpctl/log.cpp",
+        for file in ("lvm/frame.cpp", "host/common/array.cpp", "host/include/host/array.h", "kelpctl/commands/log.cpp",
                      "host/common/diagnostics.cpp", KNOWS_CLI11, "tests/unit/frame_test.cpp",
                      "benchmarks/service.cpp"):
             for header in ("unistd.h", "sys/stat.h", "windows.h", "never/heard/of.h"):
                 self.finds(file, f"#include <{header}>\n", f"1: may not include {header} ")
 
     def test_a_header_of_the_other_system_is_found(self):
-        for folder in ("host/", "kelpctl/", "benchmarks/"):
+        for folder in ("host/", "kelpctl/terminal/", "benchmarks/"):
             self.finds(folder + "posix/a.cpp", "#include <windows.h>\n", "1: may not include windows.h ")
             self.finds(folder + "windows/a.cpp", "#include <unistd.h>\n", "1: may not include unistd.h ")
         self.finds("tests/host/a_posix_test.cpp", "#include <windows.h>\n", "1: may not include windows.h ")
@@ -84,32 +85,36 @@ class Layers(unittest.TestCase):
         self.finds("lvm/frame.cpp", "#include <string.h>\n", "1: may not include string.h ")
 
     def test_an_include_of_a_floor_above_is_found(self):
-        self.finds("lvm/frame.cpp", '#include "platform.h"\n', "1: may not include kelpctl/platform.h ")
+        self.finds("lvm/frame.cpp", '#include "platform.h"\n', "1: may not include kelpctl/terminal/platform.h ")
+        self.finds("kelpctl/terminal/a.cpp", '#include "commands/program.h"\n', "1: may not include kelpctl/commands/")
         self.finds("host/common/a.cpp", '\n#include "orb/lvm.h"\n', "2: may not include lvm/include/orb/lvm.h ")
         self.finds("host/posix/a.cpp", '#include "wsl.h"\n', "1: may not include lvm/wsl.h ")
-        self.finds("host/windows/a.cpp", '#  include "../../kelpctl/platform.h"\n', "1: may not include kelpctl/platf")
+        self.finds("host/windows/a.cpp", '#  include "../../kelpctl/terminal/platform.h"\n',
+                   "1: may not include kelpctl/terminal/platform.h ")
 
     def test_an_include_of_anothers_inside_is_found(self):
         self.finds("lvm/frame.cpp", '#include "pages.h"\n', "1: may not include host/common/pages.h ")
         self.finds("lvm/include/orb/more.h", '#include "wsl.h"\n', "1: may not include lvm/wsl.h ")
         self.finds("host/include/host/a.h", '#include "pages.h"\n', "1: may not include host/common/pages.h ")
-        self.finds("kelpctl/log.cpp", '#include "wsl.h"\n', "1: may not include lvm/wsl.h ")
-        self.finds("kelpctl/log.cpp", '#include "../host/common/pages.h"\n', "1: may not include host/common/pages.h ")
-        self.finds("examples/cpp/host.cpp", '#include "platform.h"\n', "1: may not include kelpctl/platform.h ")
+        self.finds("kelpctl/commands/log.cpp", '#include "wsl.h"\n', "1: may not include lvm/wsl.h ")
+        self.finds("kelpctl/commands/log.cpp", '#include "../../host/common/pages.h"\n',
+                   "1: may not include host/common/pages.h ")
+        self.finds("examples/cpp/host.cpp", '#include "platform.h"\n',
+                   "1: may not include kelpctl/terminal/platform.h ")
 
     def test_a_library_outside_its_one_source_is_found(self):
         self.finds("host/common/diagnostics.cpp", "#include <boost/log/core.hpp>\n#include <boost/log/sinks/a.hpp>\n")
-        for file in ("host/common/array.cpp", "host/posix/a.cpp", "lvm/frame.cpp", "kelpctl/log.cpp"):
+        for file in ("host/common/array.cpp", "host/posix/a.cpp", "lvm/frame.cpp", "kelpctl/commands/log.cpp"):
             self.finds(file, "#include <boost/log/core.hpp>\n", "1: may not include boost/log/core.hpp ")
         self.finds(KNOWS_CLI11, "#include <CLI/CLI.hpp>\n")
-        self.finds("kelpctl/commands.cpp", "#include <CLI/CLI.hpp>\n", "1: may not include CLI/CLI.hpp ")
+        self.finds("kelpctl/commands/commands.cpp", "#include <CLI/CLI.hpp>\n", "1: may not include CLI/CLI.hpp ")
         self.finds("lvm/frame.cpp", "#include <boost/exception/exception.hpp>\n", "1: may not include boost/exception/")
 
     def test_an_include_that_cannot_be_read_is_found(self):
         self.finds("lvm/frame.cpp", "#include HEADER\n", "1: may not include HEADER ")
         self.finds("lvm/frame.cpp", '#include "nowhere.h"\n', "1: may not include nowhere.h ")
         self.finds("lvm/frame.cpp", '#include "vector"\n', "1: may not include vector ")
-        self.finds("kelpctl/log.cpp", "#include <orb/lvm.h>\n", "1: may not include orb/lvm.h ")
+        self.finds("kelpctl/commands/log.cpp", "#include <orb/lvm.h>\n", "1: may not include orb/lvm.h ")
 
     def test_a_folder_without_a_rule_is_found(self):
         for file in ("lvm/deeper/a.h", "host/solaris/a.cpp", "kelpctl/room/a.cpp", "benchmarks/other/a.h"):
@@ -138,14 +143,16 @@ class Circles(unittest.TestCase):
         self.circle({"lvm/a.h": '#include "b.h"\n', "lvm/b.h": '#include "a.h"\n'}, "lvm/a", "lvm/b")
 
     def test_a_circle_through_sources_is_found(self):
-        self.circle({"kelpctl/a.h": "", "kelpctl/a.cpp": '#include "a.h"\n#include "b.h"\n',
-                     "kelpctl/b.h": '#include "c.h"\n', "kelpctl/c.h": "", "kelpctl/c.cpp": '#include "a.h"\n'},
-                    "kelpctl/a", "kelpctl/b", "kelpctl/c")
+        self.circle({"kelpctl/doctor/a.h": "", "kelpctl/doctor/a.cpp": '#include "a.h"\n#include "b.h"\n',
+                     "kelpctl/doctor/b.h": '#include "c.h"\n', "kelpctl/doctor/c.h": "",
+                     "kelpctl/doctor/c.cpp": '#include "a.h"\n'},
+                    "kelpctl/doctor/a", "kelpctl/doctor/b", "kelpctl/doctor/c")
 
     def test_a_circle_through_the_source_of_one_system_is_found(self):
         for system in ("posix", "windows"):
-            self.circle({"kelpctl/a.h": '#include "platform.h"\n',
-                         f"kelpctl/{system}/platform.cpp": '#include "a.h"\n'}, "kelpctl/a", "kelpctl/platform")
+            self.circle({"kelpctl/terminal/a.h": '#include "platform.h"\n',
+                         f"kelpctl/terminal/{system}/platform.cpp": '#include "a.h"\n'},
+                        "kelpctl/terminal/a", "kelpctl/terminal/platform")
             self.circle({"host/common/a.h": '#include "pages.h"\n',
                          f"host/{system}/pages.cpp": '#include "a.h"\n'}, "host/common/a", "host/common/pages")
 

@@ -1,10 +1,11 @@
 #include "examinations.h"
 
 using kelpctl::ArchiveKind;
+using kelpctl::Backend;
 using kelpctl::Ending;
 using kelpctl::Examination;
 using kelpctl::Fate;
-using kelpctl::Reply;
+using kelpctl::Run;
 using kelpctl::Source;
 
 namespace {
@@ -35,25 +36,25 @@ Examination goodInGeneral()
 
 } // namespace
 
-Reply answered(const std::vector<std::string>& arguments, const std::string& output)
+Run answered(const std::vector<std::string>& arguments, const std::string& output)
 {
-    return {Ending::answered, arguments, 0, output, {}};
+    return {Ending::exited, arguments, 0, output, {}, output};
 }
 
-Reply failed(const std::vector<std::string>& arguments, std::int32_t status, const std::string& output)
+Run failed(const std::vector<std::string>& arguments, std::int32_t status, const std::string& output)
 {
-    return {Ending::failed, arguments, status, output, {}};
+    return {Ending::exited, arguments, status, output, {}, output};
 }
 
-Reply timedOut(const std::vector<std::string>& arguments)
+Run timedOut(const std::vector<std::string>& arguments)
 {
-    return {Ending::timedOut, arguments, 137, {}, {}};
+    return {Ending::timedOut, arguments, 137, {}, {}, {}};
 }
 
 Examination goodWsl()
 {
     Examination found = goodInGeneral();
-    found.usesWsl = true;
+    found.backend = Backend::wsl;
     found.archives[0].taken = true;
     found.wsl.lookUp = answered({"where", "wsl.exe"}, std::string(wslPath) + "\n");
     found.wsl.candidates = {{wslPath, Fate::answers, true, answered({wslPath, "-v"}, "WSL version: 2.4.13.0\n")}};
@@ -68,8 +69,8 @@ Examination goodWsl()
 Examination goodDocker()
 {
     Examination found = goodInGeneral();
-    found.usesWsl = false;
-    found.backend = {"--docker", Source::flag};
+    found.backend = Backend::docker;
+    found.backendSetting = {"--docker", Source::flag};
     found.archives[2].taken = true;
     found.docker.lookUp = answered({"where", "docker.exe"}, std::string(dockerPath) + "\n");
     found.docker.candidates = {{dockerPath, Fate::regularFile, true, {}}};
@@ -78,10 +79,10 @@ Examination goodDocker()
     found.docker.engine.clientVersion = "28.0.1";
     found.docker.engine.version = "27.5.1";
     found.docker.engine.system = "linux";
-    found.docker.engineReply = answered({dockerPath, "version"}, "{}");
-    found.docker.imagesReply = answered({dockerPath, "images"}, "");
+    found.docker.engine.answer = answered({dockerPath, "version"}, "{}");
+    found.docker.imageListing = answered({dockerPath, "images"}, "");
     found.docker.images = {{"registry/zqkelp/kelp_hub_r1", "latest", "0123456789ab", "77MB"}};
-    found.docker.containersReply = answered({dockerPath, "ps"}, "");
+    found.docker.containerListing = answered({dockerPath, "ps"}, "");
     found.docker.containers = {{"kelp_hub", "kelp_hub_r1", "running", "Up 3 minutes"}};
     return found;
 }

@@ -1,7 +1,7 @@
 // Examinations of computers on which all is well, for tests to break in one place.
 #pragma once
 
-#include "examination.h"
+#include "doctor/examination.h"
 
 #include <cstdint>
 #include <string>
@@ -11,6 +11,6 @@
 kelpctl::Examination goodWsl();
 kelpctl::Examination goodDocker();
 
-kelpctl::Reply answered(const std::vector<std::string>& arguments, const std::string& output);
-kelpctl::Reply failed(const std::vector<std::string>& arguments, std::int32_t status, const std::string& output);
-kelpctl::Reply timedOut(const std::vector<std::string>& arguments);
+kelpctl::Run answered(const std::vector<std::string>& arguments, const std::string& output);
+kelpctl::Run failed(const std::vector<std::string>& arguments, std::int32_t status, const std::string& output);
+kelpctl::Run timedOut(const std::vector<std::string>& arguments);

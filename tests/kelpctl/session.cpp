@@ -1,6 +1,6 @@
 #include "session.h"
 
-#include "run.h"
+#include "commands/program.h"
 
 #include <boost/json/parse.hpp>
 
@@ -23,18 +23,20 @@ int Session::run(const std::vector<std::string>& arguments)
 {
     std::ostringstream outStream;
     std::ostringstream errorStream;
-    const auto answer = [this](const std::vector<std::string>& program, const auto& /*environment*/) {
+    const auto answer = [this](const std::vector<std::string>& program, const auto& /*environment*/,
+                               const auto& /*folder*/) {
         asked.push_back(joined(program));
         const auto known = answers.find(asked.back());
-        return known == answers.end() ? orb::process::detail::RunResult{127, {}, {}} : known->second;
+        return kelpctl::runOf(program,
+                              known == answers.end() ? orb::process::detail::RunResult{127, {}, {}} : known->second);
     };
     const auto start = [this](const auto& started, const auto& environment) {
         startedArguments = started;
         startedEnvironment = environment;
         return programStatus;
     };
-    kelpctl::Console console{outStream, errorStream, errorIsTerminal, interactive, false, errorColours, answer, start};
-    const int status = kelpctl::run(arguments, console);
+    kelpctl::Console console{outStream, errorStream, errorIsTerminal, interactive, false, errorColours};
+    const int status = kelpctl::run(arguments, console, {answer, start});
     out = outStream.str();
     error = errorStream.str();
     return status;

@@ -7,10 +7,13 @@
 
 #include <boost/json/parse.hpp>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iterator>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -137,6 +140,19 @@ TEST_F(KelpctlOnWsl, ExecWithoutTheDistributionLeadsToSetup)
     EXPECT_THAT(failed.standardError, HasSubstr("error: WSL_FAILED\n"));
     EXPECT_THAT(failed.standardError, HasSubstr("cause: There is no distribution kelp_hub_R2026b.\n"));
     EXPECT_THAT(failed.standardError, HasSubstr("--release R2026b setup\"."));
+}
+
+TEST_F(KelpctlOnWsl, ExecDoesNotMissADistributionThatIsBeingInstalled)
+{
+    tree.install();
+    const EnvironmentVariable slow("WSL_STAND_IN_IMPORT_MS", "3000");
+    std::future<RunResult> setup = std::async(std::launch::async, [this] { return kelpctl({"setup"}); });
+    while (wsl.run({"--list", "--all", "-q"}).standardOutput.empty()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    const RunResult failed = kelpctl({"exec", "--", "uname"});
+    EXPECT_THAT(failed.standardError, HasSubstr("cause: The distribution is being installed, removed or converted.\n"));
+    EXPECT_EQ(setup.get().status, 0);
 }
 
 TEST_F(KelpctlOnWsl, ACauseIsFoundInAForeignLanguageToo)

@@ -62,7 +62,7 @@ TEST_F(Names, TheHubTagWithoutAReleaseIsTheStemTwice)
 
 TEST_F(Names, TheStemIsTheDefaultContainerName)
 {
-    EXPECT_STREQ(detail::hubName, "kelp_hub");
+    EXPECT_STREQ(hubName, "kelp_hub");
 }
 
 class TarsDirectory : public HostTest {};

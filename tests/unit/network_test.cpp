@@ -1,6 +1,7 @@
 // The host's address on the WSL network.
 #include "host_test.h"
 
+#include "rules.h"
 #include "wsl.h"
 
 #include <stdexcept>

@@ -94,6 +94,16 @@ struct ZQORB_LVM_TAG WSL_CANNOT_IMPORT_TAR_FILE {
 
 namespace orb::lvm {
 
+// The stem of all default names, and the default container name as it stands.
+inline constexpr char hubName[] = "kelp_hub";
+
+// The files that importFromTarIfNecessary() looks for in getContainerTarsDirectory(): the archives of a root file system
+// and of a saved image, each packed and as it is.
+inline constexpr char16_t packedDistroArchive[] = u"kelp_hub_distro.tar.gz";
+inline constexpr char16_t distroArchive[] = u"kelp_hub_distro.tar";
+inline constexpr char16_t packedImageArchive[] = u"kelp_hub_docker.tar.gz";
+inline constexpr char16_t imageArchive[] = u"kelp_hub_docker.tar";
+
 // Makes the environment exist: does nothing when the distribution or image is there, otherwise creates it from an
 // archive. Under WSL, when the distribution is there but stopped and the host has no address on the WSL network, the
 // default distribution is started, whichever was asked for, and the address waited for, at most 0.3 s.

@@ -1,0 +1,34 @@
+// Questions to the Docker client that change nothing.
+#pragma once
+
+#include "asking/programs.h"
+
+#include <string>
+
+namespace kelpctl {
+
+struct DockerEngine {
+    // What the client and the engine tell about themselves, empty when they do not.
+    std::string clientVersion;
+    std::string version;
+    // "linux", or "windows" for an engine that runs Windows containers.
+    std::string system;
+    Run answer;
+
+    bool reachable() const { return answer.succeeded(); }
+};
+
+DockerEngine askEngine(const Programs& programs, const std::string& client);
+
+enum class ContainerState { unknown, missing, stopped, paused, running };
+
+// The state of the container of that name. Unknown when the engine does not answer.
+ContainerState askContainer(const Programs& programs, const std::string& client, const std::string& container);
+
+// Whether the engine has an image of that name. False as well when the engine does not answer.
+bool imageExists(const Programs& programs, const std::string& client, const std::string& image);
+
+// Whether the image names a program that its containers run.
+bool imageHasProgram(const Programs& programs, const std::string& client, const std::string& image);
+
+} // namespace kelpctl

@@ -1,0 +1,70 @@
+#include "asking/journal.h"
+
+#include "terminal/interruption.h"
+
+#include <exception>
+
+namespace kelpctl {
+
+using orb::process::detail::observeRuns;
+using Clock = std::chrono::steady_clock;
+
+RunJournal::RunJournal() : before_(observeRuns(this)) {}
+
+RunJournal::~RunJournal()
+{
+    observeRuns(before_);
+}
+
+void RunJournal::limitEachRun(std::chrono::milliseconds limit)
+{
+    const std::scoped_lock lock(mutex_);
+    limit_ = limit;
+}
+
+std::vector<Run> RunJournal::runs() const
+{
+    const std::scoped_lock lock(mutex_);
+    return runs_;
+}
+
+std::string RunJournal::current() const
+{
+    const std::scoped_lock lock(mutex_);
+    return current_.empty() ? std::string() : current_.begin()->second.label;
+}
+
+void RunJournal::started(const std::vector<std::string>& arguments)
+{
+    if (interrupted()) {
+        throw Interrupted();
+    }
+    const std::scoped_lock lock(mutex_);
+    const Clock::time_point deadline = limit_ ? Clock::now() + *limit_ : Clock::time_point::max();
+    current_.insert_or_assign(std::this_thread::get_id(), Current{shortCommand(arguments), deadline, false});
+}
+
+bool RunJournal::endWanted()
+{
+    const std::scoped_lock lock(mutex_);
+    Current& current = current_[std::this_thread::get_id()];
+    current.terminated = current.terminated || Clock::now() >= current.deadline || interrupted();
+    return current.terminated;
+}
+
+// A journal that cannot be kept for want of memory is a journal with a gap.
+void RunJournal::ended(const std::vector<std::string>& arguments,
+                       const orb::process::detail::RunResult* result) noexcept
+{
+    try {
+        const std::scoped_lock lock(mutex_);
+        const auto current = current_.find(std::this_thread::get_id());
+        const bool terminated = current != current_.end() && current->second.terminated;
+        current_.erase(std::this_thread::get_id());
+        runs_.push_back(result == nullptr ? runThatDidNotStart(arguments, {})
+                                          : runOf(arguments, *result, endingOf(terminated)));
+    } catch (const std::exception&) {
+    }
+}
+
+} // namespace kelpctl

@@ -1,0 +1,58 @@
+// What ran in this process, the library's programs and kelpctl's own.
+#pragma once
+
+#include "asking/run.h"
+
+#include <chrono>
+#include <map>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+namespace kelpctl {
+
+// What keeps a program from being started once the user has interrupted kelpctl.
+class Interrupted : public std::runtime_error {
+public:
+    Interrupted() : std::runtime_error("interrupted") {}
+};
+
+// Keeps the runs of this process while it lives, one at a time of its kind. A run is ended when it takes longer than the
+// time limit, or when the user interrupts kelpctl; after that none is started (Interrupted is thrown). Any thread.
+class RunJournal : public orb::process::detail::RunObserver {
+public:
+    RunJournal();
+    ~RunJournal() override;
+
+    RunJournal(const RunJournal&) = delete;
+    RunJournal& operator=(const RunJournal&) = delete;
+
+    // For the runs that start from now on; there is none at first.
+    void limitEachRun(std::chrono::milliseconds limit);
+
+    // Those that have ended, in the order in which they ended.
+    std::vector<Run> runs() const;
+
+    // What this process waits for: the command line that runs now, shortened. Empty when there is none.
+    std::string current() const;
+
+    void started(const std::vector<std::string>& arguments) override;
+    bool endWanted() override;
+    void ended(const std::vector<std::string>& arguments,
+               const orb::process::detail::RunResult* result) noexcept override;
+
+private:
+    struct Current {
+        std::string label;
+        std::chrono::steady_clock::time_point deadline;
+        bool terminated = false;
+    };
+
+    mutable std::mutex mutex_;
+    std::optional<std::chrono::milliseconds> limit_;
+    std::map<std::thread::id, Current> current_;
+    std::vector<Run> runs_;
+    RunObserver* before_;
+};
+
+} // namespace kelpctl

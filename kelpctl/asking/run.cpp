@@ -1,0 +1,56 @@
+#include "asking/run.h"
+
+#include "terminal/interruption.h"
+#include "terminal/text.h"
+
+#include "host/text.h"
+
+#include <algorithm>
+
+namespace kelpctl {
+
+using foundation::core::text::readable;
+
+Run runOf(const std::vector<std::string>& arguments, const orb::process::detail::RunResult& result, Ending ending)
+{
+    return {ending,
+            arguments,
+            result.status,
+            readable(result.standardOutput),
+            readable(result.standardError),
+            result.standardOutput};
+}
+
+Run runThatDidNotStart(const std::vector<std::string>& arguments, const std::string& reason)
+{
+    return {Ending::notStarted, arguments, std::nullopt, {}, readable(reason), {}};
+}
+
+Ending endingOf(bool terminated)
+{
+    if (!terminated) {
+        return Ending::exited;
+    }
+    return interrupted() ? Ending::interrupted : Ending::timedOut;
+}
+
+std::optional<Run> tellingRun(const std::vector<Run>& runs)
+{
+    const auto failed = std::find_if(runs.rbegin(), runs.rend(), [](const Run& run) { return !run.succeeded(); });
+    if (failed != runs.rend()) {
+        return *failed;
+    }
+    return runs.empty() ? std::nullopt : std::optional(runs.back());
+}
+
+std::string shortCommand(const std::vector<std::string>& arguments)
+{
+    constexpr std::size_t shown = 3;
+    std::string text;
+    for (std::size_t index = 0; index < std::min(shown, arguments.size()); ++index) {
+        text += (index == 0 ? "" : " ") + (index == 0 ? fileName(arguments[index]) : arguments[index]);
+    }
+    return text;
+}
+
+} // namespace kelpctl

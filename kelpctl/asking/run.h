@@ -1,0 +1,54 @@
+// Child programs that ran on kelpctl's behalf, whoever started them: the one shape of what came of them.
+#pragma once
+
+#include "host/process.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelpctl {
+
+enum class Ending {
+    notAsked,
+    exited,
+    notStarted,
+    // It was ended because it took longer than the time limit, or because the user interrupted kelpctl.
+    timedOut,
+    interrupted,
+};
+
+struct Run {
+    Ending ending = Ending::notAsked;
+    std::vector<std::string> arguments;
+    // Nothing when the program was not started.
+    std::optional<std::int32_t> status;
+    // What it printed, readable UTF-8. For one that was not started `error` says why, where that is known.
+    std::string output;
+    std::string error;
+    // Standard output byte for byte, for the paths in it.
+    std::string captured;
+    // The streams were the user's own; what went there is not known.
+    bool attached = false;
+
+    bool asked() const { return ending != Ending::notAsked; }
+    bool succeeded() const { return ending == Ending::exited && status == 0; }
+};
+
+// The only place where captured bytes become text.
+Run runOf(const std::vector<std::string>& arguments, const orb::process::detail::RunResult& result,
+          Ending ending = Ending::exited);
+Run runThatDidNotStart(const std::vector<std::string>& arguments, const std::string& reason);
+
+// How a program ended that was, or was not, ended on request.
+Ending endingOf(bool terminated);
+
+// The run that tells most about a failure: the last one that failed, or else the last one. Looking for a program is no
+// failure when another way of looking has found one.
+std::optional<Run> tellingRun(const std::vector<Run>& runs);
+
+// "wsl.exe --import kelp_hub": the program's file name and the first arguments that say what it does.
+std::string shortCommand(const std::vector<std::string>& arguments);
+
+} // namespace kelpctl

@@ -1,0 +1,134 @@
+#include "commands/command_line.h"
+
+#include "commands/command_texts.h"
+#include "commands/parser.h"
+#include "commands/suggestions.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+namespace kelpctl {
+namespace {
+
+constexpr char endOfOptions[] = "--";
+
+// The parser takes "--name=" for a flag whose value is still to come.
+std::vector<std::string> withEmptyValuesApart(const std::vector<std::string>& arguments)
+{
+    std::vector<std::string> result;
+    bool optionsEnded = false;
+    for (const std::string& argument : arguments) {
+        optionsEnded = optionsEnded || argument == endOfOptions;
+        if (!optionsEnded && argument.size() > 3 && argument.starts_with("--") && argument.ends_with('=')) {
+            result.push_back(argument.substr(0, argument.size() - 1));
+            result.emplace_back();
+        } else {
+            result.push_back(argument);
+        }
+    }
+    return result;
+}
+
+void addVariable(Request& request, const std::string& text)
+{
+    const std::size_t equals = text.find('=');
+    if (equals == 0 || equals == std::string::npos || text.front() == '/') {
+        // A name of nothing but a flag ("/p") is none. The text stays out of the message: it may be a secret.
+        throw UsageError(request.command, "-e takes NAME=VALUE.");
+    }
+    request.environment.insert_or_assign(text.substr(0, equals), text.substr(equals + 1));
+}
+
+Request finished(ParsedLine&& line)
+{
+    Request request = std::move(line.request);
+    if (line.wsl) {
+        request.backend = Backend::wsl;
+    } else if (line.docker) {
+        request.backend = Backend::docker;
+    }
+    if (!line.log.empty()) {
+        request.log = line.log == "detail" ? LogLevel::detail : LogLevel::error;
+    }
+    request.timeLimit = std::chrono::seconds(line.timeLimit);
+    for (const std::string& variable : line.variables) {
+        addVariable(request, variable);
+    }
+    return request;
+}
+
+std::string requiredHelp(const std::string& command)
+{
+    if (std::optional<std::string> text = helpOn(command)) {
+        return *std::move(text);
+    }
+    throw UsageError("help", noSuchCommand(command));
+}
+
+Request parseWith(const std::vector<std::string>& arguments)
+{
+    ParsedLine line = parse(withEmptyValuesApart(arguments));
+    std::string& command = line.request.command;
+    if (line.help) {
+        command = "help";
+    } else if (line.version) {
+        command = "version";
+    } else if (command.empty()) {
+        throw UsageError({}, "A command is required.");
+    } else if (command == "help") {
+        line.request.helpText = requiredHelp(line.helpOn);
+    }
+    return finished(std::move(line));
+}
+
+void requireWhatBelongsTogether(const Request& request)
+{
+    if (request.command == "provision" && request.rootFs && request.name.empty()) {
+        throw UsageError(request.command, "--root-fs needs --name: a root file system has no image name of its own.");
+    }
+    if (request.command == "exec" && (request.program.empty() || request.program.front().empty())) {
+        throw UsageError(request.command, "A program is required, with \"--\" in front of it.");
+    }
+}
+
+} // namespace
+
+Request parseCommandLine(const std::vector<std::string>& arguments)
+{
+    const auto mark = std::find(arguments.begin(), arguments.end(), endOfOptions);
+    // What stands behind the mark is kept away from the parser, which would give some texts a meaning.
+    Request request = parseWith({arguments.begin(), mark});
+    if (mark != arguments.end() && takesProgram(request.command)) {
+        request.program.assign(std::next(mark), arguments.end());
+    } else if (mark != arguments.end()) {
+        request = parseWith(arguments);
+    }
+    requireWhatBelongsTogether(request);
+    return request;
+}
+
+bool asksForJson(const std::vector<std::string>& arguments)
+{
+    const auto mark = std::find(arguments.begin(), arguments.end(), endOfOptions);
+    return std::find(arguments.begin(), mark, "--json") != mark;
+}
+
+std::optional<std::string> askedLanguage(const std::vector<std::string>& arguments)
+{
+    constexpr std::string_view flag = "--language";
+    for (std::size_t index = 0; index < arguments.size() && arguments[index] != endOfOptions; ++index) {
+        const std::string& argument = arguments[index];
+        if (argument == flag && index + 1 < arguments.size()) {
+            return arguments[index + 1];
+        }
+        if (argument.starts_with(std::string(flag) + "=")) {
+            return argument.substr(flag.size() + 1);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace kelpctl

@@ -1,0 +1,138 @@
+#include "commands/program.h"
+
+#include "commands/command_line.h"
+#include "commands/commands.h"
+#include "commands/exec.h"
+#include "commands/log.h"
+#include "failure/advice.h"
+#include "failure/output.h"
+#include "request/backend.h"
+#include "terminal/platform.h"
+#include "terminal/text.h"
+
+#include "host/configuration.h"
+
+#include <iostream>
+
+namespace kelpctl {
+namespace {
+
+void configureHost(const Request& request)
+{
+    foundation::core::config::Configuration configuration = foundation::core::config::configuration();
+    if (request.root) {
+        configuration.installationRoot = request.root;
+    }
+    if (request.release) {
+        configuration.release = request.release;
+    }
+    configuration.channelMasks["orb"] = channelMask(request.log);
+    foundation::core::config::configure(configuration);
+}
+
+// The language comes first of all: a command line that means nothing is answered in it, too.
+void configureLanguage(const std::vector<std::string>& arguments)
+{
+    foundation::core::config::Configuration configuration = foundation::core::config::configuration();
+    const std::optional<std::string> asked = askedLanguage(arguments);
+    configuration.language = asked ? *asked : systemLanguage();
+    foundation::core::config::configure(configuration);
+}
+
+// A language of the system's without a translation is no reason for a word; one that was asked for is.
+void warnOfLanguage(const Context& context)
+{
+    const std::string language = context.request.language.value_or("");
+    if (!hasCatalogue(language)) {
+        context.console.error << "kelpctl: resources/kelpctl." << escaped(language)
+                              << ".json is missing or broken; kelpctl's own messages are in English.\n";
+    }
+}
+
+int finish(bool json, Console& console, const std::string& command, const Outcome& outcome)
+{
+    if (json) {
+        writeJson(console, command, outcome);
+    } else {
+        writeText(console, command, outcome);
+    }
+    if (!console.out) {
+        writeText(console, command, {{}, nullptr, makeReport(Failure("OUTPUT_NOT_WRITABLE"), {}, std::nullopt, {})});
+        return statusFailed;
+    }
+    return outcome.failure ? outcome.failure->status : statusDone;
+}
+
+int runRequest(const Context& context)
+{
+    const Request& request = context.request;
+    selectBackend(request.backend);
+    // The sink comes before the levels: a record must not go where no sink is.
+    const Log log(request, context.console.error);
+    configureHost(request);
+    warnOfLanguage(context);
+    if (request.command == "exec") {
+        return runInside(context);
+    }
+    return finish(request.json, context.console, request.command, perform(context));
+}
+
+int fail(bool json, const Context& context, const std::string& command, const std::exception_ptr& error)
+{
+    return finish(json, context.console, command, {{}, nullptr, reportOf(error, context)});
+}
+
+// Whether text that goes there may be coloured: never when the user has said no.
+bool mayColour(StandardStream stream)
+{
+    return environmentVariable("NO_COLOR").value_or("").empty() && environmentVariable("TERM").value_or("") != "dumb" &&
+           showsColours(stream);
+}
+
+Console processConsole()
+{
+    const bool errorIsTerminal = isTerminal(StandardStream::error);
+    const bool interactive = errorIsTerminal && isTerminal(StandardStream::input) && isTerminal(StandardStream::output);
+    return {std::cout,
+            std::cerr,
+            errorIsTerminal,
+            interactive,
+            mayColour(StandardStream::output),
+            mayColour(StandardStream::error)};
+}
+
+} // namespace
+
+int run(const std::vector<std::string>& arguments, Console& console, const Programs& programs)
+{
+    RunJournal journal;
+    Request request;
+    const Context context{request, console, programs, journal};
+    try {
+        configureLanguage(arguments);
+        request = parseCommandLine(arguments);
+    } catch (const UsageError& error) {
+        return fail(asksForJson(arguments), context, error.command(), std::current_exception());
+    } catch (...) {
+        return fail(asksForJson(arguments), context, {}, std::current_exception());
+    }
+    try {
+        return runRequest(context);
+    } catch (...) {
+        return fail(request.json, context, request.command, std::current_exception());
+    }
+}
+
+int runProgram(int argc, const char* const argv[])
+{
+    Console console = processConsole();
+    const Programs programs = systemPrograms();
+    try {
+        return run(programArguments(argc, argv), console, programs);
+    } catch (...) {
+        RunJournal journal;
+        return fail(false, {{}, console, programs, journal}, {}, std::current_exception());
+    }
+}
+
+} // namespace kelpctl

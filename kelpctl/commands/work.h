@@ -1,0 +1,15 @@
+// Work that takes a while.
+#pragma once
+
+#include "request/context.h"
+
+#include <functional>
+
+namespace kelpctl {
+
+// Does `step` with a progress line, where there is a terminal for it, and ends it on Ctrl-C: Failure("INTERRUPTED") is
+// thrown then. The library reports a failed registry pull on std::cout, where only results belong; it is shown on
+// standard error when the progress line is gone.
+void work(const Context& context, const std::function<void()>& step);
+
+} // namespace kelpctl

@@ -1,0 +1,185 @@
+#include "doctor/archives.h"
+
+#include "lvm/rules.h"
+
+#include "host/files.h"
+#include "host/text.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <system_error>
+
+namespace kelpctl {
+namespace {
+
+using namespace std::string_view_literals;
+namespace rules = orb::lvm::detail;
+
+struct Magic {
+    std::string_view bytes;
+    ArchiveKind kind;
+};
+
+constexpr std::array magics = {
+    Magic{"\x1f\x8b"sv, ArchiveKind::gzip},
+    Magic{"\xfd"
+          "7zXZ\0"sv,
+          ArchiveKind::xz},
+    Magic{"BZh"sv, ArchiveKind::bzip2},
+    Magic{"\x28\xb5\x2f\xfd"sv, ArchiveKind::zstd},
+    Magic{"PK\x03\x04"sv, ArchiveKind::zip},
+    Magic{"PK\x05\x06"sv, ArchiveKind::zip},
+};
+
+unsigned int valueOf(char byte)
+{
+    return static_cast<unsigned char>(byte);
+}
+
+// The header of a tar archive's first entry holds the sum of its own bytes, in octal; where the sum stands, blanks count.
+// So archives of the oldest kind are known as well, which have no magic word.
+bool startsTar(std::string_view head)
+{
+    constexpr std::size_t sumPosition = 148;
+    constexpr std::size_t sumLength = 8;
+    if (head.size() < headSize || head.front() == '\0') {
+        return false;
+    }
+    unsigned int sum = 0;
+    for (std::size_t index = 0; index < headSize; ++index) {
+        const bool inSum = index >= sumPosition && index < sumPosition + sumLength;
+        sum += inSum ? valueOf(' ') : valueOf(head[index]);
+    }
+    unsigned int stated = 0;
+    for (const char digit : head.substr(sumPosition, sumLength)) {
+        if (digit >= '0' && digit <= '7') {
+            stated = stated * 8 + valueOf(digit) - valueOf('0');
+        }
+    }
+    return sum == stated;
+}
+
+bool isText(std::string_view head)
+{
+    return std::all_of(head.begin(), head.end(), [](char character) {
+        return valueOf(character) >= 0x20 || character == '\n' || character == '\r' || character == '\t';
+    });
+}
+
+std::string headOf(const std::filesystem::path& file, bool& read)
+{
+    std::ifstream stream(file, std::ios::binary);
+    std::string head(headSize, '\0');
+    stream.read(head.data(), static_cast<std::streamsize>(head.size()));
+    read = stream.is_open() && !stream.bad() && (stream || stream.eof());
+    head.resize(static_cast<std::size_t>(stream.gcount()));
+    return head;
+}
+
+// A pipe or a device is not opened: reading it could take for ever.
+ArchiveKind kindOfFile(const std::filesystem::path& file)
+{
+    if (!foundation::core::path::is_regular_file(file)) {
+        return ArchiveKind::notAFile;
+    }
+    bool read = false;
+    const std::string head = headOf(file, read);
+    return read ? kindOf(head) : ArchiveKind::notReadable;
+}
+
+void take(std::vector<Archive>& archives, const rules::DefaultArchives& names)
+{
+    for (const char16_t* name : {names.preferred, names.other}) {
+        for (Archive& archive : archives) {
+            if (archive.name == archiveName(name) && archive.present) {
+                archive.taken = true;
+                return;
+            }
+        }
+    }
+}
+
+} // namespace
+
+ArchiveKind kindOf(std::string_view head)
+{
+    if (head.empty()) {
+        return ArchiveKind::empty;
+    }
+    const auto known = std::find_if(magics.begin(), magics.end(),
+                                    [head](const Magic& magic) { return head.starts_with(magic.bytes); });
+    if (known != magics.end()) {
+        return known->kind;
+    }
+    if (startsTar(head)) {
+        return ArchiveKind::tar;
+    }
+    return isText(head) ? ArchiveKind::text : ArchiveKind::unknown;
+}
+
+const char* kindName(ArchiveKind kind)
+{
+    switch (kind) {
+    case ArchiveKind::missing:
+        return "missing";
+    case ArchiveKind::empty:
+        return "empty";
+    case ArchiveKind::tar:
+        return "tar";
+    case ArchiveKind::gzip:
+        return "gzip";
+    case ArchiveKind::xz:
+        return "xz";
+    case ArchiveKind::bzip2:
+        return "bzip2";
+    case ArchiveKind::zstd:
+        return "zstd";
+    case ArchiveKind::zip:
+        return "zip";
+    case ArchiveKind::text:
+        return "text";
+    case ArchiveKind::unknown:
+        return "unknown";
+    case ArchiveKind::notAFile:
+        return "not a file";
+    case ArchiveKind::notReadable:
+        break;
+    }
+    return "not readable";
+}
+
+Archive lookAt(const std::filesystem::path& folder, const std::string& name)
+{
+    const std::filesystem::path file = folder / std::filesystem::path(foundation::core::text::cvt_utf8_ustring(name));
+    Archive archive;
+    archive.name = name;
+    try {
+        archive.present = foundation::core::path::exists(file);
+        archive.kind = archive.present ? kindOfFile(file) : ArchiveKind::missing;
+    } catch (const std::filesystem::filesystem_error&) {
+        archive.kind = ArchiveKind::notReadable;
+    }
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
+    archive.size = error ? 0 : size;
+    return archive;
+}
+
+std::string archiveName(const char16_t* name)
+{
+    return foundation::core::text::cvt_ustring_utf8(name);
+}
+
+std::vector<Archive> lookAtArchives(const std::filesystem::path& folder, const rules::DefaultArchives& names)
+{
+    std::vector<Archive> archives;
+    for (const char16_t* name : {orb::lvm::packedDistroArchive, orb::lvm::distroArchive, orb::lvm::packedImageArchive,
+                                 orb::lvm::imageArchive}) {
+        archives.push_back(lookAt(folder, archiveName(name)));
+    }
+    take(archives, names);
+    return archives;
+}
+
+} // namespace kelpctl

@@ -1,0 +1,139 @@
+#include "failure/causes.h"
+
+#include "asking/docker.h"
+#include "failure/advice.h"
+#include "request/backend.h"
+#include "request/names.h"
+
+#include "lvm/commands.h"
+
+#include <array>
+
+namespace kelpctl {
+namespace {
+
+namespace rules = orb::lvm::detail;
+
+// What Windows' own wsl.exe answers when there is no WSL behind it.
+constexpr std::array<std::int32_t, 2> notInstalled = {1, 50};
+
+std::string causeOfStart(const Run& run, const Context& context, const std::string& client)
+{
+    const Names names = namesOf(context.request);
+    switch (askContainer(context.programs, client, names.container)) {
+    case ContainerState::running:
+        return "CONTAINER_RUNS_ALREADY";
+    case ContainerState::paused:
+        return "CONTAINER_PAUSED";
+    case ContainerState::unknown:
+        return "DOCKER_ENGINE_NOT_REACHABLE";
+    case ContainerState::stopped:
+        // The engine makes the container before it finds that the image's program cannot be run.
+        if (run.status == dockerRefused) {
+            return "CONTAINER_EXISTS";
+        }
+        break;
+    case ContainerState::missing:
+        break;
+    }
+    if (!imageExists(context.programs, client, names.image)) {
+        return "IMAGE_MISSING";
+    }
+    if (!imageHasProgram(context.programs, client, names.image)) {
+        return "IMAGE_WITHOUT_PROGRAM";
+    }
+    const std::int32_t status = run.status.value_or(dockerRefused);
+    return status == dockerNotExecutable ? "PROGRAM_NOT_EXECUTABLE"
+           : status == dockerNotFound    ? "PROGRAM_NOT_FOUND"
+                                         : "DOCKER_REFUSED";
+}
+
+std::string causeOfDockerFailure(const std::string& identifier, const Run& run, const Context& context)
+{
+    const std::string& client = run.arguments.front();
+    if (identifier == "DOCKER_NOT_AVAILABLE" || rules::commandOf(run.arguments) == rules::Command::dockerLookUp) {
+        return {};
+    }
+    if (identifier != "CONTAINER_NOT_STOPPED" && !isDockerName(namesOf(context.request).image)) {
+        return "DOCKER_NAME_INVALID";
+    }
+    if (identifier == "CONTAINER_NOT_STARTED") {
+        return causeOfStart(run, context, client);
+    }
+    return askEngine(context.programs, client).reachable() ? std::string() : "DOCKER_ENGINE_NOT_REACHABLE";
+}
+
+} // namespace
+
+std::string codeOf(const Run& run)
+{
+    return wslCodePath(run.output + "\n" + run.error);
+}
+
+std::string causeOfWslStatus(const Run& run)
+{
+    if (!run.status) {
+        return {};
+    }
+    if (const std::string_view known = causeOfWslCode(codeOf(run)); !known.empty()) {
+        return std::string(known);
+    }
+    if (run.status == noSuchProgram) {
+        return "WSL_NOT_FOUND";
+    }
+    for (const std::int32_t status : notInstalled) {
+        if (run.status == status) {
+            return "WSL_NOT_INSTALLED";
+        }
+    }
+    return {};
+}
+
+std::string causeOf(const std::string& identifier, const std::optional<Run>& run, const Context& context)
+{
+    if (identifier == "IMAGE_NOT_EXIST" && !isDockerName(namesOf(context.request).image)) {
+        return "DOCKER_NAME_INVALID";
+    }
+    if (!run || run->succeeded()) {
+        return {};
+    }
+    if (run->ending == Ending::timedOut) {
+        return "TOOL_HANGS";
+    }
+    // The check speaks of WSL, whichever backend is selected.
+    switch (identifier == "WSL_NOT_USABLE" ? Backend::wsl : selectedBackend()) {
+    case Backend::wsl:
+        break;
+    case Backend::docker:
+        return causeOfDockerFailure(identifier, *run, context);
+    }
+    return causeOfWslStatus(*run);
+}
+
+std::string causeOfInterruption(const std::optional<Run>& run)
+{
+    switch (run ? rules::commandOf(run->arguments) : rules::Command::other) {
+    case rules::Command::wslImport:
+        return "IMPORT_LEFT";
+    case rules::Command::dockerLoad:
+    case rules::Command::dockerImport:
+    case rules::Command::dockerPull:
+    case rules::Command::dockerTag:
+        return "IMAGE_LEFT";
+    case rules::Command::dockerRun:
+        return "CONTAINER_LEFT";
+    case rules::Command::wslUnregister:
+    case rules::Command::image:
+    case rules::Command::container:
+        return "REMOVAL_LEFT";
+    default:
+        return {};
+    }
+}
+
+std::string importFolder(const std::optional<Run>& run)
+{
+    return run ? rules::importFolderOf(run->arguments) : std::string();
+}
+
+} // namespace kelpctl

@@ -1,0 +1,37 @@
+// What is behind a failure: by the status and the code of the program that failed, and by asking further. Never by the
+// words that a program printed, which are in the user's language.
+#pragma once
+
+#include "request/context.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace kelpctl {
+
+// What Docker's client ends with when no program ran, it could not be executed, or it was not found. A program may end
+// with these as well.
+inline constexpr std::int32_t dockerRefused = 125;
+inline constexpr std::int32_t dockerNotExecutable = 126;
+inline constexpr std::int32_t dockerNotFound = 127;
+
+// The process service's status for a program that does not exist.
+inline constexpr std::int32_t noSuchProgram = 127;
+
+// The key of the cause's advice, empty when there is nothing more to say.
+std::string causeOf(const std::string& identifier, const std::optional<Run>& run, const Context& context);
+
+// What an interrupted run may have left behind.
+std::string causeOfInterruption(const std::optional<Run>& run);
+
+// The folder that an import was given.
+std::string importFolder(const std::optional<Run>& run);
+
+// The code path in what a program printed; empty when there is none.
+std::string codeOf(const Run& run);
+
+// Why `wsl.exe` failed at something else than running a program.
+std::string causeOfWslStatus(const Run& run);
+
+} // namespace kelpctl

@@ -1,0 +1,80 @@
+#include "terminal/platform.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kelpctl {
+
+std::vector<std::string> programArguments(int argc, const char* const argv[])
+{
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>{};
+}
+
+std::optional<std::string> environmentVariable(const std::string& name)
+{
+    const char* value = std::getenv(name.c_str());
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+void setEnvironmentVariable(const std::string& name, const std::string& value)
+{
+    if (setenv(name.c_str(), value.c_str(), 1) != 0) {
+        throw std::system_error(errno, std::generic_category(), "cannot set " + name);
+    }
+}
+
+bool isTerminal(StandardStream stream)
+{
+    switch (stream) {
+    case StandardStream::input:
+        return isatty(STDIN_FILENO) == 1;
+    case StandardStream::output:
+        return isatty(STDOUT_FILENO) == 1;
+    case StandardStream::error:
+        break;
+    }
+    return isatty(STDERR_FILENO) == 1;
+}
+
+bool showsColours(StandardStream stream)
+{
+    return isTerminal(stream);
+}
+
+bool mayWriteInto(const std::filesystem::path& folder)
+{
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+// The first of the locale's variables that is set decides, "de_DE.UTF-8" being German. "C" and "POSIX" are no language.
+std::string systemLanguage()
+{
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const std::string locale = environmentVariable(variable).value_or("");
+        if (!locale.empty()) {
+            const std::string code = locale.substr(0, locale.find_first_of("_.@"));
+            return code == "C" || code == "POSIX" ? std::string() : code;
+        }
+    }
+    return {};
+}
+
+// Exit statuses have eight bits here: -1 and 255 are one.
+std::int32_t wslFailureStatus()
+{
+    return 255;
+}
+
+bool wslFailureIsAmbiguous()
+{
+    return true;
+}
+
+StandardStreams::StandardStreams() = default;
+StandardStreams::~StandardStreams() = default;
+
+} // namespace kelpctl

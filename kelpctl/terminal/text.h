@@ -1,0 +1,31 @@
+// Text for people and logs.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelpctl {
+
+// Control characters written out: \n, \r, \t, any other as \xNN. The result stays on one line, and a terminal obeys
+// nothing in it.
+std::string escaped(std::string_view text);
+
+// The lines of a text, each escaped, without blank lines at the end.
+std::vector<std::string> displayLines(std::string_view text);
+
+// The last part of a path of either system.
+std::string fileName(const std::string& path);
+
+// "0x0000007D": the 32 bits of a status.
+std::string hexadecimal(std::int32_t status);
+
+// `text` with each occurrence of each secret replaced by "***". Empty secrets are ignored.
+std::string redacted(std::string_view text, const std::vector<std::string>& secrets);
+
+// UTF-8 as it is. For anything else U+FFFD: one for the longest beginning of a sequence that could have become
+// well-formed, one for each byte that begins none.
+std::string wellFormed(std::string_view text);
+
+} // namespace kelpctl

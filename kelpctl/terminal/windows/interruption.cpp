@@ -1,0 +1,58 @@
+#include "terminal/interruption.h"
+
+#include "terminal/windows/console_events.h"
+
+#include <atomic>
+
+#include <windows.h>
+
+namespace kelpctl {
+namespace {
+
+std::atomic<bool> wasInterrupted{false};
+
+BOOL give(const EventAnswer& answer)
+{
+    if (answer.interrupts) {
+        wasInterrupted = true;
+    }
+    if (answer.patience.count() > 0) {
+        Sleep(static_cast<DWORD>(answer.patience.count()));
+    }
+    return answer.handled ? TRUE : FALSE;
+}
+
+BOOL WINAPI endWork(DWORD event)
+{
+    return give(answerAtWork(event, wasInterrupted));
+}
+
+BOOL WINAPI leaveToProgram(DWORD event)
+{
+    return give(answerForProgram(event));
+}
+
+} // namespace
+
+struct Interruption::State {
+    PHANDLER_ROUTINE handler;
+};
+
+bool interrupted() noexcept
+{
+    return wasInterrupted;
+}
+
+Interruption::Interruption(Meaning meaning)
+    : state_(std::make_unique<State>(State{meaning == Meaning::endWork ? endWork : leaveToProgram}))
+{
+    wasInterrupted = false;
+    SetConsoleCtrlHandler(state_->handler, TRUE);
+}
+
+Interruption::~Interruption()
+{
+    SetConsoleCtrlHandler(state_->handler, FALSE);
+}
+
+} // namespace kelpctl
