@@ -57,17 +57,6 @@ std::u16string withoutSeparatorAtEnd(std::u16string text)
     return text;
 }
 
-char16_t lowerCase(char16_t letter)
-{
-    return letter >= u'A' && letter <= u'Z' ? static_cast<char16_t>(letter - u'A' + u'a') : letter;
-}
-
-// Windows finds files whatever the case of their names, and gives a library's path as whoever loaded it wrote it.
-bool sameInFileNames(char16_t left, char16_t right)
-{
-    return left == right || (nativeSeparator == backslash && lowerCase(left) == lowerCase(right));
-}
-
 bool endsWith(std::u16string_view folder, std::u16string_view end)
 {
     return folder.size() >= end.size() && std::equal(end.rbegin(), end.rend(), folder.rbegin(), sameInFileNames);

@@ -11,6 +11,11 @@ namespace foundation::core::path {
 
 const char16_t nativeSeparator = u'/';
 
+bool sameInFileNames(char16_t left, char16_t right)
+{
+    return left == right;
+}
+
 std::u16string libraryFolder()
 {
     Dl_info info{};

@@ -18,6 +18,11 @@ HMODULE thisModule()
     return GetModuleHandleExW(flags, address, &module) != 0 ? module : nullptr;
 }
 
+char16_t lowerCase(char16_t letter)
+{
+    return letter >= u'A' && letter <= u'Z' ? static_cast<char16_t>(letter - u'A' + u'a') : letter;
+}
+
 // The module's file name; paths may be longer than MAX_PATH.
 std::wstring moduleFileName(HMODULE module)
 {
@@ -33,6 +38,12 @@ std::wstring moduleFileName(HMODULE module)
 }
 
 } // namespace
+
+// Files are found whatever the case of their names, and a library's path is as whoever loaded it wrote it.
+bool sameInFileNames(char16_t left, char16_t right)
+{
+    return lowerCase(left) == lowerCase(right);
+}
 
 std::u16string libraryFolder()
 {
