@@ -102,7 +102,7 @@ public:
         auto mine = std::make_unique<const std::string>(std::move(found));
         const std::string* nothing = nullptr;
         if (path_.compare_exchange_strong(nothing, mine.get(), std::memory_order_acq_rel)) {
-            mine.release();
+            static_cast<void>(mine.release()); // it is path_ that owns it now
         }
     }
 
