@@ -21,7 +21,6 @@
 namespace {
 
 using namespace foundation::core;
-using testing::HasSubstr;
 
 std::string utf8(std::wstring_view text)
 {
