@@ -6,18 +6,30 @@
 #include "host/text.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace kelpctl {
 
 using foundation::core::text::readable;
+
+namespace {
+
+// A program may print any amount; no answer is that long, and nobody reads more.
+std::string beginningOf(std::string_view captured)
+{
+    constexpr std::size_t longest = 1 << 20;
+    return readable(captured.substr(0, longest));
+}
+
+} // namespace
 
 Run runOf(const std::vector<std::string>& arguments, const orb::process::detail::RunResult& result, Ending ending)
 {
     return {ending,
             arguments,
             result.status,
-            readable(result.standardOutput),
-            readable(result.standardError),
+            beginningOf(result.standardOutput),
+            beginningOf(result.standardError),
             result.standardOutput};
 }
 

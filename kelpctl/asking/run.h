@@ -24,7 +24,8 @@ struct Run {
     std::vector<std::string> arguments;
     // Nothing when the program was not started.
     std::optional<std::int32_t> status;
-    // What it printed, readable UTF-8. For one that was not started `error` says why, where that is known.
+    // The beginning of what it printed, 1 MiB at most, as readable UTF-8. For one that was not started `error` says why,
+    // where that is known.
     std::string output;
     std::string error;
     // Standard output byte for byte, for the paths in it.
