@@ -77,9 +77,9 @@ bool answersVersion(const std::string& candidate)
 
 std::optional<std::string> findExecutable()
 {
-    for (std::string& candidate : findCandidates()) {
+    for (const std::string& candidate : findCandidates()) {
         if (answersVersion(candidate)) {
-            return std::move(candidate);
+            return candidate;
         }
     }
     return std::nullopt;
