@@ -43,6 +43,12 @@ std::vector<std::string> linesOf(const std::string& text)
     return lines;
 }
 
+// In a command line, as a path with blanks must be.
+std::string quoted(const std::string& path)
+{
+    return path.find(' ') == std::string::npos ? path : '"' + path + '"';
+}
+
 // Good enough for what the simulation prints: its garbage begins with bytes that no UTF-8 text has.
 bool isText(const std::string& text)
 {
@@ -357,7 +363,8 @@ void Model::operation(const std::string& name)
     } else if (name == "stop") {
         outcome_.result = truth(isWsl || run({dockerPath(), "container", "rm", "-f", "kelp_hub"}).status == 0);
     } else if (name == "command-prefix") {
-        outcome_.result = isWsl ? wslPath() + " -d " + hub + " --exec " : dockerPath() + " exec kelp_hub";
+        outcome_.result =
+            isWsl ? quoted(wslPath()) + " -d " + hub + " --exec " : quoted(dockerPath()) + " exec kelp_hub";
     } else if (name == "arguments-prefix") {
         outcome_.result = isWsl ? wslPath() + "|-d|" + hub + "|--exec|" : dockerPath() + "|exec|kelp_hub|";
     } else if (name == "executable") {
