@@ -30,12 +30,13 @@ Run runOf(const std::vector<std::string>& arguments, const orb::process::detail:
             result.status,
             beginningOf(result.standardOutput),
             beginningOf(result.standardError),
-            result.standardOutput};
+            result.standardOutput,
+            result.standardError};
 }
 
 Run runThatDidNotStart(const std::vector<std::string>& arguments, const std::string& reason)
 {
-    return {Ending::notStarted, arguments, std::nullopt, {}, readable(reason), {}};
+    return {Ending::notStarted, arguments, std::nullopt, {}, readable(reason), {}, reason};
 }
 
 Ending endingOf(bool terminated)

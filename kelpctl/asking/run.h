@@ -28,8 +28,9 @@ struct Run {
     // where that is known.
     std::string output;
     std::string error;
-    // Standard output byte for byte, for the paths in it.
+    // All that it printed, byte for byte: for paths, and for whoever passes it on.
     std::string captured;
+    std::string capturedError;
     // The streams were the user's own; what went there is not known.
     bool attached = false;
 

@@ -13,6 +13,7 @@
 
 #include "lvm/commands.h"
 
+#include "host/text.h"
 #include "orb/lvm.h"
 
 #include <algorithm>
@@ -96,7 +97,7 @@ Run runOnTerminal(const Context& context, const InsideCommand& command)
     const Interruption interruption(Interruption::Meaning::leaveToProgram);
     try {
         const std::int32_t status = context.programs.runAttached(command.arguments, command.environment);
-        return {Ending::exited, command.arguments, status, {}, {}, {}, true};
+        return {Ending::exited, command.arguments, status, {}, {}, {}, {}, true};
     } catch (const std::system_error& error) {
         if (selectedBackend() == Backend::wsl && error.code() == std::errc::no_such_file_or_directory) {
             throw Failure("WSL_FAILED", {}, "WSL_NOT_FOUND");
@@ -222,7 +223,9 @@ std::optional<Report> diagnosis(const Run& inside, const Context& context)
 
 boost::json::object resultOf(const Run& inside)
 {
-    return {{"status", *inside.status}, {"output", inside.output}, {"error", inside.error}};
+    using foundation::core::text::readable;
+    return {
+        {"status", *inside.status}, {"output", readable(inside.captured)}, {"error", readable(inside.capturedError)}};
 }
 
 } // namespace

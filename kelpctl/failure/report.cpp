@@ -45,8 +45,8 @@ void addEvidence(Report& report, const Run& run, const Request& request)
     for (std::string& argument : evidence.arguments) {
         argument = shownArgument(readable(argument), request);
     }
-    evidence.output = redacted(run.output, secrets);
-    evidence.error = redacted(run.error, secrets);
+    evidence.output = redacted(readable(run.captured), secrets);
+    evidence.error = redacted(readable(run.capturedError), secrets);
 }
 
 // Fills in what follows from the identifier and the cause.

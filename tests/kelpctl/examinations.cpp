@@ -38,17 +38,17 @@ Examination goodInGeneral()
 
 Run answered(const std::vector<std::string>& arguments, const std::string& output)
 {
-    return {Ending::exited, arguments, 0, output, {}, output};
+    return {Ending::exited, arguments, 0, output, {}, output, {}};
 }
 
 Run failed(const std::vector<std::string>& arguments, std::int32_t status, const std::string& output)
 {
-    return {Ending::exited, arguments, status, output, {}, output};
+    return {Ending::exited, arguments, status, output, {}, output, {}};
 }
 
 Run timedOut(const std::vector<std::string>& arguments)
 {
-    return {Ending::timedOut, arguments, 137, {}, {}, {}};
+    return {Ending::timedOut, arguments, 137, {}, {}, {}, {}};
 }
 
 Examination goodWsl()

@@ -214,6 +214,16 @@ TEST(Exec, ProgramIsPartOfTheObjectForPrograms)
     EXPECT_THAT(session.startedArguments, IsEmpty());
 }
 
+TEST(Exec, ObjectForProgramsHasAllThatTheProgramPrinted)
+{
+    const std::string much(3U << 20U, 'x');
+    Session session;
+    session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {0, much, much};
+    session.run({"exec", "--json", "--", "ls"});
+    EXPECT_TRUE(session.json().at("result").at("output") == boost::json::value(much));
+    EXPECT_TRUE(session.json().at("result").at("error") == boost::json::value(much));
+}
+
 TEST(Exec, ObjectForProgramsNeedsNoTerminal)
 {
     Session session;

@@ -337,6 +337,16 @@ TEST(Errors, AdviceRepeatsTheFlagsThatLedHere)
                 HasSubstr("kelpctl --docker --root \"C:\\Program Files\\Host\" --release R1 setup"));
 }
 
+TEST(Errors, EvidenceIsAllThatTheProgramPrinted)
+{
+    const std::string much(3U << 20U, 'x');
+    Scene scene;
+    scene.ran({"wsl.exe", "--list"}, {-1, much, much});
+    const Report report = scene.reportOn(Failure("WSL_NOT_USABLE"));
+    EXPECT_TRUE(report.evidence->output == much);
+    EXPECT_TRUE(report.evidence->error == much);
+}
+
 TEST(Errors, EvidenceHidesSecrets)
 {
     Scene scene;
