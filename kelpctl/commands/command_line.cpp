@@ -1,11 +1,10 @@
 #include "commands/command_line.h"
 
-#include "commands/command_texts.h"
+#include "commands/commands.h"
 #include "commands/parser.h"
 #include "commands/suggestions.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -45,15 +44,6 @@ void addVariable(Request& request, const std::string& text)
 Request finished(ParsedLine&& line)
 {
     Request request = std::move(line.request);
-    if (line.wsl) {
-        request.backend = Backend::wsl;
-    } else if (line.docker) {
-        request.backend = Backend::docker;
-    }
-    if (!line.log.empty()) {
-        request.log = line.log == "detail" ? LogLevel::detail : LogLevel::error;
-    }
-    request.timeLimit = std::chrono::seconds(line.timeLimit);
     for (const std::string& variable : line.variables) {
         addVariable(request, variable);
     }
@@ -101,7 +91,7 @@ Request parseCommandLine(const std::vector<std::string>& arguments)
     const auto mark = std::find(arguments.begin(), arguments.end(), endOfOptions);
     // What stands behind the mark is kept away from the parser, which would give some texts a meaning.
     Request request = parseWith({arguments.begin(), mark});
-    if (mark != arguments.end() && takesProgram(request.command)) {
+    if (mark != arguments.end() && findCommand(request.command)->takesProgram) {
         request.program.assign(std::next(mark), arguments.end());
     } else if (mark != arguments.end()) {
         request = parseWith(arguments);

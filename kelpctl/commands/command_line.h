@@ -1,7 +1,7 @@
 // The command line, read into a request.
 #pragma once
 
-#include "failure/usage_error.h"
+#include "failure/failure.h"
 #include "request/request.h"
 
 #include <optional>

@@ -1,9 +1,9 @@
 #include "commands/commands.h"
 
-#include "asking/docker.h"
 #include "asking/gateways.h"
 #include "commands/completion.h"
-#include "commands/removal.h"
+#include "commands/exec.h"
+#include "commands/lifecycle.h"
 #include "commands/work.h"
 #include "doctor/json.h"
 #include "doctor/table.h"
@@ -12,97 +12,17 @@
 #include "request/names.h"
 #include "terminal/json.h"
 
-#include "lvm/commands.h"
-
 #include "orb/lvm.h"
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <exception>
-#include <optional>
 
 namespace kelpctl {
 namespace {
 
 namespace json = boost::json;
-
-// What provisioning did, by the programs that ran.
-Outcome provisioned(const Context& context)
-{
-    const std::string name = namesOf(context.request).image;
-    std::optional<std::string> source;
-    for (const Run& run : context.journal.runs()) {
-        if (const std::string made = orb::lvm::detail::sourceOf(run.arguments); !made.empty() && run.succeeded()) {
-            source = made;
-        }
-    }
-    const std::string what = std::string("The ") + wordsOf(selectedBackend()).image + " " + name;
-    Outcome outcome;
-    outcome.result = json::object{{"kind", wordsOf(selectedBackend()).image},
-                                  {"name", name},
-                                  {"created", source.has_value()},
-                                  {"source", orNull(source)}};
-    outcome.lines = {source ? what + " was created from " + *source + "."
-                            : what + " exists already; nothing was created."};
-    return outcome;
-}
-
-Outcome setup(const Context& context)
-{
-    work(context, [&context] { callSetup(context.request.archive); });
-    return provisioned(context);
-}
-
-Outcome provision(const Context& context)
-{
-    const Request& request = context.request;
-    work(context, [&request] { orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs); });
-    return provisioned(context);
-}
-
-// A container goes on without its image.
-void addContainerThatRuns(const Context& context, Outcome& outcome)
-{
-    switch (selectedBackend()) {
-    case Backend::wsl:
-        return;
-    case Backend::docker:
-        break;
-    }
-    const Names names = namesOf(context.request);
-    const std::string client = orb::lvm::getContainerExecutablePath();
-    if (!client.empty() && askContainer(context.programs, client, names.container) == ContainerState::running) {
-        outcome.lines.push_back("The container " + names.container + " still runs; \"" + names.invocation +
-                                " stop --container " + names.container + "\" removes it.");
-    }
-}
-
-Outcome removed(const Context& context)
-{
-    const std::string name = namesOf(context.request).image;
-    Outcome outcome{{std::string("The ") + wordsOf(selectedBackend()).image + " " + name + " was removed."},
-                    json::object{{"kind", wordsOf(selectedBackend()).image}, {"name", name}},
-                    {}};
-    addContainerThatRuns(context, outcome);
-    return outcome;
-}
-
-Outcome teardown(const Context& context)
-{
-    work(context, [&context] {
-        requireClient();
-        removeThroughGateway(context);
-    });
-    return removed(context);
-}
-
-Outcome remove(const Context& context)
-{
-    work(context, [&context] {
-        requireClient();
-        removeImage(context);
-    });
-    return removed(context);
-}
 
 Outcome check(const Context& context)
 {
@@ -129,43 +49,6 @@ Outcome doctor(const Context& context)
         outcome.failure = makeReport(Failure("DOCTOR_FOUND_PROBLEMS"), {}, std::nullopt, context.request);
     }
     return outcome;
-}
-
-Outcome containerChanged(const Context& context, const char* change)
-{
-    switch (selectedBackend()) {
-    case Backend::wsl:
-        return {{"WSL needs no container; nothing was done."}, json::object{{"container", nullptr}}, {}};
-    case Backend::docker:
-        break;
-    }
-    const std::string container = namesOf(context.request).container;
-    return {{"The container " + container + " was " + change + "."}, json::object{{"container", container}}, {}};
-}
-
-Outcome start(const Context& context)
-{
-    const Request& request = context.request;
-    work(context, [&request] {
-        requireClient();
-        if (!orb::lvm::startContainerIfNecessary(request.container, request.image)) {
-            throw Failure("CONTAINER_NOT_STARTED");
-        }
-    });
-    return containerChanged(context, "started");
-}
-
-Outcome stop(const Context& context)
-{
-    const Request& request = context.request;
-    work(context, [&] {
-        requireClient();
-        requireContainer(context);
-        if (!orb::lvm::stopContainerIfNecessary(request.container)) {
-            throw Failure("CONTAINER_NOT_STOPPED");
-        }
-    });
-    return containerChanged(context, "removed");
 }
 
 Outcome prefix(const Context& context)
@@ -213,7 +96,7 @@ Outcome complete(const Context& context)
     if (context.request.nextWord || words.empty()) {
         words.emplace_back();
     }
-    const std::vector<std::string> candidates = completions(words);
+    const std::vector<std::string> candidates = completions(words, allCommands(), globalOptions());
     return {candidates, arrayOf(candidates), {}};
 }
 
@@ -229,38 +112,150 @@ Outcome version(const Context& /*context*/)
             {}};
 }
 
-struct Command {
-    const char* name;
-    Outcome (*run)(const Context&);
+constexpr std::array shells = {"bash", "powershell"};
+constexpr std::array logLevels = {"error", "detail"};
+
+std::string complaintOnLanguage(const std::string& code)
+{
+    const bool letters = !code.empty() && std::all_of(code.begin(), code.end(),
+                                                      [](char c) { return (c >= 'a' && c <= 'z') || c == '-'; });
+    return letters ? "" : "must be a lower-case ISO 639 code such as \"de\"";
+}
+
+using Values = std::vector<std::string>;
+
+template <auto Member>
+void text(ParsedLine& line, const Values& values)
+{
+    line.request.*Member = values.front();
+}
+
+template <auto Member>
+void flag(ParsedLine& line, const Values& /*values*/)
+{
+    line.request.*Member = true;
+}
+
+constexpr std::array allOptions = {
+    Option{"--root", "DIR", "Installation root of the host product", text<&Request::root>},
+    Option{"--release", "TEXT", "Release of the host product", text<&Request::release>},
+    Option{"--wsl", nullptr, "Use WSL, whatever USE_WSL says",
+           [](ParsedLine& line, const Values&) { line.request.backend = Backend::wsl; }},
+    Option{.name = "--docker",
+           .value = nullptr,
+           .help = "Use Docker, whatever USE_WSL says",
+           .take = [](ParsedLine& line, const Values&) { line.request.backend = Backend::docker; },
+           .excludes = "--wsl"},
+    Option{"--log", "error|detail", "Write log records to standard error",
+           [](ParsedLine& line, const Values& values) {
+               line.request.log = values.front() == "detail" ? LogLevel::detail : LogLevel::error;
+           },
+           logLevels},
+    Option{.name = "--log-file",
+           .value = "FILE",
+           .help = "Append the log records to a file instead",
+           .take = text<&Request::logFile>,
+           .needs = "--log"},
+    Option{"--json", nullptr, "Print one JSON object on standard output", flag<&Request::json>},
+    Option{"--language", "CODE", "Language of the messages", text<&Request::language>, {}, complaintOnLanguage},
+    Option{"--version", nullptr, "Print the version", [](ParsedLine& line, const Values&) { line.version = true; }},
 };
 
-constexpr std::array commands = {
-    Command{"setup", setup},
-    Command{"teardown", teardown},
-    Command{"check", check},
-    Command{"doctor", doctor},
-    Command{"provision", provision},
-    Command{"remove", remove},
-    Command{"start", start},
-    Command{"stop", stop},
-    Command{"prefix", prefix},
-    Command{"env", env},
-    Command{"completion", completion},
-    Command{"complete", complete},
-    Command{"help", help},
-    Command{"version", version},
+constexpr char archiveHelp[] = "Archive, the installed one when not given";
+constexpr char nameHelp[] = "Distribution or image, the release's when not given";
+constexpr Option container = {"--container", "NAME", "Container, \"kelp_hub\" when not given",
+                              text<&Request::container>};
+constexpr Option variables = {.name = "-e",
+                              .value = "NAME=VALUE",
+                              .help = "Variable for the program, may be repeated",
+                              .take = [](ParsedLine& line, const Values& values) { line.variables = values; },
+                              .repeated = true};
+
+constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}};
+constexpr std::array doctorOptions = {Option{
+    .name = "--time-limit",
+    .value = "SECONDS",
+    .help = "How long to wait for each answer of wsl.exe and Docker, 10",
+    .take = [](ParsedLine& line,
+               const Values& values) { line.request.timeLimit = std::chrono::seconds(std::stol(values.front())); },
+    .range = {1, 600}}};
+constexpr std::array provisionOptions = {
+    Option{"--archive", "FILE", archiveHelp, text<&Request::archive>},
+    Option{"--name", "NAME", nameHelp, text<&Request::name>},
+    Option{"--root-fs", nullptr, "Docker: the archive is a root file system; needs --name", flag<&Request::rootFs>}};
+constexpr std::array removeOptions = {Option{"name", "TEXT", nameHelp, text<&Request::name>}};
+constexpr std::array startOptions = {
+    container, Option{"--image", "NAME", "Image, the release's when not given", text<&Request::image>}};
+constexpr std::array stopOptions = {container};
+constexpr std::array execOptions = {container, variables};
+constexpr std::array prefixOptions = {
+    container, Option{"--vector", nullptr, "One argument a line instead of one command line", flag<&Request::vector>}};
+constexpr std::array envOptions = {variables};
+constexpr std::array completionOptions = {Option{.name = "shell",
+                                                 .value = "TEXT",
+                                                 .help = "bash or powershell",
+                                                 .take = text<&Request::shell>,
+                                                 .words = shells,
+                                                 .required = true}};
+constexpr std::array helpOptions = {
+    Option{.name = "command",
+           .value = "TEXT",
+           .help = "The command, all when not given",
+           .take = [](ParsedLine& line, const Values& values) { line.helpOn = values.front(); },
+           .namesCommand = true}};
+constexpr std::array completeOptions = {
+    Option{"--next", nullptr, "A new word is to be completed", flag<&Request::nextWord>}};
+
+constexpr std::array rows = {
+    Command{"setup", "Create the environment, as the host's interpreter does", "kelpctl setup kelp_hub_distro.tar.gz",
+            setup, setupOptions},
+    Command{"teardown", "Remove the environment, as the host's interpreter does", "kelpctl teardown", teardown},
+    Command{"check", "Print 0 when WSL can be used, -3 when it cannot, whichever backend is selected", "kelpctl check",
+            check},
+    Command{"doctor", "Examine this computer: what there is, what is missing, what to do next", "kelpctl doctor",
+            doctor, doctorOptions},
+    Command{"provision", "Create a distribution or an image from an archive",
+            "kelpctl --docker provision --archive rootfs.tar --name my_hub --root-fs", provision, provisionOptions},
+    Command{"remove", "Remove a distribution or an image", "kelpctl remove my_hub", removeEnvironment, removeOptions},
+    Command{"start", "Start the container", "kelpctl --docker start --container kelp_hub --image my_hub", start,
+            startOptions},
+    Command{"stop", "Stop and remove the container", "kelpctl --docker stop --container kelp_hub", stop, stopOptions},
+    Command{"exec", "Run the program behind \"--\" inside the environment; the exit status is the program's",
+            "kelpctl exec -e LEVEL=3 -- ls -l /opt", exec, execOptions, true},
+    Command{"prefix", "Print the start of a command line that runs inside the environment", "kelpctl prefix --vector",
+            prefix, prefixOptions},
+    Command{"env", "Print the arguments behind \"--\" and the variables, prepared for the environment",
+            "kelpctl --docker env -e LEVEL=3 -- docker exec kelp_hub", env, envOptions, true},
+    Command{"completion", "Print a script that teaches a shell to complete kelpctl's commands and flags",
+            "source <(kelpctl completion bash)", completion, completionOptions},
+    Command{"help", "Show the help of a command", "kelpctl help exec", help, helpOptions},
+    // For the scripts of "completion"; nobody types it.
+    Command{"complete", "Print the candidates for the last word behind \"--\"", "", complete, completeOptions, true,
+            Shown::hidden},
+    Command{"version", "", "", version, {}, false, Shown::asFlag},
 };
 
 } // namespace
 
+std::span<const Command> allCommands()
+{
+    return rows;
+}
+
+std::span<const Option> globalOptions()
+{
+    return allOptions;
+}
+
+const Command* findCommand(const std::string& name)
+{
+    const auto row = std::find_if(rows.begin(), rows.end(), [&name](const Command& each) { return name == each.name; });
+    return row == rows.end() ? nullptr : &*row;
+}
+
 Outcome perform(const Context& context)
 {
-    for (const Command& command : commands) {
-        if (context.request.command == command.name) {
-            return command.run(context);
-        }
-    }
-    throw std::logic_error("no such command: " + context.request.command);
+    return findCommand(context.request.command)->run(context);
 }
 
 } // namespace kelpctl

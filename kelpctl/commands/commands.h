@@ -1,12 +1,22 @@
-// The commands that print a result.
+// All commands. Help, completion, parser and dispatch are made from these rows.
 #pragma once
 
-#include "failure/output.h"
-#include "request/context.h"
+#include "commands/command.h"
+
+#include <span>
+#include <string>
 
 namespace kelpctl {
 
-// Does what the request says; `command` is any but "exec". Throws what the library throws, and Failure.
+std::span<const Command> allCommands();
+
+// The options that every command takes, but for "--help".
+std::span<const Option> globalOptions();
+
+// The row of that name; null when there is none.
+const Command* findCommand(const std::string& name);
+
+// Does what the request says.
 Outcome perform(const Context& context);
 
 } // namespace kelpctl

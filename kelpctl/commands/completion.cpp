@@ -1,7 +1,5 @@
 #include "commands/completion.h"
 
-#include "commands/command_shapes.h"
-
 #include <algorithm>
 #include <iterator>
 
@@ -28,42 +26,57 @@ constexpr char powershellScript[] =
     }
 })";
 
-const Flag* findFlag(const std::vector<Flag>& flags, const std::string& name)
+const Option* findOption(const std::vector<Option>& options, const std::string& name)
 {
     const auto found =
-        std::find_if(flags.begin(), flags.end(), [&name](const Flag& flag) { return flag.name == name; });
-    return found == flags.end() ? nullptr : &*found;
+        std::find_if(options.begin(), options.end(), [&name](const Option& option) { return option.name == name; });
+    return found == options.end() ? nullptr : &*found;
 }
 
-// The command among the words, and the flags that may stand with it.
-struct Place {
-    std::string command;
-    std::vector<Flag> flags;
+bool isFlag(const Option& option)
+{
+    return *option.name == '-';
+}
+
+// The command among the words, and the flags and words that may stand with it.
+struct Position {
+    bool hasCommand = false;
+    std::vector<Option> flags;
     std::vector<std::string> words;
 };
 
-Place placeOf(const std::vector<std::string>& words)
+void enter(Position& position, const Command& command, std::span<const Command> commands)
 {
-    const std::vector<CommandShape> shapes = commandShapes();
-    Place place{{}, shapes.front().flags, {}};
-    for (const CommandShape& shape : shapes) {
-        if (shape.name.empty()) {
-            continue;
+    position.hasCommand = true;
+    position.words.clear();
+    for (const Option& option : command.options) {
+        if (isFlag(option)) {
+            position.flags.push_back(option);
+        } else if (option.namesCommand) {
+            position.words = namesOf(commands);
+        } else {
+            position.words.assign(option.words.begin(), option.words.end());
         }
-        place.words.push_back(shape.name);
     }
+}
+
+Position positionBehind(const std::vector<std::string>& words, std::span<const Command> commands,
+                        std::span<const Option> globalOptions)
+{
+    Position position{false, {globalOptions.begin(), globalOptions.end()}, namesOf(commands)};
+    position.flags.push_back({.name = "--help", .value = nullptr, .help = "", .take = nullptr});
+    position.flags.push_back({.name = "-h", .value = nullptr, .help = "", .take = nullptr});
     for (std::size_t index = 0; index + 1 < words.size(); ++index) {
-        const auto shape = std::find_if(std::next(shapes.begin()), shapes.end(),
-                                        [&](const CommandShape& known) { return known.name == words[index]; });
-        const Flag* before = index == 0 ? nullptr : findFlag(place.flags, words[index - 1]);
-        const bool isValue = before != nullptr && before->takesValue;
-        if (place.command.empty() && !isValue && shape != shapes.end()) {
-            place.command = shape->name;
-            place.words = shape->words;
-            place.flags.insert(place.flags.end(), shape->flags.begin(), shape->flags.end());
+        const auto command = std::find_if(commands.begin(), commands.end(), [&](const Command& each) {
+            return each.shown == Shown::listed && each.name == words[index];
+        });
+        const Option* before = index == 0 ? nullptr : findOption(position.flags, words[index - 1]);
+        const bool isValue = before != nullptr && before->value != nullptr;
+        if (!position.hasCommand && !isValue && command != commands.end()) {
+            enter(position, *command, commands);
         }
     }
-    return place;
+    return position;
 }
 
 std::vector<std::string> thoseThatBegin(std::vector<std::string> candidates, const std::string& start)
@@ -81,23 +94,24 @@ std::string completionScript(const std::string& shell)
     return shell == "bash" ? bashScript : powershellScript;
 }
 
-std::vector<std::string> completions(const std::vector<std::string>& words)
+std::vector<std::string> completions(const std::vector<std::string>& words, std::span<const Command> commands,
+                                     std::span<const Option> globalOptions)
 {
     if (words.empty() || std::find(words.begin(), std::prev(words.end()), "--") != std::prev(words.end())) {
         return {};
     }
     const std::string& last = words.back();
-    const Place place = placeOf(words);
-    const Flag* before = words.size() < 2 ? nullptr : findFlag(place.flags, words[words.size() - 2]);
-    if (before != nullptr && before->takesValue) {
-        return thoseThatBegin(before->values, last);
+    const Position position = positionBehind(words, commands, globalOptions);
+    const Option* before = words.size() < 2 ? nullptr : findOption(position.flags, words[words.size() - 2]);
+    if (before != nullptr && before->value != nullptr) {
+        return thoseThatBegin({before->words.begin(), before->words.end()}, last);
     }
     if (!last.starts_with("-")) {
-        return thoseThatBegin(place.words, last);
+        return thoseThatBegin(position.words, last);
     }
     std::vector<std::string> names;
-    for (const Flag& flag : place.flags) {
-        names.push_back(flag.name);
+    for (const Option& flag : position.flags) {
+        names.emplace_back(flag.name);
     }
     return thoseThatBegin(names, last);
 }

@@ -1,6 +1,9 @@
 // Completion of kelpctl's own command line in shells.
 #pragma once
 
+#include "commands/command.h"
+
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,6 +13,7 @@ namespace kelpctl {
 std::string completionScript(const std::string& shell);
 
 // The candidates for the last of the words behind "kelpctl". None means that any text, or a file's name, may stand there.
-std::vector<std::string> completions(const std::vector<std::string>& words);
+std::vector<std::string> completions(const std::vector<std::string>& words, std::span<const Command> commands,
+                                     std::span<const Option> globalOptions);
 
 } // namespace kelpctl

@@ -4,7 +4,6 @@
 #include "asking/wsl.h"
 #include "commands/work.h"
 #include "failure/causes.h"
-#include "failure/output.h"
 #include "failure/report.h"
 #include "request/backend.h"
 #include "request/names.h"
@@ -106,7 +105,7 @@ Run runOnTerminal(const Context& context, const InsideCommand& command)
     }
 }
 
-Report reportOn(const Run& inside, const char* identifier, const std::string& cause, const Context& context)
+Report reportOn(const Run& inside, AdviceKey identifier, AdviceKey cause, const Context& context)
 {
     const std::string& program = context.request.program.front();
     Report report = makeReport(Failure(identifier, program), cause, inside, context.request);
@@ -115,14 +114,14 @@ Report reportOn(const Run& inside, const char* identifier, const std::string& ca
 }
 
 // What is wrong with the distribution when nothing is wrong with WSL; empty for nothing.
-std::string causeOfDistribution(const DistributionList& distributions, const std::string& name)
+AdviceKey causeOfDistribution(const DistributionList& distributions, const std::string& name)
 {
     const auto found = std::find_if(distributions.all.begin(), distributions.all.end(),
                                     [&name](const Distribution& distribution) { return distribution.name == name; });
     if (found == distributions.all.end()) {
         return "DISTRIBUTION_MISSING";
     }
-    return isBusy(*found) ? "WSL_BUSY" : std::string();
+    return isBusy(*found) ? AdviceKey("WSL_BUSY") : AdviceKey();
 }
 
 // wsl.exe has the status 1 for a program that does not exist, as many a program has for reasons of its own.
@@ -150,7 +149,7 @@ std::optional<Report> wslFailure(const Run& inside, const Context& context)
     if (inside.status != wslFailureStatus()) {
         return missingProgram(inside, context);
     }
-    const std::string known = causeOfWslStatus(inside);
+    const AdviceKey known = causeOfWslStatus(inside);
     // wsl.exe does not know a distribution that is being installed either.
     const bool unknown = known == "WSL_DISTRIBUTION_UNKNOWN";
     if (!known.empty() && !unknown) {
@@ -164,10 +163,11 @@ std::optional<Report> wslFailure(const Run& inside, const Context& context)
         report.status = *inside.status;
         return report;
     }
-    if (const std::string cause = causeOfDistribution(distributions, name); !cause.empty() || unknown) {
-        return reportOn(inside, "WSL_FAILED", cause.empty() ? "DISTRIBUTION_MISSING" : cause, context);
+    if (const AdviceKey cause = causeOfDistribution(distributions, name); !cause.empty() || unknown) {
+        return reportOn(inside, "WSL_FAILED", cause.empty() ? AdviceKey("DISTRIBUTION_MISSING") : cause, context);
     }
-    return reportOn(inside, wslFailureIsAmbiguous() ? "WSL_OR_PROGRAM_FAILED" : "WSL_FAILED", {}, context);
+    return reportOn(inside, wslFailureIsAmbiguous() ? AdviceKey("WSL_OR_PROGRAM_FAILED") : AdviceKey("WSL_FAILED"), {},
+                    context);
 }
 
 // Docker's client ends with statuses that programs end with as well, so the container is looked at.
@@ -259,7 +259,7 @@ InsideCommand insideCommand(const Request& request, bool interactive)
     return command;
 }
 
-int runInside(const Context& context)
+Outcome exec(const Context& context)
 {
     const Request& request = context.request;
     InsideCommand command;
@@ -267,13 +267,11 @@ int runInside(const Context& context)
     const Run inside = request.json ? runCaptured(context, command) : runOnTerminal(context, command);
     Outcome outcome;
     outcome.failure = diagnosis(inside, context);
+    outcome.status = inside.status;
     if (request.json) {
         outcome.result = resultOf(inside);
-        writeJson(context.console, request.command, outcome);
-    } else {
-        writeText(context.console, request.command, outcome);
     }
-    return outcome.failure ? outcome.failure->status : *inside.status;
+    return outcome;
 }
 
 } // namespace kelpctl

@@ -33,8 +33,8 @@ InsideCommand insideCommand(const Request& request, bool interactive);
 // The user's own list in front of the library's, the variables of the library's list left out of it.
 std::string mergedWslenv(const std::string& inherited, const std::string& list);
 
-// Runs the program and gives back its exit status. What kept it from running is told on standard error. With "--json" its
-// output is captured, and becomes part of the one object on standard output.
-int runInside(const Context& context);
+// Runs the program, whose exit status is the outcome's. What kept it from running is the failure. With "--json" its output
+// is captured, and becomes the result.
+Outcome exec(const Context& context);
 
 } // namespace kelpctl

@@ -1,8 +1,8 @@
 #include "commands/parser.h"
 
-#include "commands/command_texts.h"
+#include "commands/commands.h"
 #include "commands/suggestions.h"
-#include "failure/usage_error.h"
+#include "failure/failure.h"
 
 #include <CLI/CLI.hpp>
 
@@ -18,64 +18,99 @@ namespace {
 
 constexpr char programName[] = "kelpctl";
 constexpr char purpose[] = "Sets up, runs and removes the Linux environment of the hub.";
+constexpr char environmentHelp[] =
+    "\nEnvironment:\n"
+    "  USE_WSL                   unset or 1: WSL; anything else: Docker\n"
+    "  KORVANE_ROOT              installation root, when --root is not given\n"
+    "  KORVANE_RELEASE           release, when --release is not given\n"
+    "  AUX_DOCKER_ARGS           further arguments of \"docker run\", split at blanks\n"
+    "  USE_DOCKER_REPOSITORY     1: pull the image from the registry before the archive is used\n"
+    "  KELP_ADDITIONAL_LOGGING   1: log each distribution listing\n"
+    "  NO_COLOR                  not empty: no colours\n";
 
-// An option with a text as its value.
-template <class Text>
-CLI::Option* addText(CLI::App& app, const char* name, Text& value, const char* description, const char* type = "TEXT")
+// Below the flags: examples, variables, exit statuses.
+std::string programHelp()
 {
-    const auto take = [&value](const CLI::results_t& results) {
-        value = results.front();
-        return true;
-    };
-    return app.add_option(name, take, description)->type_name(type);
-}
-
-CLI::Option* addSwitch(CLI::App& app, const char* name, bool& value, const char* description)
-{
-    return app.add_flag_callback(
-        name, [&value] { value = true; }, description);
+    std::string text = "Examples:\n";
+    for (const Command& command : allCommands()) {
+        text += command.shown == Shown::listed ? std::string("  ") + command.example + "\n" : std::string();
+    }
+    text += environmentHelp;
+    text += "\nExit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted; for \"exec\" the program's own.";
+    return text;
 }
 
 // Refuses all other words.
-template <class Words>
-void limitTo(CLI::Option* option, const Words& words)
+void limitTo(CLI::Option* added, std::span<const char* const> words)
 {
     std::string list;
     for (const char* word : words) {
         list += (list.empty() ? "" : ",") + std::string(word);
     }
-    option->check([&words, list](const std::string& text) {
+    added->check([words, list](const std::string& text) {
         const bool known = std::find(words.begin(), words.end(), text) != words.end();
         return known ? std::string() : text + " not in {" + list + "}";
     });
 }
 
-std::string checkLanguage(const std::string& code)
+// Refuses all numbers outside, and what is none.
+void limitTo(CLI::Option* added, const Range& range)
 {
-    const bool letters = !code.empty() && std::all_of(code.begin(), code.end(),
-                                                      [](char c) { return (c >= 'a' && c <= 'z') || c == '-'; });
-    return letters ? "" : "must be a lower-case ISO 639 code such as \"de\"";
+    added->check([range](const std::string& text) {
+        long number = 0;
+        const bool good = CLI::detail::lexical_cast(text, number) && number >= range.lowest && number <= range.highest;
+        return good ? std::string()
+                    : "Value " + text + " not in range " + std::to_string(range.lowest) + " to " +
+                          std::to_string(range.highest);
+    });
 }
 
-std::string checkTimeLimit(const std::string& text)
+// A number may be written in many ways.
+std::vector<std::string> plainNumber(const std::string& text)
 {
-    long seconds = 0;
-    const bool good = CLI::detail::lexical_cast(text, seconds) && seconds >= 1 && seconds <= 600;
-    return good ? "" : "Value " + text + " not in range 1 to 600";
+    long number = 0;
+    CLI::detail::lexical_cast(text, number);
+    return {std::to_string(number)};
 }
 
-void addGlobalFlags(CLI::App& app, ParsedLine& line)
+CLI::Option* addSwitch(CLI::App& app, const Option& option, ParsedLine& line)
 {
-    addText(app, "--root", line.request.root, "Installation root of the host product", "DIR");
-    addText(app, "--release", line.request.release, "Release of the host product");
-    CLI::Option* wsl = addSwitch(app, "--wsl", line.wsl, "Use WSL, whatever USE_WSL says");
-    addSwitch(app, "--docker", line.docker, "Use Docker, whatever USE_WSL says")->excludes(wsl);
-    CLI::Option* log = addText(app, "--log", line.log, "Write log records to standard error", "error|detail");
-    limitTo(log, logLevels);
-    addText(app, "--log-file", line.request.logFile, "Append the log records to a file instead", "FILE")->needs(log);
-    addSwitch(app, "--json", line.request.json, "Print one JSON object on standard output");
-    addText(app, "--language", line.request.language, "Language of the messages", "CODE")->check(checkLanguage);
-    addSwitch(app, "--version", line.version, "Print the version");
+    return app.add_flag_callback(
+        option.name, [&option, &line] { option.take(line, {}); }, option.help);
+}
+
+CLI::Option* addValue(CLI::App& app, const Option& option, ParsedLine& line)
+{
+    const bool number = option.range.highest > 0;
+    const auto take = [&option, &line, number](const CLI::results_t& results) {
+        option.take(line, number ? plainNumber(results.front()) : results);
+        return true;
+    };
+    CLI::Option* added = app.add_option(option.name, take, option.help)->type_name(option.value);
+    if (!option.words.empty()) {
+        limitTo(added, option.words);
+    }
+    if (number) {
+        limitTo(added, option.range);
+    }
+    if (option.complaint != nullptr) {
+        added->check(option.complaint);
+    }
+    if (option.repeated) {
+        added->expected(1, -1)->allow_extra_args(false);
+    }
+    return added->required(option.required);
+}
+
+void addOption(CLI::App& app, const Option& option, ParsedLine& line)
+{
+    CLI::Option* added = option.value == nullptr ? addSwitch(app, option, line) : addValue(app, option, line);
+    if (option.needs != nullptr) {
+        added->needs(app.get_option(option.needs));
+    }
+    if (option.excludes != nullptr) {
+        added->excludes(app.get_option(option.excludes));
+    }
 }
 
 // The parser never sees what stands behind "--".
@@ -84,90 +119,29 @@ public:
     std::string make_usage(const CLI::App* app, std::string name) const override
     {
         std::string usage = CLI::Formatter::make_usage(app, std::move(name));
-        if (takesProgram(app->get_name())) {
+        const Command* command = findCommand(app->get_name());
+        if (command != nullptr && command->takesProgram) {
             usage.insert(usage.find_last_not_of('\n') + 1, " -- PROGRAM [ARG...]");
         }
         return usage;
     }
 };
 
-CLI::App& addCommand(CLI::App& app, const CommandText& text)
+void addCommand(CLI::App& app, const Command& command, ParsedLine& line)
 {
-    CLI::App* command = app.add_subcommand(text.name, text.summary);
-    command->group("Commands");
-    command->footer(std::string("Example: ") + text.example +
-                    "\n\nThe flags of \"kelpctl --help\" may follow as well.");
-    return *command;
-}
-
-void addContainer(CLI::App& command, ParsedLine& line)
-{
-    addText(command, "--container", line.request.container, "Container, \"kelp_hub\" when not given", "NAME");
-}
-
-void addVariables(CLI::App& command, ParsedLine& line)
-{
-    const auto take = [&line](const CLI::results_t& results) {
-        line.variables = results;
-        return true;
-    };
-    command.add_option("-e", take, "Variable for the program, may be repeated")
-        ->type_name("NAME=VALUE")
-        ->expected(1, -1)
-        ->allow_extra_args(false);
-}
-
-void addTimeLimit(CLI::App& command, ParsedLine& line)
-{
-    const auto take = [&line](const CLI::results_t& results) {
-        return CLI::detail::lexical_cast(results.front(), line.timeLimit);
-    };
-    command.add_option("--time-limit", take, "How long to wait for each answer of wsl.exe and Docker, 10")
-        ->type_name("SECONDS")
-        ->check(checkTimeLimit);
-}
-
-void addFlags(CLI::App& command, ParsedLine& line)
-{
-    constexpr char archive[] = "Archive, the installed one when not given";
-    constexpr char image[] = "Distribution or image, the release's when not given";
-    const std::string name = command.get_name();
-    if (name == "setup") {
-        addText(command, "archive", line.request.archive, archive);
-    } else if (name == "provision") {
-        addText(command, "--archive", line.request.archive, archive, "FILE");
-        addText(command, "--name", line.request.name, image, "NAME");
-        addSwitch(command, "--root-fs", line.request.rootFs, "Docker: the archive is a root file system; needs --name");
-    } else if (name == "remove") {
-        addText(command, "name", line.request.name, image);
-    } else if (name == "start") {
-        addContainer(command, line);
-        addText(command, "--image", line.request.image, "Image, the release's when not given", "NAME");
-    } else if (name == "stop") {
-        addContainer(command, line);
-    } else if (name == "exec") {
-        addContainer(command, line);
-        addVariables(command, line);
-    } else if (name == "prefix") {
-        addContainer(command, line);
-        addSwitch(command, "--vector", line.request.vector, "One argument a line instead of one command line");
-    } else if (name == "env") {
-        addVariables(command, line);
-    } else if (name == "doctor") {
-        addTimeLimit(command, line);
-    } else if (name == "completion") {
-        limitTo(addText(command, "shell", line.request.shell, "bash or powershell")->required(), shells);
-    } else if (name == "help") {
-        addText(command, "command", line.helpOn, "The command, all when not given");
+    if (command.shown == Shown::asFlag) {
+        return;
     }
-}
-
-// For the scripts of "completion"; nobody types it.
-void addCompleteCommand(CLI::App& app, ParsedLine& line)
-{
-    CLI::App* command = app.add_subcommand("complete", "Print the candidates for the last word behind \"--\"");
-    command->group("");
-    addSwitch(*command, "--next", line.request.nextWord, "A new word is to be completed");
+    CLI::App* added = app.add_subcommand(command.name, command.summary);
+    const bool listed = command.shown == Shown::listed;
+    added->group(listed ? "Commands" : "");
+    if (listed) {
+        added->footer(std::string("Example: ") + command.example +
+                      "\n\nThe flags of \"kelpctl --help\" may follow as well.");
+    }
+    for (const Option& option : command.options) {
+        addOption(*added, option, line);
+    }
 }
 
 void build(CLI::App& app, ParsedLine& line)
@@ -179,11 +153,12 @@ void build(CLI::App& app, ParsedLine& line)
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app.fallthrough();
     app.footer(programHelp());
-    addGlobalFlags(app, line);
-    for (const CommandText& text : commandTexts) {
-        addFlags(addCommand(app, text), line);
+    for (const Option& option : globalOptions()) {
+        addOption(app, option, line);
     }
-    addCompleteCommand(app, line);
+    for (const Command& command : allCommands()) {
+        addCommand(app, command, line);
+    }
 }
 
 std::string parsedCommand(const CLI::App& app)
@@ -212,29 +187,6 @@ std::vector<std::string> possibleFlags(const CLI::App& app)
         names.insert(names.begin(), own.begin(), own.end());
     }
     return names;
-}
-
-std::vector<std::string> allowedValues(const std::string& flag)
-{
-    if (flag == "--log") {
-        return {logLevels.begin(), logLevels.end()};
-    }
-    return {};
-}
-
-std::vector<Flag> flagsOf(const CLI::App& app)
-{
-    std::vector<Flag> flags;
-    for (const CLI::Option* option : app.get_options()) {
-        const bool takesValue = option->get_items_expected_max() > 0;
-        for (const std::string& name : option->get_lnames()) {
-            flags.push_back({"--" + name, takesValue, allowedValues("--" + name)});
-        }
-        for (const std::string& name : option->get_snames()) {
-            flags.push_back({"-" + name, takesValue, {}});
-        }
-    }
-    return flags;
 }
 
 } // namespace
@@ -275,18 +227,6 @@ std::optional<std::string> helpOn(const std::string& command)
     } catch (const CLI::OptionNotFound&) {
         return std::nullopt;
     }
-}
-
-std::map<std::string, std::vector<Flag>> allFlags()
-{
-    ParsedLine line;
-    CLI::App app(purpose, programName);
-    build(app, line);
-    std::map<std::string, std::vector<Flag>> flags = {{{}, flagsOf(app)}};
-    for (const CommandText& text : commandTexts) {
-        flags[text.name] = flagsOf(*app.get_subcommand(text.name));
-    }
-    return flags;
 }
 
 } // namespace kelpctl

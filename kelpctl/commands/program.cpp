@@ -2,7 +2,6 @@
 
 #include "commands/command_line.h"
 #include "commands/commands.h"
-#include "commands/exec.h"
 #include "commands/log.h"
 #include "failure/advice.h"
 #include "failure/output.h"
@@ -56,11 +55,11 @@ int finish(bool json, Console& console, const std::string& command, const Outcom
     } else {
         writeText(console, command, outcome);
     }
-    if (!console.out) {
+    if (!console.out && !outcome.status) {
         writeText(console, command, {{}, nullptr, makeReport(Failure("OUTPUT_NOT_WRITABLE"), {}, std::nullopt, {})});
         return statusFailed;
     }
-    return outcome.failure ? outcome.failure->status : statusDone;
+    return outcome.failure ? outcome.failure->status : outcome.status.value_or(statusDone);
 }
 
 int runRequest(const Context& context)
@@ -71,9 +70,6 @@ int runRequest(const Context& context)
     const Log log(request, context.console.error);
     configureHost(request);
     warnOfLanguage(context);
-    if (request.command == "exec") {
-        return runInside(context);
-    }
     return finish(request.json, context.console, request.command, perform(context));
 }
 

@@ -1,6 +1,6 @@
 #include "commands/suggestions.h"
 
-#include "commands/command_texts.h"
+#include "commands/commands.h"
 
 #include <algorithm>
 #include <numeric>
@@ -46,7 +46,7 @@ std::string withSuggestion(const std::string& text, const std::string& word, con
 
 std::string noSuchCommand(const std::string& word)
 {
-    std::vector<std::string> names = commandNames();
+    std::vector<std::string> names = namesOf(allCommands());
     names.insert(names.end(), {"--version", "--docker", "--wsl"});
     const std::string text = "There is no command \"" + word + "\".";
     // A flag's name without its hyphens is meant for the flag.
@@ -66,7 +66,7 @@ std::string unexpected(const std::string& command, const std::string& word, cons
     if (word == "docker" || word == "wsl") {
         return "There is no place for the argument \"" + word + "\". Did you mean \"--" + word + "\"?";
     }
-    if (takesProgram(command)) {
+    if (findCommand(command)->takesProgram) {
         return "The program needs \"--\" in front of it: \"kelpctl " + command + " -- " + word + "\".";
     }
     return "There is no place for the argument \"" + word + "\".";

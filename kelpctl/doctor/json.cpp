@@ -235,7 +235,7 @@ json::array findingList(const Judgement& judgement, const Names& names)
     json::array list;
     for (const Finding& finding : judgement.findings) {
         list.push_back(json::object{{"severity", severityName(finding.severity)},
-                                    {"identifier", finding.key},
+                                    {"identifier", finding.key.text()},
                                     {"about", placeName(finding.place)},
                                     {"subject", textOrNull(finding.subject)},
                                     {"message", findingText(finding, names)},

@@ -38,12 +38,12 @@ public:
     }
 
 private:
-    void problem(Place place, const std::string& key, const std::string& subject = {})
+    void problem(Place place, AdviceKey key, const std::string& subject = {})
     {
         findings_.push_back({Severity::problem, key, subject, place});
     }
 
-    void note(Place place, const std::string& key, const std::string& subject = {})
+    void note(Place place, AdviceKey key, const std::string& subject = {})
     {
         findings_.push_back({Severity::note, key, subject, place});
     }
@@ -84,8 +84,8 @@ private:
         } else if (candidateHangs || wsl.listing.ending == Ending::timedOut) {
             problem(Place::wsl, "TOOL_HANGS", "wsl.exe");
         } else {
-            const std::string cause = causeOfWslStatus(tellingRun(wsl));
-            problem(Place::wsl, cause.empty() ? "WSL_NOT_USABLE" : cause);
+            const AdviceKey cause = causeOfWslStatus(tellingRun(wsl));
+            problem(Place::wsl, cause.empty() ? AdviceKey("WSL_NOT_USABLE") : cause);
         }
     }
 
@@ -109,7 +109,7 @@ private:
                                         [](const Archive& archive) { return archive.taken; });
         if (taken == found_.archives.end()) {
             const bool rooted = found_.rootExists;
-            findings_.push_back({severity, rooted ? "ARCHIVE_NOT_INSTALLED" : "ROOT_MISSING",
+            findings_.push_back({severity, rooted ? AdviceKey("ARCHIVE_NOT_INSTALLED") : AdviceKey("ROOT_MISSING"),
                                  rooted ? archiveName(wordsOf(found_.backend).archives.preferred) : found_.root.value,
                                  Place::archives});
             return;
@@ -211,7 +211,8 @@ private:
         if (container == nullptr && exists_ && found_.docker.containerListing.succeeded()) {
             note(Place::container, "CONTAINER_MISSING");
         } else if (container != nullptr && container->state != "running") {
-            note(Place::container, container->state == "paused" ? "CONTAINER_PAUSED" : "CONTAINER_NOT_RUNNING");
+            note(Place::container,
+                 container->state == "paused" ? AdviceKey("CONTAINER_PAUSED") : AdviceKey("CONTAINER_NOT_RUNNING"));
         }
     }
 
@@ -249,7 +250,7 @@ std::string findingText(const Finding& finding, Names names)
 {
     const Advice& advice = adviceFor(finding.key);
     if (*advice.text == '\0') {
-        return foundation::core::message::localisedText({orb::container_support::catalogue, finding.key, {}});
+        return foundation::core::message::localisedText({orb::container_support::catalogue, finding.key.text(), {}});
     }
     names.subject = finding.subject;
     return adviceText(advice, names);

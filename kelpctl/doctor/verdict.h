@@ -18,7 +18,7 @@ enum class Place { none, image, wsl, distribution, client, engine, dockerImage, 
 struct Finding {
     Severity severity = Severity::note;
     // Of its advice.
-    std::string key;
+    AdviceKey key;
     std::string subject;
     Place place = Place::none;
 };

@@ -11,177 +11,6 @@ namespace {
 
 constexpr char catalogue[] = "kelpctl";
 
-constexpr std::array entries = {
-    // The errors of the host's catalogue, which has their texts.
-    Advice{"DOCKER_NOT_AVAILABLE", "",
-           "Install Docker, or put the folder of docker.exe into PATH. The flag --wsl uses WSL instead."},
-    Advice{"IMAGE_NOT_EXIST", "",
-           "See with \"docker images\" what the archive held. If the name ends in a release, give that release with "
-           "--release; otherwise use it with \"{1} start --image NAME\"."},
-    Advice{"TAR_FILE_LOAD_ERROR", "",
-           "Name the right archive: \"{1} setup ARCHIVE\" takes an image that \"docker save\" wrote, \"{1} provision "
-           "--archive ARCHIVE --root-fs --name {2}\" a root file system."},
-    Advice{"TAR_FILE_NOT_AVAILABLE", "",
-           "Name an archive that exists, or the installation that holds one with --root; \"{1} doctor\" shows where "
-           "archives are looked for."},
-    Advice{"WSL_CANNOT_IMPORT_TAR_FILE", "",
-           "Run \"wsl --status\" and do what it says, then \"wsl --update\", and try again."},
-
-    // What kelpctl finds out by itself.
-    Advice{"WSL_NOT_USABLE", "WSL cannot list its distributions.",
-           "Run \"wsl --status\" and do what it says, or use Docker, with the flag --docker."},
-    Advice{"WSL_FAILED", "wsl.exe failed before or while it ran the program.", "Run \"{1} doctor\"."},
-    Advice{
-        "WSL_OR_PROGRAM_FAILED",
-        "Either wsl.exe failed before or while it ran the program, or the program itself has ended with this status.",
-        "Run \"{1} doctor\"; if it finds nothing, the status is the program's. One that ends with 67 or 87 is reported "
-        "like this too."},
-    Advice{"DOCKER_FAILED", "The Docker client failed before or while it ran the program.", "Run \"{1} doctor\"."},
-    Advice{"DOCKER_OR_PROGRAM_FAILED",
-           "Either Docker failed before it ran the program, or the program itself has ended with this status.",
-           "Run \"{1} doctor\"; if it finds nothing, the status is the program's."},
-    Advice{"REMOVAL_FAILED", "{2} could not be removed.", "Run \"{1} doctor\" to see what is there."},
-    Advice{"CONTAINER_NOT_STARTED", "The container {3} could not be started.",
-           "See with \"docker ps -a\" whether a container of that name is there; \"{1} stop --container {3}\" removes "
-           "it."},
-    Advice{"CONTAINER_NOT_STOPPED", "The container {3} could not be stopped.",
-           "See with \"docker ps -a\" which containers there are."},
-    Advice{"DOCTOR_FOUND_PROBLEMS", "Something would keep \"{1} setup\" from working.",
-           "Do what is said under \"next steps\", then run \"{1} doctor\" again."},
-    Advice{"INTERRUPTED", "Interrupted.", "Run the same command again to go on; nothing was left behind."},
-    Advice{"LOG_FILE_NOT_WRITABLE", "The log file {4} cannot be written.",
-           "Name a file in a folder that exists and that you may write to with --log-file."},
-    Advice{"OUTPUT_NOT_WRITABLE", "The result could not be written.",
-           "Check that the disk or the pipe that standard output goes to takes more."},
-    Advice{"PROGRAM_NOT_STARTED", "{4}", "Check that the program named above is installed and that you may run it."},
-    Advice{"TEXT_NOT_VALID", "{4}", "Write paths and names in UTF-8."},
-    Advice{"FILE_NOT_ACCESSIBLE", "{4}", "Check that the path named above exists and that you may read it."},
-    Advice{"INVALID_ARGUMENT", "{4}", "Check the names and paths of the command line."},
-    Advice{"OUT_OF_MEMORY", "There is not enough memory.", "Close other programs and try again."},
-    Advice{"UNEXPECTED_ERROR", "{4}", "Run the same command with --log detail and send its output to support."},
-    Advice{"USAGE", "{4}", "Run \"kelpctl --help\"."},
-    Advice{"USAGE_OF_COMMAND", "{4}", "Run \"kelpctl {2} --help\"."},
-
-    // What an interruption may leave behind.
-    Advice{"IMPORT_LEFT", "WSL may still be importing {2} into {4}.",
-           "Run \"{1} remove {2}\", then delete that folder if it is still there."},
-    Advice{"IMAGE_LEFT", "The Docker engine may still finish the image {2}.",
-           "Run \"{1} remove {2}\" to be rid of it."},
-    Advice{"CONTAINER_LEFT", "The container {3} may have been created.",
-           "Run \"{1} stop --container {3}\" to be rid of it."},
-    Advice{"REMOVAL_LEFT", "{2} may have been removed, or not.", "Run the same command again."},
-    Advice{"PROGRAM_LEFT", "The program inside the environment may go on running.",
-           "See what runs with \"{1} exec -- ps\"."},
-
-    // Causes that are found by a further look.
-    Advice{"CONTAINER_RUNS_ALREADY", "The container {3} runs already.",
-           "Use it with \"{1} exec --container {3} -- PROGRAM\"; \"{1} stop --container {3}\" removes it."},
-    Advice{"CONTAINER_EXISTS", "A container {3} exists already, and does not run.",
-           "Remove it with \"{1} stop --container {3}\", and try again."},
-    Advice{
-        "TOOL_HANGS", "{4} does not answer.",
-        "Restart what does not answer: \"wsl --shutdown\" or a restart of Windows for wsl.exe, Docker for the client."},
-    Advice{"WSL_NOT_FOUND", "There is no wsl.exe.",
-           "On Windows run \"wsl --install\"; elsewhere use Docker, with the flag --docker."},
-    Advice{"WSL_NOT_INSTALLED", "The Windows Subsystem for Linux is not installed.",
-           "Run \"wsl --install --no-distribution\" as administrator, and restart Windows."},
-    Advice{"DISTRIBUTION_MISSING", "There is no distribution {2}.",
-           "Create it with \"{1} setup\". If \"wsl --list\" shows one of another release, name that with --release."},
-    Advice{"DOCKER_ENGINE_NOT_REACHABLE", "The Docker engine does not answer.",
-           "Start Docker; when \"docker version\" shows a server, try again."},
-    Advice{"IMAGE_MISSING", "There is no image {2}.",
-           "\"{1} setup\" creates the default one; \"docker images\" shows what there is. An image of another release "
-           "is found with --release."},
-    Advice{"IMAGE_WITHOUT_PROGRAM",
-           "The image {2} names no program to run, as one made from a root file system does not.",
-           "Set the variable AUX_DOCKER_ARGS to \"--entrypoint sh\", and try again."},
-    Advice{"NO_SUCH_IMAGE", "There is no image {2}.", "See with \"docker images\" which images there are."},
-    Advice{"NO_SUCH_CONTAINER", "There is no container {3}.", "See with \"docker ps -a\" which containers there are."},
-    Advice{"CONTAINER_PAUSED", "The container {3} is paused.", "Let it go on with \"docker unpause {3}\"."},
-    Advice{"PROGRAM_MISSING", "The environment has no program {4}.",
-           "Check the program's name, or give its whole path inside the environment."},
-    Advice{"CONTAINER_MISSING", "There is no container {3}.", "Start it with \"{1} start --container {3}\"."},
-    Advice{"CONTAINER_NOT_RUNNING", "The container {3} does not run.",
-           "Remove it with \"{1} stop --container {3}\", then start it with \"{1} start --container {3}\"."},
-    Advice{"DOCKER_REFUSED", "The Docker client or the engine refused the command; no program ran.",
-           "Do what Docker says above; \"docker ps -a\" and \"docker images\" show what there is."},
-    Advice{"PROGRAM_NOT_EXECUTABLE",
-           "Docker could not execute the program, or the program itself has ended with status 126.",
-           "Check inside the environment that the program is a file that may be executed."},
-    Advice{"PROGRAM_NOT_FOUND", "The environment has no such program, or the program itself has ended with status 127.",
-           "Check the program's name, or give its whole path inside the environment."},
-
-    // Failures of wsl.exe, by code.
-    Advice{"WSL_FILE_MISSING", "WSL does not find the archive.",
-           "Name an archive that exists, or the installation that holds one with --root; \"{1} doctor\" shows where "
-           "archives are looked for."},
-    Advice{"WSL_PATH_MISSING", "WSL does not find the archive's folder, or the temporary folder.",
-           "Put the archive into the folder named above, or name an archive, or the installation that holds one with "
-           "--root. If it is there, check that the folder that TEMP names exists."},
-    Advice{
-        "WSL_NAME_TAKEN", "A distribution of that name is registered already; WSL takes no notice of case.",
-        "Remove the other one with \"{1} remove\" and the name as \"wsl --list\" shows it, or choose another name with "
-        "\"provision --name\"."},
-    Advice{"WSL_LOCATION_TAKEN", "The folder for the distribution is in use.",
-           "Try again: each try uses a new folder. \"wsl --list\" shows who uses this one."},
-    Advice{"WSL_BUSY", "The distribution is being installed, removed or converted.",
-           "Wait until the other program is done with it. If there is none, \"{1} remove {2}\" removes what is left of "
-           "it."},
-    Advice{"WSL_NAME_INVALID", "WSL does not accept the name or an argument.",
-           "Choose a name of letters, digits, \".\", \"_\" and \"-\" with --name or --release."},
-    Advice{"WSL_ACCESS_DENIED", "Access is denied.",
-           "Check that you may read the archive and write to the folder that TEMP names."},
-    Advice{"WSL_SERVICE_BROKEN", "The WSL service has failed.",
-           "Run \"wsl --shutdown\" and try again; if that hangs, restart Windows."},
-    Advice{"WSL_ARCHIVE_BROKEN", "The archive is damaged, or no tar archive.",
-           "Copy the archive again; \"tar -tf\" tells whether it is whole."},
-    Advice{"WSL_ARCHIVE_NOT_LINUX", "The archive holds no Linux distribution.",
-           "Use the archive of a root file system (kelp_hub_distro.tar.gz), not a saved Docker image."},
-    Advice{"WSL_DISTRIBUTION_UNKNOWN", "There is no distribution of that name.",
-           "See the names with \"wsl --list\"; create the hub's with \"{1} setup\"."},
-    Advice{"WSL_SYSTEM_ACCOUNT", "WSL does not work for the system account.",
-           "Run kelpctl as an ordinary user, not as a system service."},
-    Advice{"WSL_VIRTUALISATION_OFF", "Virtualisation is not available.",
-           "Switch virtualisation on in the firmware, run \"wsl --install --no-distribution\", and restart Windows."},
-    Advice{"WSL_COMPONENT_MISSING", "A part of Windows that WSL needs is not installed.",
-           "Run \"wsl --install --no-distribution\" as administrator, and restart Windows."},
-    Advice{"WSL_DISK_ATTRIBUTES", "The temporary folder is compressed or encrypted, which WSL's disks must not be.",
-           "Take compression and encryption off the folder that TEMP names, and try again."},
-    Advice{"WSL_DISK_FULL", "The disk is full.", "Make room on the disk of the folder that TEMP names, and try again."},
-    Advice{"WSL_TIMED_OUT", "WSL did not start in time.", "Run \"wsl --shutdown\", and try again."},
-    Advice{"WSL_DISK_MISSING", "The distribution's disk is gone.",
-           "Remove the distribution with \"{1} teardown\", and create it again with \"{1} setup\"."},
-    Advice{"WSL_STATUS_67", "The program ended with status 67, which wsl.exe takes for a user that does not exist.",
-           "Look at what the program printed; wsl.exe never passes the status 67 on."},
-    Advice{"WSL_STATUS_87", "The program ended with status 87, which wsl.exe takes for a want of terminals.",
-           "Look at what the program printed; wsl.exe never passes the status 87 on."},
-
-    // What the doctor finds besides.
-    Advice{"ROOT_MISSING", "The installation root {4} is no folder.",
-           "Name the folder that the host product is installed in with --root or KORVANE_ROOT."},
-    Advice{"WSL_VERSION_UNKNOWN",
-           "No wsl.exe tells its version, so the one that Windows keeps is used; it may be an old one.",
-           "Run \"wsl --update\" when WSL does not work as it should."},
-    Advice{"ARCHIVE_NOT_INSTALLED", "There is no archive to create {2} from.",
-           "Put {4} into the folder that is shown under \"archives\", or name an archive: \"{1} setup ARCHIVE\"."},
-    Advice{"ARCHIVE_NOT_USABLE", "{4} is no archive that {2} could be created from.",
-           "Put the file there once more from where it came, or name another archive: \"{1} setup ARCHIVE\"."},
-    Advice{"ARCHIVE_PACKED_UNUSUALLY", "{4} is packed with zstd, which older versions of WSL and Docker cannot read.",
-           "Pack it with gzip if \"{1} setup\" fails."},
-    Advice{"TEMPORARY_FOLDER_NOT_USABLE",
-           "The temporary folder, where WSL is to keep the distribution, does not exist or may not be written to: {4}",
-           "Let TEMP (TMPDIR, where it is no Windows) name a folder that you may write to."},
-    Advice{"TEMPORARY_FOLDER_SMALL",
-           "There is less room on the disk of the temporary folder, where WSL keeps the distribution, than the packed "
-           "archive takes.",
-           "Make room, or let TEMP (TMPDIR, where it is no Windows) name a folder on another disk."},
-    Advice{"DOCKER_NAME_INVALID", "Docker does not accept the name {2}: it wants lower-case letters and digits.",
-           "Name the release in lower case with --release."},
-    Advice{"DOCKER_RUNS_WINDOWS_CONTAINERS", "The Docker engine runs Windows containers.",
-           "Switch to Linux containers in the menu of Docker Desktop."},
-    Advice{"ENVIRONMENT_READY", "The environment is there.", "Run a program in it with \"{1} exec -- PROGRAM\"."},
-};
-
 // The longer of two that end alike comes first.
 constexpr std::array codes = {
     WslCode{"MountVhd/HCS/ERROR_FILE_NOT_FOUND", "WSL_DISK_MISSING"},
@@ -228,11 +57,11 @@ bool isPathCharacter(char c)
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '/';
 }
 
-const Advice* find(std::string_view key)
+const Advice& find(std::string_view key)
 {
     const auto found =
-        std::find_if(entries.begin(), entries.end(), [key](const Advice& advice) { return key == advice.key; });
-    return found == entries.end() ? nullptr : &*found;
+        std::find_if(allAdvice.begin(), allAdvice.end(), [key](const Advice& advice) { return key == advice.key; });
+    return found == allAdvice.end() ? find("UNEXPECTED_ERROR") : *found;
 }
 
 std::string localised(const std::string& key, const std::string& english, const Names& names)
@@ -243,19 +72,14 @@ std::string localised(const std::string& key, const std::string& english, const 
 
 } // namespace
 
-std::span<const Advice> allAdvice()
+const Advice& adviceFor(AdviceKey key)
 {
-    return entries;
+    return find(key.text());
 }
 
-const Advice& adviceFor(std::string_view key)
+AdviceKey adviceKey(std::string_view identifier)
 {
-    constexpr std::string_view anyOther = "UNEXPECTED_ERROR";
-    const Advice* advice = find(key);
-    if (advice == nullptr) {
-        advice = find(anyOther);
-    }
-    return advice != nullptr ? *advice : entries.front();
+    return AdviceKey(find(identifier));
 }
 
 std::string adviceText(const Advice& advice, const Names& names)
@@ -278,12 +102,12 @@ std::span<const WslCode> wslCodes()
     return codes;
 }
 
-std::string_view causeOfWslCode(std::string_view codePath)
+AdviceKey causeOfWslCode(std::string_view codePath)
 {
     const auto found = std::find_if(codes.begin(), codes.end(), [codePath](const WslCode& known) {
         return codePath.ends_with(std::string("/") + known.code);
     });
-    return found == codes.end() ? std::string_view() : found->cause;
+    return found == codes.end() ? AdviceKey() : found->cause;
 }
 
 std::string wslCodePath(std::string_view text)

@@ -17,7 +17,7 @@ namespace rules = orb::lvm::detail;
 // What Windows' own wsl.exe answers when there is no WSL behind it.
 constexpr std::array<std::int32_t, 2> notInstalled = {1, 50};
 
-std::string causeOfStart(const Run& run, const Context& context, const std::string& client)
+AdviceKey causeOfStart(const Run& run, const Context& context, const std::string& client)
 {
     const Names names = namesOf(context.request);
     switch (askContainer(context.programs, client, names.container)) {
@@ -43,12 +43,12 @@ std::string causeOfStart(const Run& run, const Context& context, const std::stri
         return "IMAGE_WITHOUT_PROGRAM";
     }
     const std::int32_t status = run.status.value_or(dockerRefused);
-    return status == dockerNotExecutable ? "PROGRAM_NOT_EXECUTABLE"
-           : status == dockerNotFound    ? "PROGRAM_NOT_FOUND"
-                                         : "DOCKER_REFUSED";
+    return status == dockerNotExecutable ? AdviceKey("PROGRAM_NOT_EXECUTABLE")
+           : status == dockerNotFound    ? AdviceKey("PROGRAM_NOT_FOUND")
+                                         : AdviceKey("DOCKER_REFUSED");
 }
 
-std::string causeOfDockerFailure(const std::string& identifier, const Run& run, const Context& context)
+AdviceKey causeOfDockerFailure(AdviceKey identifier, const Run& run, const Context& context)
 {
     const std::string& client = run.arguments.front();
     if (identifier == "DOCKER_NOT_AVAILABLE" || rules::commandOf(run.arguments) == rules::Command::dockerLookUp) {
@@ -60,7 +60,7 @@ std::string causeOfDockerFailure(const std::string& identifier, const Run& run, 
     if (identifier == "CONTAINER_NOT_STARTED") {
         return causeOfStart(run, context, client);
     }
-    return askEngine(context.programs, client).reachable() ? std::string() : "DOCKER_ENGINE_NOT_REACHABLE";
+    return askEngine(context.programs, client).reachable() ? AdviceKey() : AdviceKey("DOCKER_ENGINE_NOT_REACHABLE");
 }
 
 } // namespace
@@ -70,13 +70,13 @@ std::string codeOf(const Run& run)
     return wslCodePath(run.output + "\n" + run.error);
 }
 
-std::string causeOfWslStatus(const Run& run)
+AdviceKey causeOfWslStatus(const Run& run)
 {
     if (!run.status) {
         return {};
     }
-    if (const std::string_view known = causeOfWslCode(codeOf(run)); !known.empty()) {
-        return std::string(known);
+    if (const AdviceKey known = causeOfWslCode(codeOf(run)); !known.empty()) {
+        return known;
     }
     if (run.status == noSuchProgram) {
         return "WSL_NOT_FOUND";
@@ -89,7 +89,7 @@ std::string causeOfWslStatus(const Run& run)
     return {};
 }
 
-std::string causeOf(const std::string& identifier, const std::optional<Run>& run, const Context& context)
+AdviceKey causeOf(AdviceKey identifier, const std::optional<Run>& run, const Context& context)
 {
     if (identifier == "IMAGE_NOT_EXIST" && !isDockerName(namesOf(context.request).image)) {
         return "DOCKER_NAME_INVALID";
@@ -110,7 +110,7 @@ std::string causeOf(const std::string& identifier, const std::optional<Run>& run
     return causeOfWslStatus(*run);
 }
 
-std::string causeOfInterruption(const std::optional<Run>& run)
+AdviceKey causeOfInterruption(const std::optional<Run>& run)
 {
     switch (run ? rules::commandOf(run->arguments) : rules::Command::other) {
     case rules::Command::wslImport:
@@ -129,11 +129,6 @@ std::string causeOfInterruption(const std::optional<Run>& run)
     default:
         return {};
     }
-}
-
-std::string importFolder(const std::optional<Run>& run)
-{
-    return run ? rules::importFolderOf(run->arguments) : std::string();
 }
 
 } // namespace kelpctl

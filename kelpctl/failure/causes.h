@@ -2,6 +2,7 @@
 // words that a program printed, which are in the user's language.
 #pragma once
 
+#include "failure/advice_table.h"
 #include "request/context.h"
 
 #include <cstdint>
@@ -20,18 +21,15 @@ inline constexpr std::int32_t dockerNotFound = 127;
 inline constexpr std::int32_t noSuchProgram = 127;
 
 // The key of the cause's advice, empty when there is nothing more to say.
-std::string causeOf(const std::string& identifier, const std::optional<Run>& run, const Context& context);
+AdviceKey causeOf(AdviceKey identifier, const std::optional<Run>& run, const Context& context);
 
 // What an interrupted run may have left behind.
-std::string causeOfInterruption(const std::optional<Run>& run);
-
-// The folder that an import was given.
-std::string importFolder(const std::optional<Run>& run);
+AdviceKey causeOfInterruption(const std::optional<Run>& run);
 
 // The code path in what a program printed; empty when there is none.
 std::string codeOf(const Run& run);
 
 // Why `wsl.exe` failed at something else than running a program.
-std::string causeOfWslStatus(const Run& run);
+AdviceKey causeOfWslStatus(const Run& run);
 
 } // namespace kelpctl

@@ -1,27 +1,45 @@
-// A failure that kelpctl itself found.
+// What kelpctl itself throws.
 #pragma once
+
+#include "failure/advice_table.h"
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace kelpctl {
 
-// The key of its advice, and what it is about.
+// A failure that it found: the key of its advice, what it is about, and the key of the cause's advice when that is known already.
 class Failure : public std::runtime_error {
 public:
-    explicit Failure(const std::string& identifier, std::string subject = {}, std::string cause = {})
-        : std::runtime_error(identifier), subject_(std::move(subject)), cause_(std::move(cause))
+    explicit Failure(AdviceKey identifier, std::string subject = {}, AdviceKey cause = {})
+        : std::runtime_error(identifier.text()), identifier_(identifier), subject_(std::move(subject)), cause_(cause)
     {
     }
 
-    std::string identifier() const { return what(); }
+    AdviceKey identifier() const noexcept { return identifier_; }
     const std::string& subject() const noexcept { return subject_; }
-    // The key of the cause's advice when it is known already.
-    const std::string& cause() const noexcept { return cause_; }
+    AdviceKey cause() const noexcept { return cause_; }
 
 private:
+    AdviceKey identifier_;
     std::string subject_;
-    std::string cause_;
+    AdviceKey cause_;
+};
+
+// A command line that means nothing; what() says why.
+class UsageError : public std::runtime_error {
+public:
+    UsageError(std::string command, const std::string& reason)
+        : std::runtime_error(reason), command_(std::move(command))
+    {
+    }
+
+    // The command that was recognised, empty when none was.
+    const std::string& command() const noexcept { return command_; }
+
+private:
+    std::string command_;
 };
 
 } // namespace kelpctl

@@ -19,7 +19,9 @@ namespace kelpctl {
 struct Outcome {
     std::vector<std::string> lines;
     boost::json::value result;
-    std::optional<Report> failure;
+    std::optional<Report> failure = {};
+    // That of the program that exec ran; kelpctl ends with it, too.
+    std::optional<int> status = {};
 };
 
 // For people: the lines to standard output, a failure to standard error.

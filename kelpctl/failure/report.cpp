@@ -1,9 +1,10 @@
 #include "failure/report.h"
 
 #include "failure/causes.h"
-#include "failure/usage_error.h"
 #include "terminal/interruption.h"
 #include "terminal/text.h"
+
+#include "lvm/commands.h"
 
 #include "host/exceptions.h"
 #include "host/text.h"
@@ -50,9 +51,9 @@ void addEvidence(Report& report, const Run& run, const Request& request)
 }
 
 // Fills in what follows from the identifier and the cause.
-void advise(Report& report, std::string_view cause, const Names& names)
+void advise(Report& report, AdviceKey cause, const Names& names)
 {
-    const Advice& own = adviceFor(report.identifier);
+    const Advice& own = adviceFor(adviceKey(report.identifier));
     if (report.text.empty()) {
         report.text = adviceText(own, names);
     }
@@ -74,7 +75,7 @@ Report catalogueReport(const IMsgIDException& error, const Context& context)
         report.arguments.push_back(readable(argument.text()));
     }
     std::optional<Run> run = tellingRun(context.journal.runs());
-    if (run && run->succeeded() && report.identifier != "IMAGE_NOT_EXIST") {
+    if (run && run->succeeded() && report.identifier != orb::container_support::IMAGE_NOT_EXIST::identifier) {
         // What succeeded is no evidence, except for the list that an image is missing in.
         run.reset();
     }
@@ -83,19 +84,20 @@ Report catalogueReport(const IMsgIDException& error, const Context& context)
     }
     Names names = namesOf(context.request);
     names.subject = run ? run->arguments.front() : std::string();
-    advise(report, causeOf(report.identifier, run, context), names);
+    advise(report, causeOf(adviceKey(report.identifier), run, context), names);
     return report;
 }
 
-Report plainReport(const std::string& identifier, const std::string& subject, const Request& request)
+Report plainReport(AdviceKey identifier, const std::string& subject, const Request& request)
 {
     return makeReport(Failure(identifier, readable(subject)), {}, std::nullopt, request);
 }
 
 // The process service names the program in the text, the text service its own failures by one code.
-const char* identifierOf(const std::system_error& error)
+AdviceKey identifierOf(const std::system_error& error)
 {
-    return error.code() == std::errc::illegal_byte_sequence ? "TEXT_NOT_VALID" : "PROGRAM_NOT_STARTED";
+    return error.code() == std::errc::illegal_byte_sequence ? AdviceKey("TEXT_NOT_VALID")
+                                                            : AdviceKey("PROGRAM_NOT_STARTED");
 }
 
 Report usageReport(const UsageError& error)
@@ -105,7 +107,7 @@ Report usageReport(const UsageError& error)
     Names names;
     names.image = error.command();
     names.subject = readable(error.what());
-    const Advice& advice = adviceFor(error.command().empty() ? "USAGE" : "USAGE_OF_COMMAND");
+    const Advice& advice = adviceFor(error.command().empty() ? AdviceKey("USAGE") : AdviceKey("USAGE_OF_COMMAND"));
     report.text = adviceText(advice, names);
     report.nextStep = adviceNextStep(advice, names);
     report.status = statusUsage;
@@ -113,10 +115,10 @@ Report usageReport(const UsageError& error)
 }
 
 // Only what talks to a child program has evidence in the journal.
-bool isAboutARun(const std::string& identifier)
+bool isAboutARun(AdviceKey identifier)
 {
-    constexpr std::array<std::string_view, 4> identifiers = {"WSL_NOT_USABLE", "REMOVAL_FAILED",
-                                                             "CONTAINER_NOT_STARTED", "CONTAINER_NOT_STOPPED"};
+    constexpr std::array<AdviceKey, 4> identifiers = {"WSL_NOT_USABLE", "REMOVAL_FAILED", "CONTAINER_NOT_STARTED",
+                                                      "CONTAINER_NOT_STOPPED"};
     return std::find(identifiers.begin(), identifiers.end(), identifier) != identifiers.end();
 }
 
@@ -125,7 +127,8 @@ Report interruptionReport(const Context& context)
     const std::vector<Run> runs = context.journal.runs();
     const std::optional<Run> run = runs.empty() ? std::nullopt : std::optional(runs.back());
     Report report =
-        makeReport(Failure("INTERRUPTED", importFolder(run)), causeOfInterruption(run), run, context.request);
+        makeReport(Failure("INTERRUPTED", run ? orb::lvm::detail::importFolderOf(run->arguments) : std::string()),
+                   causeOfInterruption(run), run, context.request);
     report.status = statusInterrupted;
     return report;
 }
@@ -140,17 +143,17 @@ Report failureReport(const Failure& failure, const Context& context)
     }
     const std::optional<Run> run =
         isAboutARun(failure.identifier()) ? tellingRun(context.journal.runs()) : std::optional<Run>();
-    const std::string cause = causeOf(failure.identifier(), run, context);
+    const AdviceKey cause = causeOf(failure.identifier(), run, context);
     const std::string subject = run && run->ending == Ending::timedOut ? run->arguments.front() : failure.subject();
     return makeReport(Failure(failure.identifier(), subject), cause, run, context.request);
 }
 
 } // namespace
 
-Report makeReport(const Failure& failure, std::string_view cause, const std::optional<Run>& run, const Request& request)
+Report makeReport(const Failure& failure, AdviceKey cause, const std::optional<Run>& run, const Request& request)
 {
     Report report;
-    report.identifier = failure.identifier();
+    report.identifier = failure.identifier().text();
     if (!failure.subject().empty()) {
         report.arguments.push_back(failure.subject());
     }
@@ -175,8 +178,9 @@ Report reportOf(const std::exception_ptr& error, const Context& context)
         return catalogueReport(message, context);
     } catch (const std::filesystem::filesystem_error& file) {
         // Only the temporary directory is looked for without a path.
-        return plainReport(file.path1().empty() ? "TEMPORARY_FOLDER_NOT_USABLE" : "FILE_NOT_ACCESSIBLE", file.what(),
-                           context.request);
+        return plainReport(file.path1().empty() ? AdviceKey("TEMPORARY_FOLDER_NOT_USABLE")
+                                                : AdviceKey("FILE_NOT_ACCESSIBLE"),
+                           file.what(), context.request);
     } catch (const std::system_error& system) {
         return plainReport(identifierOf(system), system.what(), context.request);
     } catch (const std::invalid_argument& argument) {

@@ -40,7 +40,6 @@ struct Report {
 Report reportOf(const std::exception_ptr& error, const Context& context);
 
 // What to tell about a failure of kelpctl's own finding, with a cause that is known already (or an empty one).
-Report makeReport(const Failure& failure, std::string_view cause, const std::optional<Run>& run,
-                  const Request& request);
+Report makeReport(const Failure& failure, AdviceKey cause, const std::optional<Run>& run, const Request& request);
 
 } // namespace kelpctl

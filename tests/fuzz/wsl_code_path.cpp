@@ -15,7 +15,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
         fuzz::require(std::none_of(path.begin(), path.end(), [](char c) { return c == ' ' || c == '\n' || c == '\r'; }),
                       "a path has no blanks");
     }
-    const std::string_view cause = kelpctl::causeOfWslCode(path);
-    fuzz::require(cause.empty() || kelpctl::adviceFor(cause).key == cause, "a known code has advice");
+    const kelpctl::AdviceKey cause = kelpctl::causeOfWslCode(path);
+    fuzz::require(cause.empty() || kelpctl::AdviceKey(kelpctl::adviceFor(cause)) == cause, "a known code has advice");
     return 0;
 }

@@ -1,5 +1,7 @@
 #include "commands/command_line.h"
 
+#include "commands/commands.h"
+
 #include <gmock/gmock.h>
 
 #include <chrono>
@@ -136,8 +138,7 @@ TEST(CommandLine, HelpShowsAnExampleForEachCommand)
 {
     const Request all = parseCommandLine({"--help"});
     EXPECT_EQ(all.command, "help");
-    for (const char* name : {"setup", "teardown", "check", "doctor", "provision", "remove", "start", "stop", "exec",
-                             "prefix", "env", "completion", "help"}) {
+    for (const std::string& name : namesOf(kelpctl::allCommands())) {
         const Request one = parseCommandLine({name, "--help"});
         EXPECT_EQ(one.command, "help");
         const std::size_t start = one.helpText.find("Example: ");

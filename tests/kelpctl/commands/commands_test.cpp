@@ -1,3 +1,5 @@
+#include "commands/commands.h"
+
 #include "fake_lvm.h"
 #include "session.h"
 
@@ -7,13 +9,18 @@
 #include <boost/json/parse.hpp>
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 
 namespace {
 
 namespace json = boost::json;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::UnorderedElementsAreArray;
 
 TEST(Commands, SetupIsTheGateway)
 {
@@ -289,6 +296,73 @@ TEST(Commands, ArchiveNameThatIsNotUtf8IsRefused)
     EXPECT_EQ(session.run({"setup", "\xFF.tar"}), 1);
     EXPECT_THAT(session.error, HasSubstr("error: TEXT_NOT_VALID\n"));
     EXPECT_TRUE(fakeLvm().calls.empty());
+}
+
+std::string textOf(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class EachCommand : public testing::Test {
+protected:
+    const std::filesystem::path docs = DOCS_FOLDER;
+    const std::filesystem::path golden = GOLDEN_FOLDER;
+};
+
+TEST_F(EachCommand, HasAPlaceOnThePageWithAllItsFlags)
+{
+    const std::string page = textOf(docs / "kelpctl.md");
+    for (const kelpctl::Command& command : kelpctl::allCommands()) {
+        if (command.shown != kelpctl::Shown::listed) {
+            continue;
+        }
+        EXPECT_THAT(page, AnyOf(HasSubstr(std::string("`") + command.name),
+                                HasSubstr(std::string("`kelpctl ") + command.name)));
+        for (const kelpctl::Option& option : command.options) {
+            EXPECT_TRUE(*option.name != '-' || page.find(option.name) != std::string::npos)
+                << command.name << " " << option.name;
+        }
+    }
+}
+
+TEST_F(EachCommand, IsInTheSchemaAndNoOtherIs)
+{
+    const json::value schema = json::parse(textOf(docs / "kelpctl.schema.json"));
+    std::vector<std::string> described;
+    for (const json::value& name : schema.at("properties").at("command").at("enum").as_array()) {
+        described.emplace_back(name.as_string());
+    }
+    std::vector<std::string> shaped;
+    for (const json::value& rule : schema.at("allOf").as_array()) {
+        const json::value& condition = rule.at("if").at("properties");
+        if (condition.as_object().contains("command")) {
+            shaped.emplace_back(condition.at("command").at("const").as_string());
+        }
+    }
+    // None, when the command line means nothing.
+    std::vector<std::string> names = {""};
+    for (const kelpctl::Command& command : kelpctl::allCommands()) {
+        names.emplace_back(command.name);
+    }
+    EXPECT_THAT(described, UnorderedElementsAreArray(names));
+    EXPECT_THAT(shaped, UnorderedElementsAreArray(names)) << "the shape of the result";
+}
+
+TEST_F(EachCommand, HasASampleOfItsJson)
+{
+    const std::string samples = textOf(golden / "commands.jsonl") + textOf(golden / "doctor.jsonl");
+    for (const kelpctl::Command& command : kelpctl::allCommands()) {
+        EXPECT_THAT(samples, HasSubstr("{\"command\":\"" + std::string(command.name) + "\",\"ok\":true,"));
+    }
+}
+
+TEST_F(EachCommand, HasANameOfItsOwn)
+{
+    for (const kelpctl::Command& command : kelpctl::allCommands()) {
+        EXPECT_EQ(kelpctl::findCommand(command.name), &command);
+    }
+    EXPECT_EQ(kelpctl::findCommand("nonsense"), nullptr);
 }
 
 } // namespace

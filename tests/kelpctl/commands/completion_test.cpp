@@ -1,14 +1,20 @@
 #include "commands/completion.h"
 
+#include "commands/commands.h"
+
 #include <gmock/gmock.h>
 
 namespace {
 
-using kelpctl::completions;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
+
+std::vector<std::string> completions(const std::vector<std::string>& words)
+{
+    return kelpctl::completions(words, kelpctl::allCommands(), kelpctl::globalOptions());
+}
 
 TEST(Completion, OffersCommands)
 {

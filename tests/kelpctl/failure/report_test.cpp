@@ -90,7 +90,7 @@ std::string nextStep(const char* key, const Request& request = {}, const std::st
 {
     kelpctl::Names names = namesOf(request);
     names.subject = subject;
-    return adviceNextStep(adviceFor(key), names);
+    return adviceNextStep(adviceFor(kelpctl::adviceKey(key)), names);
 }
 
 constexpr char engineQuestion[] = "docker.exe version --format {{json .}}";

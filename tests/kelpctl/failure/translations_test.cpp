@@ -57,7 +57,7 @@ std::set<std::string> placeholders(const std::string& text)
 std::map<std::string, std::string> englishAdvice()
 {
     std::map<std::string, std::string> texts;
-    for (const Advice& advice : allAdvice()) {
+    for (const Advice& advice : allAdvice) {
         if (*advice.text != '\0') {
             texts[advice.key] = advice.text;
         }

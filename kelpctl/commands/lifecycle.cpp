@@ -1,0 +1,185 @@
+#include "commands/lifecycle.h"
+
+#include "asking/docker.h"
+#include "asking/gateways.h"
+#include "commands/work.h"
+#include "failure/failure.h"
+#include "request/backend.h"
+#include "request/names.h"
+#include "terminal/json.h"
+
+#include "lvm/commands.h"
+
+#include "orb/lvm.h"
+
+#include <functional>
+#include <optional>
+
+namespace kelpctl {
+namespace {
+
+namespace json = boost::json;
+
+// What provisioning did, by the programs that ran.
+Outcome provisioned(const Context& context)
+{
+    const std::string name = namesOf(context.request).image;
+    std::optional<std::string> source;
+    for (const Run& run : context.journal.runs()) {
+        if (const std::string made = orb::lvm::detail::sourceOf(run.arguments); !made.empty() && run.succeeded()) {
+            source = made;
+        }
+    }
+    const std::string what = std::string("The ") + wordsOf(selectedBackend()).image + " " + name;
+    Outcome outcome;
+    outcome.result = json::object{{"kind", wordsOf(selectedBackend()).image},
+                                  {"name", name},
+                                  {"created", source.has_value()},
+                                  {"source", orNull(source)}};
+    outcome.lines = {source ? what + " was created from " + *source + "."
+                            : what + " exists already; nothing was created."};
+    return outcome;
+}
+
+// The removal is the last program that the library runs.
+void requireRemoved(const Context& context)
+{
+    const std::vector<Run> runs = context.journal.runs();
+    if (!runs.empty() && !runs.back().succeeded()) {
+        throw Failure("REMOVAL_FAILED");
+    }
+}
+
+// Forced removal by Docker succeeds for what is not there as well.
+void requireImage(const Context& context)
+{
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        return;
+    case Backend::docker:
+        break;
+    }
+    const std::string client = orb::lvm::getContainerExecutablePath();
+    const std::string image = namesOf(context.request).image;
+    if (!imageExists(context.programs, client, image) && askEngine(context.programs, client).reachable()) {
+        throw Failure("REMOVAL_FAILED", {}, "NO_SUCH_IMAGE");
+    }
+}
+
+// The library only logs a removal that fails, so that is found out. Throws Failure for it, and when there is no such
+// image.
+void removeBy(const Context& context, const std::function<void()>& removal)
+{
+    requireClient();
+    requireImage(context);
+    removal();
+    requireRemoved(context);
+}
+
+// A container goes on without its image.
+void addContainerThatRuns(const Context& context, Outcome& outcome)
+{
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        return;
+    case Backend::docker:
+        break;
+    }
+    const Names names = namesOf(context.request);
+    const std::string client = orb::lvm::getContainerExecutablePath();
+    if (!client.empty() && askContainer(context.programs, client, names.container) == ContainerState::running) {
+        outcome.lines.push_back("The container " + names.container + " still runs; \"" + names.invocation +
+                                " stop --container " + names.container + "\" removes it.");
+    }
+}
+
+Outcome removed(const Context& context)
+{
+    const std::string name = namesOf(context.request).image;
+    Outcome outcome{{std::string("The ") + wordsOf(selectedBackend()).image + " " + name + " was removed."},
+                    json::object{{"kind", wordsOf(selectedBackend()).image}, {"name", name}},
+                    {}};
+    addContainerThatRuns(context, outcome);
+    return outcome;
+}
+
+// Some Docker clients report success for a container that is not there.
+void requireContainer(const Context& context)
+{
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        return;
+    case Backend::docker:
+        break;
+    }
+    const std::string client = orb::lvm::getContainerExecutablePath();
+    if (askContainer(context.programs, client, namesOf(context.request).container) == ContainerState::missing) {
+        throw Failure("CONTAINER_NOT_STOPPED", {}, "NO_SUCH_CONTAINER");
+    }
+}
+
+Outcome containerChanged(const Context& context, const char* change)
+{
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        return {{"WSL needs no container; nothing was done."}, json::object{{"container", nullptr}}, {}};
+    case Backend::docker:
+        break;
+    }
+    const std::string container = namesOf(context.request).container;
+    return {{"The container " + container + " was " + change + "."}, json::object{{"container", container}}, {}};
+}
+
+} // namespace
+
+Outcome setup(const Context& context)
+{
+    work(context, [&context] { callSetup(context.request.archive); });
+    return provisioned(context);
+}
+
+Outcome provision(const Context& context)
+{
+    const Request& request = context.request;
+    work(context, [&request] { orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs); });
+    return provisioned(context);
+}
+
+Outcome teardown(const Context& context)
+{
+    work(context, [&context] { removeBy(context, callTeardown); });
+    return removed(context);
+}
+
+Outcome removeEnvironment(const Context& context)
+{
+    work(context, [&context] { removeBy(context, [&context] { orb::lvm::clearDistroImage(context.request.name); }); });
+    return removed(context);
+}
+
+Outcome start(const Context& context)
+{
+    const Request& request = context.request;
+    work(context, [&request] {
+        requireClient();
+        if (!orb::lvm::startContainerIfNecessary(request.container, request.image)) {
+            throw Failure("CONTAINER_NOT_STARTED");
+        }
+    });
+    return containerChanged(context, "started");
+}
+
+Outcome stop(const Context& context)
+{
+    const Request& request = context.request;
+    work(context, [&] {
+        requireClient();
+        requireContainer(context);
+        if (!orb::lvm::stopContainerIfNecessary(request.container)) {
+            throw Failure("CONTAINER_NOT_STOPPED");
+        }
+    });
+    return containerChanged(context, "removed");
+}
+
+} // namespace kelpctl
