@@ -315,10 +315,12 @@ TEST_F(Doctor, NeedsNoMoreThanItsOwnTimeForAnyAmountOfOutput)
     const Wsl wsl;
     const EnvironmentVariable mode("WSL_STAND_IN_MODE", "flood");
     const Computer computer({"where", "wsl"});
-    const auto toolTime = 3 * timeOf([] { orb::process::detail::run({"wsl.exe", "-v"}); });
+    const auto toolTime = [] { return timeOf([] { orb::process::detail::run({"wsl.exe", "-v"}); }); };
+    const auto before = toolTime();
     RunResult result;
     const auto time = timeOf([&] { result = computer.doctor(); });
-    EXPECT_LT(time, toolTime + ownTime);
+    // The tool is asked three times. Others use the machine too, now more and now less.
+    EXPECT_LT(time, 2 * 3 * std::max(before, toolTime()) + ownTime);
     EXPECT_LT(result.standardOutput.size(), 10'000U);
 }
 
