@@ -57,11 +57,11 @@ bool isPathCharacter(char c)
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '/';
 }
 
-const Advice& find(std::string_view key)
+const Advice* find(std::string_view key)
 {
     const auto found =
         std::find_if(allAdvice.begin(), allAdvice.end(), [key](const Advice& advice) { return key == advice.key; });
-    return found == allAdvice.end() ? find("UNEXPECTED_ERROR") : *found;
+    return found == allAdvice.end() ? nullptr : &*found;
 }
 
 std::string localised(const std::string& key, const std::string& english, const Names& names)
@@ -74,12 +74,14 @@ std::string localised(const std::string& key, const std::string& english, const 
 
 const Advice& adviceFor(AdviceKey key)
 {
-    return find(key.text());
+    const Advice* found = find(key.text());
+    return found == nullptr ? *find("UNEXPECTED_ERROR") : *found;
 }
 
 AdviceKey adviceKey(std::string_view identifier)
 {
-    return AdviceKey(find(identifier));
+    const Advice* found = find(identifier);
+    return found == nullptr ? AdviceKey("UNEXPECTED_ERROR") : AdviceKey(*found);
 }
 
 std::string adviceText(const Advice& advice, const Names& names)
