@@ -1,7 +1,7 @@
 #include "host/install.h"
 
-#include "configuration_state.h"
 #include "install_location.h"
+#include "kept_release.h"
 
 #include "host/configuration.h"
 #include "host/environment.h"

@@ -5,6 +5,7 @@
 // programs of their own. Nothing here keeps state between calls; every function may be called from any thread.
 #pragma once
 
+#include "host/command_line.h"
 #include "host/export.h"
 
 #include <chrono>
@@ -116,14 +117,5 @@ KORVANE_HOST_API RunObserver* observeRuns(RunObserver* observer) noexcept;
 // (errc::no_such_file_or_directory).
 KORVANE_HOST_API std::int32_t runAttached(const std::vector<std::string>& arguments,
                                           const Environment& environment = {}, const std::string& workingDir = {});
-
-// Splits a command line into an argument vector by the rules of the Microsoft C runtime, on every system: blanks and
-// tabs separate, double quotes group, 2n backslashes before a quote are n backslashes, 2n+1 are n and a literal quote;
-// in the program name backslashes are literal. A blank or empty line gives an empty vector.
-KORVANE_HOST_API std::vector<std::string> getRunArguments(const std::string& commandLine);
-
-// The opposite: a command line that getRunArguments, and any Windows program, splits into the same vector. Arguments
-// are quoted only when they must be. Throws std::invalid_argument for a program name with a double quote.
-KORVANE_HOST_API std::string joinArguments(const std::vector<std::string>& arguments);
 
 } // namespace orb::process::detail

@@ -1,5 +1,4 @@
-// Plain text work, the same wherever it is compiled.
-#include "variables.h"
+#include "environment_block.h"
 
 #include <string_view>
 

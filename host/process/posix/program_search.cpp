@@ -1,7 +1,7 @@
 #include "program_search.h"
 
 #include "arguments.h"
-#include "run_program.h"
+#include "program_not_found.h"
 
 #include <cerrno>
 #include <cstdlib>

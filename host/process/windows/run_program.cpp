@@ -1,9 +1,7 @@
-#include "host/process.h"
+#include "run_program.h"
 
-#include "arguments.h"
 #include "child.h"
 #include "pipe.h"
-#include "run_program.h"
 #include "run_session.h"
 #include "start.h"
 #include "system_error.h"
@@ -142,10 +140,9 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
     return session.finish(report);
 }
 
-std::int32_t runAttached(const std::vector<std::string>& arguments, const Environment& environment,
-                         const std::string& workingDir)
+std::int32_t runProgramAttached(const std::vector<std::string>& arguments, const Environment& environment,
+                                const std::string& workingDir)
 {
-    checkArguments(arguments, environment, workingDir);
     Child child(startProgram({arguments,
                               environment,
                               workingDir,

@@ -10,6 +10,8 @@
 
 namespace orb::process::detail {
 
+using foundation::core::system::Handle;
+
 struct StartRequest {
     const std::vector<std::string>& arguments;
     const Environment& environment;

@@ -45,12 +45,6 @@ void put(Variables& variables, const std::wstring& name, std::wstring value)
 
 } // namespace
 
-bool BeforeWithoutCase::operator()(const std::wstring& left, const std::wstring& right) const noexcept
-{
-    return CompareStringOrdinal(left.data(), static_cast<int>(left.size()), right.data(),
-                                static_cast<int>(right.size()), TRUE) == CSTR_LESS_THAN;
-}
-
 Variables variablesWith(const Environment& environment)
 {
     Variables variables = inheritedVariables();

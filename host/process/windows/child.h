@@ -6,6 +6,8 @@
 
 namespace orb::process::detail {
 
+using foundation::core::system::Handle;
+
 // Ends the program, unless it has exited, when it is destroyed.
 class Child {
 public:

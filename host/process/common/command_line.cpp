@@ -1,4 +1,4 @@
-#include "host/process.h"
+#include "host/command_line.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,6 +1,7 @@
 #include "program_search.h"
 
-#include "run_program.h"
+#include "full_path.h"
+#include "program_not_found.h"
 #include "system_error.h"
 #include "wide_text.h"
 
@@ -12,7 +13,7 @@
 
 namespace orb::process::detail {
 
-using foundation::core::system::lastError;
+using foundation::core::path::fullPath;
 
 namespace {
 
@@ -76,21 +77,6 @@ std::wstring searchFolders(const std::wstring& name, const Variables& variables)
 }
 
 } // namespace
-
-std::wstring fullPath(const std::wstring& path)
-{
-    std::wstring full(MAX_PATH, L'\0');
-    DWORD length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-    if (length >= full.size()) {
-        full.resize(length);
-        length = GetFullPathNameW(path.c_str(), length, full.data(), nullptr);
-    }
-    if (length == 0 || length >= full.size()) {
-        throw lastError("cannot make a path absolute");
-    }
-    full.resize(length);
-    return full;
-}
 
 std::wstring findProgram(const std::string& program, const Variables& variables)
 {

@@ -12,15 +12,6 @@
 
 namespace orb::process::detail {
 
-void Descriptor::close() noexcept
-{
-    if (value_ >= 0) {
-        const int error = errno;
-        ::close(std::exchange(value_, -1));
-        errno = error;
-    }
-}
-
 namespace {
 
 [[noreturn]] void fail(const char* what)

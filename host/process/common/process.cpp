@@ -1,6 +1,8 @@
-#include "run_program.h"
+#include "host/process.h"
 
 #include "arguments.h"
+#include "program_not_found.h"
+#include "run_program.h"
 
 #include <atomic>
 
@@ -50,11 +52,6 @@ RunObserver* observeRuns(RunObserver* observer) noexcept
     return currentObserver.exchange(observer);
 }
 
-ProgramNotFound::ProgramNotFound(const std::string& program)
-    : std::system_error(std::make_error_code(std::errc::no_such_file_or_directory), startFailure(program, {}))
-{
-}
-
 RunResult run(const std::vector<std::string>& arguments, const Environment& environment, const std::string& workingDir,
               bool detach, const RunOptions& options)
 {
@@ -67,6 +64,13 @@ RunResult run(const std::vector<std::string>& arguments, const Environment& envi
         return runObserved(*observer, arguments, environment, workingDir, options);
     }
     return runOrReportMissing(arguments, environment, workingDir, options);
+}
+
+std::int32_t runAttached(const std::vector<std::string>& arguments, const Environment& environment,
+                         const std::string& workingDir)
+{
+    checkArguments(arguments, environment, workingDir);
+    return runProgramAttached(arguments, environment, workingDir);
 }
 
 } // namespace orb::process::detail

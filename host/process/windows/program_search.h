@@ -7,9 +7,6 @@
 
 namespace orb::process::detail {
 
-// The absolute form of a path; for a drive designator alone the drive's current folder. Throws std::system_error.
-std::wstring fullPath(const std::wstring& path);
-
 // The absolute path of the program as run() promises it; bare names are looked up in the PATH of `variables`.
 // Throws std::system_error when no folder has it.
 std::wstring findProgram(const std::string& program, const Variables& variables);

@@ -11,6 +11,8 @@
 
 namespace orb::process::detail {
 
+using foundation::core::system::Handle;
+
 enum class Direction { fromProgram, toProgram };
 
 // No program inherits either end by itself. Our end does not wait; the program's end does, as ordinary programs

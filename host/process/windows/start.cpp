@@ -2,6 +2,7 @@
 
 #include "arguments.h"
 #include "creation_flags.h"
+#include "full_path.h"
 #include "program_search.h"
 #include "system_error.h"
 #include "variables.h"
@@ -15,6 +16,7 @@
 
 namespace orb::process::detail {
 
+using foundation::core::path::fullPath;
 using foundation::core::system::lastError;
 
 namespace {
