@@ -33,7 +33,7 @@ void inThreads(int count, const std::function<void(int)>& work)
 } // namespace
 
 // LEAK_RUNS is 10,000, and 150 under an emulator of Windows, where a run takes a tenth of a second.
-TEST(ManyRuns, leaveNoHandleOpen)
+TEST(ManyRuns, LeaveNoHandleOpen)
 {
     const std::vector<std::string> program =
         QUICK_PROGRAM[0] == '\0' ? child({"exit", "0"}) : std::vector<std::string>{QUICK_PROGRAM};
@@ -64,7 +64,7 @@ TEST(ManyRuns, leaveNoHandleOpen)
     EXPECT_EQ(openHandles(), before);
 }
 
-TEST(ManyRuns, atOnceFromManyThreadsDoNotMixTheirResults)
+TEST(ManyRuns, AtOnceFromManyThreadsDoNotMixTheirResults)
 {
     std::vector<RunResult> results(64);
     inThreads(64, [&](int i) {
@@ -79,7 +79,7 @@ TEST(ManyRuns, atOnceFromManyThreadsDoNotMixTheirResults)
     }
 }
 
-TEST(ManyRuns, endTheirStreamsThoughAnotherProgramOutlivesThem)
+TEST(ManyRuns, EndTheirStreamsThoughAnotherProgramOutlivesThem)
 {
     const TemporaryFolder folder;
     const std::string go = (folder.path() / "go").string();

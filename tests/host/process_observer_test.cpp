@@ -68,7 +68,7 @@ private:
 
 } // namespace
 
-TEST(RunObserver, seesEachRunFromItsStartToItsResult)
+TEST(RunObserver, SeesEachRunFromItsStartToItsResult)
 {
     const Witness witness;
     run(child({"print", "to output", "to error"}));
@@ -77,7 +77,7 @@ TEST(RunObserver, seesEachRunFromItsStartToItsResult)
     EXPECT_EQ(witness.last.status, 3);
 }
 
-TEST(RunObserver, seesWhatTheProgramPrinted)
+TEST(RunObserver, SeesWhatTheProgramPrinted)
 {
     const Witness witness;
     run(child({"print", "to output", "to error"}));
@@ -85,7 +85,7 @@ TEST(RunObserver, seesWhatTheProgramPrinted)
     EXPECT_EQ(witness.last.standardError, "to error");
 }
 
-TEST(RunObserver, seesAProgramThatDoesNotExistAsARunThatFailed)
+TEST(RunObserver, SeesAProgramThatDoesNotExistAsARunThatFailed)
 {
     const Witness witness;
     run({"no-such-program-anywhere"});
@@ -93,21 +93,21 @@ TEST(RunObserver, seesAProgramThatDoesNotExistAsARunThatFailed)
     EXPECT_THAT(witness.events, ElementsAre("started no-such-program-anywhere", "ended no-such-program-anywhere"));
 }
 
-TEST(RunObserver, isToldThatARunHasNoResult)
+TEST(RunObserver, IsToldThatARunHasNoResult)
 {
     const Witness witness;
     EXPECT_ANY_THROW(run(child({"sleep", "0"}), {}, "/no/such/folder"));
     EXPECT_THAT(witness.events, ElementsAre("started 0", "ended 0 without a result"));
 }
 
-TEST(RunObserver, doesNotSeeWhatIsRefusedBeforeItStarts)
+TEST(RunObserver, DoesNotSeeWhatIsRefusedBeforeItStarts)
 {
     const Witness witness;
     EXPECT_THROW(run({}), std::invalid_argument);
     EXPECT_THAT(witness.events, IsEmpty());
 }
 
-TEST(RunObserver, endsAProgram)
+TEST(RunObserver, EndsAProgram)
 {
     Witness witness;
     witness.ends = true;
@@ -116,7 +116,7 @@ TEST(RunObserver, endsAProgram)
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
 }
 
-TEST(RunObserver, endsAProgramByAnExceptionThatPassesOut)
+TEST(RunObserver, EndsAProgramByAnExceptionThatPassesOut)
 {
     Witness witness;
     witness.givesUp = true;
@@ -126,7 +126,7 @@ TEST(RunObserver, endsAProgramByAnExceptionThatPassesOut)
     EXPECT_THAT(witness.events, ElementsAre("started 120000", "ended 120000 without a result"));
 }
 
-TEST(RunObserver, leavesTheTerminationHandlerItsSay)
+TEST(RunObserver, LeavesTheTerminationHandlerItsSay)
 {
     const Witness witness;
     RunOptions options;
@@ -134,7 +134,7 @@ TEST(RunObserver, leavesTheTerminationHandlerItsSay)
     EXPECT_NE(run(child({"sleep", "120000"}), {}, {}, false, options).status, 0);
 }
 
-TEST(RunObserver, letsAProgramRunWhenNobodyEndsIt)
+TEST(RunObserver, LetsAProgramRunWhenNobodyEndsIt)
 {
     const Witness witness;
     RunOptions options;
@@ -144,7 +144,7 @@ TEST(RunObserver, letsAProgramRunWhenNobodyEndsIt)
     EXPECT_GT(asked, 0);
 }
 
-TEST(RunObserver, keepsAProgramFromStartingByAnException)
+TEST(RunObserver, KeepsAProgramFromStartingByAnException)
 {
     Witness witness;
     witness.refuses = true;
@@ -152,7 +152,7 @@ TEST(RunObserver, keepsAProgramFromStartingByAnException)
     EXPECT_THAT(witness.events, ElementsAre("started 0"));
 }
 
-TEST(RunObserver, seesNothingOnceItIsReplaced)
+TEST(RunObserver, SeesNothingOnceItIsReplaced)
 {
     Witness witness;
     observeRuns(nullptr);
@@ -160,7 +160,7 @@ TEST(RunObserver, seesNothingOnceItIsReplaced)
     EXPECT_THAT(witness.events, IsEmpty());
 }
 
-TEST(RunObserver, doesNotSeeDetachedRuns)
+TEST(RunObserver, DoesNotSeeDetachedRuns)
 {
     const Witness witness;
     run(child({"exit", "0"}), {}, {}, true);

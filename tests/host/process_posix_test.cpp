@@ -116,7 +116,7 @@ bool isAnyStandardStreamAPipe()
 
 } // namespace
 
-TEST(ProcessStatusPosix, ofAProgramKilledByASignalTellsTheSignal)
+TEST(ProcessStatusPosix, OfAProgramKilledByASignalTellsTheSignal)
 {
     RunOptions options;
     ExitReport report;
@@ -129,19 +129,19 @@ TEST(ProcessStatusPosix, ofAProgramKilledByASignalTellsTheSignal)
     EXPECT_EQ(report.signal, 0);
 }
 
-TEST(ProcessStatusPosix, isTheLowByteOfTheExitCode)
+TEST(ProcessStatusPosix, IsTheLowByteOfTheExitCode)
 {
     EXPECT_EQ(run(child({"exit", "-1"})).status, 255);
     EXPECT_EQ(run(child({"exit", "259"})).status, 3);
 }
 
-TEST(ProcessStatusPosix, thatTheSystemForgetsIsAnError)
+TEST(ProcessStatusPosix, ThatTheSystemForgetsIsAnError)
 {
     const SignalAction ignored(SIGCHLD, SIG_IGN);
     EXPECT_EQ(failureOf(child({"print", "x", ""})).value(), ECHILD);
 }
 
-TEST(ProcessStartPosix, refusesWhatCannotBeExecuted)
+TEST(ProcessStartPosix, RefusesWhatCannotBeExecuted)
 {
     const TemporaryFolder folder;
     const fs::path plain = writeFile(folder.path() / "plain", "text", fs::perms::owner_read);
@@ -152,21 +152,21 @@ TEST(ProcessStartPosix, refusesWhatCannotBeExecuted)
     EXPECT_EQ(failureOf(child({std::string(std::size_t{4} * 1024 * 1024, 'x')})).value(), E2BIG);
 }
 
-TEST(ProcessStartPosix, reportsAProgramBelowAFileAsMissing)
+TEST(ProcessStartPosix, ReportsAProgramBelowAFileAsMissing)
 {
     const TemporaryFolder folder;
     const fs::path file = writeFile(folder.path() / "file", "text", fs::perms::owner_all);
     EXPECT_EQ(run({(file / "program").string()}).status, 127);
 }
 
-TEST(ProcessStartPosix, runsAScriptWithAnInterpreterLine)
+TEST(ProcessStartPosix, RunsAScriptWithAnInterpreterLine)
 {
     const TemporaryFolder folder;
     const fs::path script = writeFile(folder.path() / "script", "#!/bin/sh\necho \"$1\"\n", fs::perms::owner_all);
     EXPECT_EQ(run({script.string(), "a  b"}).standardOutput, "a  b\n");
 }
 
-TEST(ProgramSearchPosix, goesOnAfterAnEntryThatMayNotBeRunAndReportsItLast)
+TEST(ProgramSearchPosix, GoesOnAfterAnEntryThatMayNotBeRunAndReportsItLast)
 {
     const TemporaryFolder forbidden;
     const TemporaryFolder allowed;
@@ -180,19 +180,19 @@ TEST(ProgramSearchPosix, goesOnAfterAnEntryThatMayNotBeRunAndReportsItLast)
     EXPECT_EQ(run({"probe_twin", "print", "found", ""}, {{"PATH", both}}).standardOutput, "found");
 }
 
-TEST(ProgramSearchPosix, findsNothingWithoutAPath)
+TEST(ProgramSearchPosix, FindsNothingWithoutAPath)
 {
     const EnvironmentVariable none("PATH");
     EXPECT_EQ(run({"sh", "-c", "exit"}).status, 127);
 }
 
-TEST(WorkingFolderPosix, ofADriveDesignatorIsTheCallers)
+TEST(WorkingFolderPosix, OfADriveDesignatorIsTheCallers)
 {
     EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, "c:").standardOutput, fs::current_path()));
     EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, "Z:").standardOutput, fs::current_path()));
 }
 
-TEST(WorkingFolderPosix, thatOnlyLooksLikeADriveDesignatorIsAFolder)
+TEST(WorkingFolderPosix, ThatOnlyLooksLikeADriveDesignatorIsAFolder)
 {
     const TemporaryFolder folder;
     const CurrentFolder current(folder.path());
@@ -202,7 +202,7 @@ TEST(WorkingFolderPosix, thatOnlyLooksLikeADriveDesignatorIsAFolder)
     }
 }
 
-TEST(ProcessEnvironmentPosix, tellsNamesApartByCase)
+TEST(ProcessEnvironmentPosix, TellsNamesApartByCase)
 {
     const EnvironmentVariable inherited("PROCESS_TEST_VARIABLE", "upper");
     EXPECT_EQ(run(child({"variables", "PROCESS_TEST_VARIABLE", "process_test_variable"}),
@@ -211,14 +211,14 @@ TEST(ProcessEnvironmentPosix, tellsNamesApartByCase)
               "upper\nlower\n");
 }
 
-TEST(ProcessHandlesPosix, areTheThreeStreamsAlone)
+TEST(ProcessHandlesPosix, AreTheThreeStreamsAlone)
 {
     const TemporaryFolder folder;
     const ForeignFile file(folder.path());
     EXPECT_EQ(run(child({"descriptors"})).standardOutput, "0 1 2 ");
 }
 
-TEST(ProcessHandlesPosix, areRightAlsoWhenTheCallerHasNoStandardStreams)
+TEST(ProcessHandlesPosix, AreRightAlsoWhenTheCallerHasNoStandardStreams)
 {
     RunResult result;
     RunResult descriptors;
@@ -245,7 +245,7 @@ TEST(ProcessHandlesPosix, areRightAlsoWhenTheCallerHasNoStandardStreams)
     EXPECT_FALSE(pipeInPlace) << "what the host prints would go into a pipe";
 }
 
-TEST(ProcessHandlesPosix, thatTheSystemRefusesWithoutStandardStreamsAreNamed)
+TEST(ProcessHandlesPosix, ThatTheSystemRefusesWithoutStandardStreamsAreNamed)
 {
     std::string failure;
     {
@@ -255,7 +255,7 @@ TEST(ProcessHandlesPosix, thatTheSystemRefusesWithoutStandardStreamsAreNamed)
     EXPECT_THAT(failure, HasSubstr("cannot duplicate a pipe"));
 }
 
-TEST(ProcessSignalsPosix, areNeitherBlockedNorIgnoredInTheProgram)
+TEST(ProcessSignalsPosix, AreNeitherBlockedNorIgnoredInTheProgram)
 {
     const SignalAction ignoredPipe(SIGPIPE, SIG_IGN);
     const SignalAction ignoredInterrupt(SIGINT, SIG_IGN);
@@ -271,7 +271,7 @@ TEST(ProcessSignalsPosix, areNeitherBlockedNorIgnoredInTheProgram)
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(ProcessSignalsPosix, thatInterruptTheWaitDoNoHarm)
+TEST(ProcessSignalsPosix, ThatInterruptTheWaitDoNoHarm)
 {
     const SignalAction handled(SIGUSR1, [](int) {});
     const pthread_t runner = ::pthread_self();
@@ -290,7 +290,7 @@ TEST(ProcessSignalsPosix, thatInterruptTheWaitDoNoHarm)
     EXPECT_EQ(attached, 0);
 }
 
-TEST(DetachedRunPosix, leavesNoZombie)
+TEST(DetachedRunPosix, LeavesNoZombie)
 {
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "id";

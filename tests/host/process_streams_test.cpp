@@ -65,7 +65,7 @@ void expectEndByException(const RunOptions& options, const std::string& text)
 
 } // namespace
 
-TEST(ProcessStreams, areCapturedEachOnItsOwnAndUnchanged)
+TEST(ProcessStreams, AreCapturedEachOnItsOwnAndUnchanged)
 {
     const RunResult result = run(child({"print", "out\r\n\t\xC3\xA4", "error \n"}));
     EXPECT_EQ(result.status, 0);
@@ -73,7 +73,7 @@ TEST(ProcessStreams, areCapturedEachOnItsOwnAndUnchanged)
     EXPECT_EQ(result.standardError, "error \n");
 }
 
-TEST(ProcessStreams, areEmptyOfAProgramThatPrintsNothing)
+TEST(ProcessStreams, AreEmptyOfAProgramThatPrintsNothing)
 {
     for (const int status : {0, 3}) {
         const RunResult result = run(child({"exit", std::to_string(status)}));
@@ -83,40 +83,40 @@ TEST(ProcessStreams, areEmptyOfAProgramThatPrintsNothing)
     }
 }
 
-TEST(ProcessStreams, mayBothBeLargeAndInterleaved)
+TEST(ProcessStreams, MayBothBeLargeAndInterleaved)
 {
     const RunResult result = run(child({"flood", "1048576", "1048576"}));
     EXPECT_EQ(result.standardOutput, std::string(1048576, 'o'));
     EXPECT_EQ(result.standardError, std::string(1048576, 'e'));
 }
 
-TEST(ProcessStreams, mayBeFloodedOnTheErrorStreamAlone)
+TEST(ProcessStreams, MayBeFloodedOnTheErrorStreamAlone)
 {
     const RunResult result = run(child({"flood", "0", "3000000"}));
     EXPECT_EQ(result.standardOutput, "");
     EXPECT_EQ(result.standardError, std::string(3000000, 'e'));
 }
 
-TEST(ProcessStreams, giveTheProgramAnEmptyInput)
+TEST(ProcessStreams, GiveTheProgramAnEmptyInput)
 {
     EXPECT_EQ(run(child({"copy-input"})).standardOutput, "(end)");
 }
 
-TEST(InputHandler, feedsTheProgramUntilItGivesAnEmptyPiece)
+TEST(InputHandler, FeedsTheProgramUntilItGivesAnEmptyPiece)
 {
     RunOptions options;
     options.inputHandler = pieces({"first ", std::string(300000, 'x'), " last"});
     EXPECT_EQ(runWith(options, {"copy-input"}).standardOutput, "first " + std::string(300000, 'x') + " last(end)");
 }
 
-TEST(InputHandler, mayGiveNothingAtAll)
+TEST(InputHandler, MayGiveNothingAtAll)
 {
     RunOptions options;
     options.inputHandler = pieces({});
     EXPECT_EQ(runWith(options, {"copy-input"}).standardOutput, "(end)");
 }
 
-TEST(InputHandler, isNoHindranceToAProgramThatDoesNotRead)
+TEST(InputHandler, IsNoHindranceToAProgramThatDoesNotRead)
 {
     RunOptions options;
     const std::string endless(300000, 'x');
@@ -126,7 +126,7 @@ TEST(InputHandler, isNoHindranceToAProgramThatDoesNotRead)
     EXPECT_EQ(result.standardOutput, "done");
 }
 
-TEST(InputHandler, isNoHindranceWhenADescendantKeepsTheInputOpen)
+TEST(InputHandler, IsNoHindranceWhenADescendantKeepsTheInputOpen)
 {
     RunOptions options;
     const std::string endless(300000, 'x');
@@ -137,7 +137,7 @@ TEST(InputHandler, isNoHindranceWhenADescendantKeepsTheInputOpen)
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{6}));
 }
 
-TEST(InputHandler, canAnswerWhatTheLoggerSees)
+TEST(InputHandler, CanAnswerWhatTheLoggerSees)
 {
     RunOptions options;
     std::atomic<int> heard = 0;
@@ -152,7 +152,7 @@ TEST(InputHandler, canAnswerWhatTheLoggerSees)
     EXPECT_EQ(runWith(options, {"answer"}).standardOutput, "heard line 1\nheard line 2\nheard line 3\n");
 }
 
-TEST(InputHandler, isStoppedByAnExceptionOfTheLogger)
+TEST(InputHandler, IsStoppedByAnExceptionOfTheLogger)
 {
     RunOptions options;
     const std::string endless(300000, 'x');
@@ -161,14 +161,14 @@ TEST(InputHandler, isStoppedByAnExceptionOfTheLogger)
     EXPECT_THROW(runWith(options, {"print", "something", ""}), std::runtime_error);
 }
 
-TEST(InputHandler, passesItsExceptionToTheCallerAndEndsTheProgram)
+TEST(InputHandler, PassesItsExceptionToTheCallerAndEndsTheProgram)
 {
     RunOptions options;
     options.inputHandler = []() -> std::string { throw std::runtime_error("no more input"); };
     expectEndByException(options, "no more input");
 }
 
-TEST(OutputLogger, seesEveryPieceAsItArrives)
+TEST(OutputLogger, SeesEveryPieceAsItArrives)
 {
     RunOptions options;
     std::string output;
@@ -183,7 +183,7 @@ TEST(OutputLogger, seesEveryPieceAsItArrives)
     EXPECT_EQ(error.size(), 300000U);
 }
 
-TEST(OutputLogger, seesOutputWhileTheProgramStillRuns)
+TEST(OutputLogger, SeesOutputWhileTheProgramStillRuns)
 {
     RunOptions options;
     std::vector<steady_clock::time_point> seen;
@@ -193,14 +193,14 @@ TEST(OutputLogger, seesOutputWhileTheProgramStillRuns)
     EXPECT_GE(seen.back() - seen.front(), milliseconds{200});
 }
 
-TEST(OutputLogger, passesItsExceptionToTheCallerAndEndsTheProgram)
+TEST(OutputLogger, PassesItsExceptionToTheCallerAndEndsTheProgram)
 {
     RunOptions options;
     options.outputLogger = [](Stream, std::string_view) { throw std::runtime_error("disk full"); };
     expectEndByException(options, "disk full");
 }
 
-TEST(TerminationHandler, endsTheProgramAndKeepsWhatItPrinted)
+TEST(TerminationHandler, EndsTheProgramAndKeepsWhatItPrinted)
 {
     RunOptions options;
     bool printed = false;
@@ -218,7 +218,7 @@ TEST(TerminationHandler, endsTheProgramAndKeepsWhatItPrinted)
     EXPECT_FALSE(report.streamsAbandoned);
 }
 
-TEST(TerminationHandler, isAskedAboutTenTimesASecond)
+TEST(TerminationHandler, IsAskedAboutTenTimesASecond)
 {
     RunOptions options;
     int asked = 0;
@@ -230,7 +230,7 @@ TEST(TerminationHandler, isAskedAboutTenTimesASecond)
     EXPECT_THAT(asked, testing::AllOf(testing::Ge(3), testing::Le(15)));
 }
 
-TEST(TerminationHandler, doesNotWaitLongForTheDescendantsOfTheEndedProgram)
+TEST(TerminationHandler, DoesNotWaitLongForTheDescendantsOfTheEndedProgram)
 {
     RunOptions options;
     ExitReport report;
@@ -242,14 +242,14 @@ TEST(TerminationHandler, doesNotWaitLongForTheDescendantsOfTheEndedProgram)
     EXPECT_TRUE(report.terminated);
 }
 
-TEST(TerminationHandler, passesItsExceptionToTheCallerAndEndsTheProgram)
+TEST(TerminationHandler, PassesItsExceptionToTheCallerAndEndsTheProgram)
 {
     RunOptions options;
     options.terminationHandler = []() -> bool { throw std::runtime_error("cancelled"); };
     expectEndByException(options, "cancelled");
 }
 
-TEST(ExitCallback, isCalledOnceWithTheReportAndTheUserObject)
+TEST(ExitCallback, IsCalledOnceWithTheReportAndTheUserObject)
 {
     RunOptions options;
     int calls = 0;
@@ -267,14 +267,14 @@ TEST(ExitCallback, isCalledOnceWithTheReportAndTheUserObject)
     EXPECT_EQ(calls, 1);
 }
 
-TEST(ExitCallback, passesItsExceptionToTheCaller)
+TEST(ExitCallback, PassesItsExceptionToTheCaller)
 {
     RunOptions options;
     options.exitCallback = [](const ExitReport&, void*) { throw std::runtime_error("unwanted"); };
     EXPECT_THROW(runWith(options, {"exit", "0"}), std::runtime_error);
 }
 
-TEST(StreamTimeout, givesUpStreamsThatADescendantKeepsOpen)
+TEST(StreamTimeout, GivesUpStreamsThatADescendantKeepsOpen)
 {
     RunOptions options;
     options.streamTimeout = milliseconds{300};
@@ -288,7 +288,7 @@ TEST(StreamTimeout, givesUpStreamsThatADescendantKeepsOpen)
     EXPECT_TRUE(report.streamsAbandoned);
 }
 
-TEST(StreamTimeout, countsFromTheLastByteThatADescendantPrinted)
+TEST(StreamTimeout, CountsFromTheLastByteThatADescendantPrinted)
 {
     RunOptions options;
     options.streamTimeout = milliseconds{2500};
@@ -299,14 +299,14 @@ TEST(StreamTimeout, countsFromTheLastByteThatADescendantPrinted)
     EXPECT_FALSE(report.streamsAbandoned);
 }
 
-TEST(StreamTimeout, doesNotCutASilentProgramShort)
+TEST(StreamTimeout, DoesNotCutASilentProgramShort)
 {
     RunOptions options;
     options.streamTimeout = milliseconds{0};
     EXPECT_EQ(runWith(options, {"dots", "400", "2"}).standardOutput, "..");
 }
 
-TEST(StreamTimeout, mayBeForEver)
+TEST(StreamTimeout, MayBeForEver)
 {
     RunOptions options;
     options.streamTimeout = milliseconds::max();
