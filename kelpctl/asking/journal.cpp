@@ -34,7 +34,7 @@ std::string RunJournal::current() const
     return current_.empty() ? std::string() : current_.begin()->second.label;
 }
 
-void RunJournal::started(const std::vector<std::string>& arguments)
+void RunJournal::starting(const std::vector<std::string>& arguments, orb::process::detail::RunOptions& /*options*/)
 {
     if (interrupted()) {
         throw Interrupted();
@@ -44,7 +44,7 @@ void RunJournal::started(const std::vector<std::string>& arguments)
     current_.insert_or_assign(std::this_thread::get_id(), Current{shortCommand(arguments), deadline, false});
 }
 
-bool RunJournal::endWanted()
+bool RunJournal::shouldTerminate()
 {
     const std::scoped_lock lock(mutex_);
     Current& current = current_[std::this_thread::get_id()];

@@ -42,7 +42,7 @@ TEST(ManyRuns, LeaveNoHandleOpen)
     const auto runOnce = [&](int i) {
         // Some with an input, some that fail.
         feeding = i % 100 == 0;
-        options.inputHandler = feeding ? [] { return std::string(); } : std::function<std::string()>();
+        options.setInputHandler(feeding ? [] { return std::string(); } : std::function<std::string()>());
         run(program, {}, {}, false, options);
         if (feeding) {
             EXPECT_EQ(run({"/no/such/program"}, {}, {}, false, options).status, 127);
@@ -88,7 +88,7 @@ TEST(ManyRuns, EndTheirStreamsThoughAnotherProgramOutlivesThem)
     std::thread outlivingThread;
     // A stream held open by the wrong program is given up only after this.
     RunOptions options;
-    options.streamTimeout = std::chrono::seconds{90};
+    options.setStreamTimeout(std::chrono::seconds{90});
     const auto begin = std::chrono::steady_clock::now();
     inThreads(49, [&](int i) {
         if (i == 24) {

@@ -34,14 +34,14 @@ public:
     Witness(const Witness&) = delete;
     Witness& operator=(const Witness&) = delete;
 
-    void started(const std::vector<std::string>& arguments) override
+    void starting(const std::vector<std::string>& arguments, RunOptions& /*options*/) override
     {
-        events.push_back("started " + arguments.back());
+        events.push_back("starting " + arguments.back());
         if (refuses) {
             throw std::runtime_error("not now");
         }
     }
-    bool endWanted() override
+    bool shouldTerminate() override
     {
         if (givesUp) {
             throw GivenUp();
@@ -73,7 +73,7 @@ TEST(RunObserver, SeesEachRunFromItsStartToItsResult)
     const Witness witness;
     run(child({"print", "to output", "to error"}));
     run(child({"exit", "3"}));
-    EXPECT_THAT(witness.events, ElementsAre("started to error", "ended to error", "started 3", "ended 3"));
+    EXPECT_THAT(witness.events, ElementsAre("starting to error", "ended to error", "starting 3", "ended 3"));
     EXPECT_EQ(witness.last.status, 3);
 }
 
@@ -90,14 +90,14 @@ TEST(RunObserver, SeesAProgramThatDoesNotExistAsARunThatFailed)
     const Witness witness;
     run({"no-such-program-anywhere"});
     EXPECT_EQ(witness.last.status, 127);
-    EXPECT_THAT(witness.events, ElementsAre("started no-such-program-anywhere", "ended no-such-program-anywhere"));
+    EXPECT_THAT(witness.events, ElementsAre("starting no-such-program-anywhere", "ended no-such-program-anywhere"));
 }
 
 TEST(RunObserver, IsToldThatARunHasNoResult)
 {
     const Witness witness;
     EXPECT_ANY_THROW(run(child({"sleep", "0"}), {}, "/no/such/folder"));
-    EXPECT_THAT(witness.events, ElementsAre("started 0", "ended 0 without a result"));
+    EXPECT_THAT(witness.events, ElementsAre("starting 0", "ended 0 without a result"));
 }
 
 TEST(RunObserver, DoesNotSeeWhatIsRefusedBeforeItStarts)
@@ -123,14 +123,14 @@ TEST(RunObserver, EndsAProgramByAnExceptionThatPassesOut)
     const auto begin = steady_clock::now();
     EXPECT_THROW(run(child({"sleep", "120000"})), GivenUp);
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
-    EXPECT_THAT(witness.events, ElementsAre("started 120000", "ended 120000 without a result"));
+    EXPECT_THAT(witness.events, ElementsAre("starting 120000", "ended 120000 without a result"));
 }
 
 TEST(RunObserver, LeavesTheTerminationHandlerItsSay)
 {
     const Witness witness;
     RunOptions options;
-    options.terminationHandler = [] { return true; };
+    options.setTerminationHandler([] { return true; });
     EXPECT_NE(run(child({"sleep", "120000"}), {}, {}, false, options).status, 0);
 }
 
@@ -139,7 +139,7 @@ TEST(RunObserver, LetsAProgramRunWhenNobodyEndsIt)
     const Witness witness;
     RunOptions options;
     int asked = 0;
-    options.terminationHandler = [&asked] { return ++asked < 0; };
+    options.setTerminationHandler([&asked] { return ++asked < 0; });
     EXPECT_EQ(run(child({"sleep", "400"}), {}, {}, false, options).status, 0);
     EXPECT_GT(asked, 0);
 }
@@ -149,7 +149,7 @@ TEST(RunObserver, KeepsAProgramFromStartingByAnException)
     Witness witness;
     witness.refuses = true;
     EXPECT_THROW(run(child({"exit", "0"})), std::runtime_error);
-    EXPECT_THAT(witness.events, ElementsAre("started 0"));
+    EXPECT_THAT(witness.events, ElementsAre("starting 0"));
 }
 
 TEST(RunObserver, SeesNothingOnceItIsReplaced)

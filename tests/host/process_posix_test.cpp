@@ -120,7 +120,7 @@ TEST(ProcessStatusPosix, OfAProgramKilledByASignalTellsTheSignal)
 {
     RunOptions options;
     ExitReport report;
-    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    options.setExitCallback([&](const ExitReport& ended, void*) { report = ended; });
     EXPECT_EQ(run(child({"raise", std::to_string(SIGKILL)}), {}, {}, false, options).status, 128 + SIGKILL);
     EXPECT_EQ(report.signal, SIGKILL);
     EXPECT_FALSE(report.terminated);
@@ -226,15 +226,14 @@ TEST(ProcessHandlesPosix, AreRightAlsoWhenTheCallerHasNoStandardStreams)
     RunOptions options;
     bool asked = false;
     bool pipeInPlace = false;
-    options.inputHandler = [&]() -> std::string { return std::exchange(asked, true) ? "" : "input"; };
+    options.setInputHandler([&]() -> std::string { return std::exchange(asked, true) ? "" : "input"; });
     {
         const NoStandardStreams none;
         result = run(child({"flood", "200000", "100000"}));
         descriptors = run(child({"descriptors"}));
         attached = runAttached(child({"print", "nowhere", "nowhere"}));
-        options.outputLogger = [&](Stream, std::string_view) {
-            pipeInPlace = pipeInPlace || isAnyStandardStreamAPipe();
-        };
+        options.setOutputLogger(
+            [&](Stream, std::string_view) { pipeInPlace = pipeInPlace || isAnyStandardStreamAPipe(); });
         const RunResult fed = run(child({"copy-input"}), {}, {}, false, options);
         result.standardError += fed.standardOutput;
     }

@@ -93,8 +93,8 @@ TEST(ProcessStart, CallsNoHandlerForAProgramThatIsMissing)
 {
     orb::process::detail::RunOptions options;
     int calls = 0;
-    options.exitCallback = [&calls](const orb::process::detail::ExitReport&, void*) { ++calls; };
-    options.outputLogger = [&calls](orb::process::detail::Stream, std::string_view) { ++calls; };
+    options.setExitCallback([&calls](const orb::process::detail::ExitReport&, void*) { ++calls; });
+    options.setOutputLogger([&calls](orb::process::detail::Stream, std::string_view) { ++calls; });
     EXPECT_EQ(run({"no-such-program-anywhere"}, {}, {}, false, options).status, 127);
     EXPECT_EQ(calls, 0);
 }
@@ -300,8 +300,8 @@ TEST(DetachedRun, DoesRunTheProgramWhereItShould)
 TEST(DetachedRun, UsesNoOptions)
 {
     orb::process::detail::RunOptions options;
-    options.exitCallback = [](const orb::process::detail::ExitReport&, void*) { FAIL(); };
-    options.inputHandler = []() -> std::string { throw std::logic_error("asked"); };
+    options.setExitCallback([](const orb::process::detail::ExitReport&, void*) { FAIL(); });
+    options.setInputHandler([]() -> std::string { throw std::logic_error("asked"); });
     EXPECT_NO_THROW(run(child({"exit", "1"}), {}, {}, true, options));
 }
 

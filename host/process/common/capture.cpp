@@ -11,7 +11,7 @@ constexpr std::size_t laterPieceSize = std::size_t{1024} * 1024;
 
 } // namespace
 
-std::span<char> Capture::room()
+std::span<char> Capture::buffer()
 {
     if (last_.empty()) {
         first_ = std::make_unique_for_overwrite<char[]>(firstPieceSize);
@@ -24,7 +24,7 @@ std::span<char> Capture::room()
     return last_.subspan(filled_);
 }
 
-std::string_view Capture::added(std::size_t size)
+std::string_view Capture::commit(std::size_t size)
 {
     const std::string_view fresh(last_.data() + filled_, size);
     filled_ += size;

@@ -17,12 +17,12 @@ namespace orb::process::detail {
 class Capture {
 public:
     // Where to read the next bytes to: never empty, and stays in place until take().
-    std::span<char> room();
+    std::span<char> buffer();
 
-    // `size` bytes of the room have been filled. Gives them back.
-    std::string_view added(std::size_t size);
+    // `size` bytes of the buffer have been filled. Gives them back.
+    std::string_view commit(std::size_t size);
 
-    // Everything added so far, in order. The capture is empty afterwards.
+    // Everything committed so far, in order. The capture is empty afterwards.
     std::string take();
 
 private:

@@ -5,6 +5,7 @@
 #include "run_program.h"
 
 #include <atomic>
+#include <functional>
 
 namespace orb::process::detail {
 
@@ -29,10 +30,10 @@ RunResult runObserved(RunObserver& observer, const std::vector<std::string>& arg
                       const std::string& workingDir, const RunOptions& options)
 {
     RunOptions observed = options;
-    observed.terminationHandler = [&observer, &options] {
-        return observer.endWanted() || (options.terminationHandler && options.terminationHandler());
-    };
-    observer.started(arguments);
+    observer.starting(arguments, observed);
+    const std::function<bool()> handler = observed.terminationHandler();
+    observed.setTerminationHandler(
+        [&observer, &handler] { return observer.shouldTerminate() || (handler && handler()); });
     try {
         RunResult result = runOrReportMissing(arguments, environment, workingDir, observed);
         observer.ended(arguments, &result);

@@ -4,28 +4,28 @@
 
 namespace orb::process::detail {
 
-void RunSession::received(Stream stream, std::size_t size)
+void RunSession::commit(Stream stream, std::size_t size)
 {
-    const std::string_view piece = capture(stream).added(size);
+    const std::string_view piece = capture(stream).commit(size);
     // While the program runs there is no deadline, and the clock need not be read for each piece.
     if (exited_) {
         extendStreamDeadline();
     }
-    if (options_.outputLogger) {
-        options_.outputLogger(stream, piece);
+    if (options_.outputLogger()) {
+        options_.outputLogger()(stream, piece);
     }
 }
 
-bool RunSession::endWanted()
+bool RunSession::shouldTerminate()
 {
-    if (terminated_ || !asks() || Clock::now() < nextQuestion_) {
+    if (terminated_ || !polls() || Clock::now() < nextPoll_) {
         return false;
     }
-    nextQuestion_ = Clock::now() + questionInterval;
+    nextPoll_ = Clock::now() + pollInterval;
     if (feeder_ && feeder_->failed()) {
         return true;
     }
-    terminated_ = options_.terminationHandler && options_.terminationHandler();
+    terminated_ = options_.terminationHandler() && options_.terminationHandler()();
     return terminated_;
 }
 
@@ -39,17 +39,18 @@ void RunSession::extendStreamDeadline()
 {
     // A limit too long to be added to the clock is no limit.
     const Clock::time_point now = Clock::now();
-    const auto limit = terminated_ ? std::min(options_.streamTimeout, terminatedStreamTimeout) : options_.streamTimeout;
+    const auto limit =
+        terminated_ ? std::min(options_.streamTimeout(), terminatedStreamTimeout) : options_.streamTimeout();
     const bool endless = limit >= std::chrono::floor<std::chrono::milliseconds>(Clock::time_point::max() - now);
     streamDeadline_ = endless ? Clock::time_point::max() : now + limit;
 }
 
-std::optional<std::chrono::milliseconds> RunSession::patience() const
+std::optional<std::chrono::milliseconds> RunSession::timeout() const
 {
-    if (!exited_ && !asks()) {
+    if (!exited_ && !polls()) {
         return std::nullopt;
     }
-    const Clock::time_point next = exited_ ? streamDeadline_ : nextQuestion_;
+    const Clock::time_point next = exited_ ? streamDeadline_ : nextPoll_;
     const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
     // The systems count the milliseconds of a wait in 32 bits at most.
     return std::clamp<std::chrono::milliseconds>(remaining, std::chrono::milliseconds{0}, std::chrono::hours{24});
@@ -65,8 +66,8 @@ RunResult RunSession::finish(ExitReport report)
     result.standardOutput = output_.take();
     result.standardError = error_.take();
     report.terminated = terminated_;
-    if (options_.exitCallback) {
-        options_.exitCallback(report, options_.userObject);
+    if (options_.exitCallback()) {
+        options_.exitCallback()(report, options_.userObject());
     }
     return result;
 }

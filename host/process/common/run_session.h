@@ -18,28 +18,26 @@ class RunSession {
 public:
     using Clock = std::chrono::steady_clock;
 
-    explicit RunSession(const RunOptions& options) : options_(options), nextQuestion_(Clock::now() + questionInterval)
-    {
-    }
+    explicit RunSession(const RunOptions& options) : options_(options), nextPoll_(Clock::now() + pollInterval) {}
 
     // Feeds the program's standard input from now on.
-    void feed(std::unique_ptr<InputSink> sink) { feeder_.emplace(options_.inputHandler, std::move(sink)); }
+    void feed(std::unique_ptr<InputSink> sink) { feeder_.emplace(options_.inputHandler(), std::move(sink)); }
 
     // Where the stream's next bytes go.
-    std::span<char> room(Stream stream) { return capture(stream).room(); }
+    std::span<char> buffer(Stream stream) { return capture(stream).buffer(); }
 
-    // `size` bytes were read into the stream's room.
-    void received(Stream stream, std::size_t size);
+    // `size` bytes were read into the stream's buffer.
+    void commit(Stream stream, std::size_t size);
 
     // Whether the program is to be ended now: the termination handler asks for it, or the input handler has failed.
     // To be asked after every wait while the program runs.
-    bool endWanted();
+    bool shouldTerminate();
 
     void programExited();
     bool hasExited() const noexcept { return exited_; }
 
     // How long the next wait may take at most; nothing means for ever.
-    std::optional<std::chrono::milliseconds> patience() const;
+    std::optional<std::chrono::milliseconds> timeout() const;
 
     // The program has exited and its streams have been silent for too long.
     bool streamsOverdue() const { return exited_ && Clock::now() >= streamDeadline_; }
@@ -48,19 +46,19 @@ public:
     RunResult finish(ExitReport report);
 
 private:
-    static constexpr std::chrono::milliseconds questionInterval{100};
+    static constexpr std::chrono::milliseconds pollInterval{100};
     static constexpr std::chrono::milliseconds terminatedStreamTimeout{500};
 
     Capture& capture(Stream stream) { return stream == Stream::output ? output_ : error_; }
-    // Whether there is anything to ask from time to time.
-    bool asks() const { return options_.terminationHandler || feeder_; }
+    // Whether there is anybody to ask from time to time.
+    bool polls() const { return options_.terminationHandler() || feeder_; }
     void extendStreamDeadline();
 
     const RunOptions& options_;
     Capture output_;
     Capture error_;
     std::optional<InputFeeder> feeder_;
-    Clock::time_point nextQuestion_;
+    Clock::time_point nextPoll_;
     Clock::time_point streamDeadline_;
     bool exited_ = false;
     bool terminated_ = false;

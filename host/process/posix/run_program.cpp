@@ -34,11 +34,11 @@ constexpr std::chrono::milliseconds exitCheckInterval{20};
 // Reads once. There is something to read, or the end of the stream.
 void readOnce(Source& source, RunSession& session)
 {
-    const std::span<char> room = session.room(source.stream);
-    const ssize_t size = ::read(source.readEnd.get(), room.data(), room.size());
+    const std::span<char> buffer = session.buffer(source.stream);
+    const ssize_t size = ::read(source.readEnd.get(), buffer.data(), buffer.size());
     if (size > 0) {
-        session.received(source.stream, static_cast<std::size_t>(size));
-        if (!source.enlarged && static_cast<std::size_t>(size) == room.size()) {
+        session.commit(source.stream, static_cast<std::size_t>(size));
+        if (!source.enlarged && static_cast<std::size_t>(size) == buffer.size()) {
             enlarge(source.readEnd);
             source.enlarged = true;
         }
@@ -51,11 +51,11 @@ void readOnce(Source& source, RunSession& session)
 
 int pollTimeout(const RunSession& session, const Child& child)
 {
-    std::optional<std::chrono::milliseconds> patience = session.patience();
+    std::optional<std::chrono::milliseconds> timeout = session.timeout();
     if (!session.hasExited() && child.exitDescriptor() < 0) {
-        patience = std::min(patience.value_or(exitCheckInterval), exitCheckInterval);
+        timeout = std::min(timeout.value_or(exitCheckInterval), exitCheckInterval);
     }
-    return patience ? static_cast<int>(patience->count()) : -1;
+    return timeout ? static_cast<int>(timeout->count()) : -1;
 }
 
 // Waits until something happens, and reads what there is.
@@ -93,7 +93,7 @@ bool readStreams(const Child& child, Sources& sources, RunSession& session)
         if (session.streamsOverdue()) {
             break;
         }
-        if (!session.hasExited() && session.endWanted()) {
+        if (!session.hasExited() && session.shouldTerminate()) {
             child.kill();
         }
     }
@@ -139,14 +139,14 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
 {
     Pipe output = makePipe();
     Pipe error = makePipe();
-    Pipe input = options.inputHandler ? makePipe() : Pipe{};
+    Pipe input = options.inputHandler() ? makePipe() : Pipe{};
     RunSession session(options);
     const std::array<int, 3> streams{input.readEnd.get(), output.writeEnd.get(), error.writeEnd.get()};
     Child child(startProgram({arguments, environment, workingDir, streams}), arguments.front());
     input.readEnd.close();
     output.writeEnd.close();
     error.writeEnd.close();
-    if (options.inputHandler) {
+    if (options.inputHandler()) {
         session.feed(makeInputSink(std::move(input.writeEnd)));
     }
     Sources sources{{{Stream::output, std::move(output.readEnd)}, {Stream::error, std::move(error.readEnd)}}};

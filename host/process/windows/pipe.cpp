@@ -130,14 +130,14 @@ PipeReader::~PipeReader()
     }
 }
 
-void PipeReader::begin(std::span<char> room)
+void PipeReader::begin(std::span<char> buffer)
 {
     // The system may set memory aside for as much as it is asked for.
     constexpr std::size_t mostAtOnce = std::size_t{1024} * 1024;
-    const auto size = static_cast<DWORD>(std::min(room.size(), mostAtOnce));
+    const auto size = static_cast<DWORD>(std::min(buffer.size(), mostAtOnce));
     read_ = {};
     read_.hEvent = event_.get();
-    if (ReadFile(pipe_.get(), room.data(), size, nullptr, &read_) != FALSE || GetLastError() == ERROR_IO_PENDING) {
+    if (ReadFile(pipe_.get(), buffer.data(), size, nullptr, &read_) != FALSE || GetLastError() == ERROR_IO_PENDING) {
         reading_ = true;
     } else if (isEndOfStream(GetLastError())) {
         pipe_.close();

@@ -42,7 +42,7 @@ public:
     bool reading() const noexcept { return reading_; }
 
     // Begins a read, unless the stream turns out to have ended. Throws std::system_error.
-    void begin(std::span<char> room);
+    void begin(std::span<char> buffer);
 
     // Signalled when the read is done.
     HANDLE event() const noexcept { return event_.get(); }

@@ -28,7 +28,7 @@ void beginReads(Sources& sources, RunSession& session)
 {
     for (Source& source : sources) {
         if (!source.reader.ended() && !source.reader.reading()) {
-            source.reader.begin(session.room(source.stream));
+            source.reader.begin(session.buffer(source.stream));
         }
     }
 }
@@ -40,7 +40,7 @@ void finishReads(Sources& sources, RunSession& session)
         if (source.reader.reading()) {
             const std::optional<std::size_t> size = source.reader.finish();
             if (size.value_or(0) > 0) {
-                session.received(source.stream, *size);
+                session.commit(source.stream, *size);
             }
         }
     }
@@ -63,8 +63,8 @@ bool wait(const Child& child, const Sources& sources, const RunSession& session)
     if (count == 0) {
         return false;
     }
-    const std::optional<std::chrono::milliseconds> patience = session.patience();
-    const DWORD timeout = patience ? static_cast<DWORD>(patience->count()) : INFINITE;
+    const std::optional<std::chrono::milliseconds> limit = session.timeout();
+    const DWORD timeout = limit ? static_cast<DWORD>(limit->count()) : INFINITE;
     const DWORD signalled = WaitForMultipleObjects(count, waits.data(), FALSE, timeout);
     if (signalled == WAIT_FAILED) {
         throw lastError("cannot wait for a program");
@@ -90,7 +90,7 @@ bool readStreams(const Child& child, Sources& sources, RunSession& session)
         if (session.streamsOverdue()) {
             break;
         }
-        if (!session.hasExited() && session.endWanted()) {
+        if (!session.hasExited() && session.shouldTerminate()) {
             child.kill();
         }
     }
@@ -123,7 +123,7 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
 {
     Pipe output = makePipe(Direction::fromProgram);
     Pipe error = makePipe(Direction::fromProgram);
-    Pipe input = options.inputHandler ? makePipe(Direction::toProgram) : Pipe{{}, openNullDevice()};
+    Pipe input = options.inputHandler() ? makePipe(Direction::toProgram) : Pipe{{}, openNullDevice()};
     RunSession session(options);
     Sources sources{
         {{Stream::output, PipeReader(std::move(output.ours))}, {Stream::error, PipeReader(std::move(error.ours))}}};
@@ -131,7 +131,7 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
                               environment,
                               workingDir,
                               {std::move(input.programs), std::move(output.programs), std::move(error.programs)}}));
-    if (options.inputHandler) {
+    if (options.inputHandler()) {
         session.feed(makeInputSink(std::move(input.ours)));
     }
     const bool complete = readStreams(child, sources, session);
