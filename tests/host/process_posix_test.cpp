@@ -2,6 +2,7 @@
 #include "current_folder.h"
 #include "environment_variable.h"
 #include "process_system.h"
+#include "process_tree.h"
 #include "refused_system_call.h"
 #include "temporary_folder.h"
 
@@ -298,4 +299,36 @@ TEST(DetachedRunPosix, LeavesNoZombie)
     EXPECT_TRUE(becomesTrue([&] { return (std::ifstream(file) >> id).good(); }));
     // The system knows the id of a zombie.
     EXPECT_TRUE(becomesTrue([&] { return ::kill(id, 0) != 0 && errno == ESRCH; })) << id;
+}
+
+TEST(ProcessTreePosix, IsASessionWithoutATerminal)
+{
+    RunOptions options;
+    EXPECT_EQ(run(child({"session"}), {}, {}, false, options).standardOutput.find("session"), std::string::npos);
+    options.setTerminatesTree(true);
+    EXPECT_EQ(run(child({"session"}), {}, {}, false, options).standardOutput, "session group ");
+}
+
+TEST(ProcessTreePosix, IsLeftByAProgramThatMakesASessionOfItsOwn)
+{
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    last.endOnceItIsThere({"keep-company", "leave-session"}, options);
+    EXPECT_TRUE(last.report().terminated);
+    EXPECT_TRUE(last.answersWithin(Descendant::patient));
+}
+
+TEST(ProcessTreePosix, IsNotEndedOnceTheSystemHasForgottenTheProgramSinceItsIdMayBeAnothers)
+{
+    const SignalAction ignored(SIGCHLD, SIG_IGN);
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    bool wanted = false;
+    // The program ends as soon as it has started the other.
+    options.setTerminationHandler([&, asked = 0]() mutable { return wanted = last.isThere() && ++asked > 5; });
+    EXPECT_THROW(last.runWith({"leave-behind"}, options), std::system_error);
+    EXPECT_TRUE(wanted);
+    EXPECT_TRUE(last.answersWithin(Descendant::patient));
 }

@@ -2,6 +2,7 @@
 #include "current_folder.h"
 #include "environment_variable.h"
 #include "process_system.h"
+#include "process_tree.h"
 #include "temporary_folder.h"
 
 #include "host/process.h"
@@ -18,6 +19,7 @@
 
 using orb::process::detail::run;
 using orb::process::detail::runAttached;
+using orb::process::detail::RunOptions;
 using orb::process::detail::RunResult;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
@@ -219,4 +221,39 @@ TEST(ProcessEnvironmentWindows, NamesTheListForWslAsWslLooksForIt)
     EXPECT_EQ(run(child({"variables", "WSLENV"})).standardOutput, "INHERITED\n");
     EXPECT_EQ(run(child({"variables", "WSLENV"}), {{"WSLENV", "GIVEN"}}).standardOutput, "GIVEN\n");
     SetEnvironmentVariableW(L"WSLENV", nullptr);
+}
+
+TEST(ProcessTreeWindows, IsLeftByAProgramThatIsStartedToBreakAway)
+{
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    last.endOnceItIsThere({"break-away"}, options);
+    EXPECT_TRUE(last.report().terminated);
+    EXPECT_TRUE(last.answersWithin(Descendant::patient));
+}
+
+TEST(ProcessTreeWindows, EndsWithTheJobsThatItsProgramsMake)
+{
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    last.endOnceItIsThere({"nest-job", "keep-company"}, options);
+    EXPECT_FALSE(last.answersWithin(Descendant::longEnough));
+}
+
+TEST(ProcessTreeWindows, EndsWithinTheJobOfItsCallerAndLeavesThatAlone)
+{
+    const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+    ASSERT_NE(AssignProcessToJobObject(job, GetCurrentProcess()), FALSE);
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    last.endOnceItIsThere({"keep-company"}, options);
+    EXPECT_FALSE(last.answersWithin(Descendant::longEnough));
+    JOBOBJECT_BASIC_ACCOUNTING_INFORMATION counts{};
+    ASSERT_NE(QueryInformationJobObject(job, JobObjectBasicAccountingInformation, &counts, sizeof counts, nullptr),
+              FALSE);
+    EXPECT_EQ(counts.ActiveProcesses, 1U) << "this test";
+    CloseHandle(job);
 }

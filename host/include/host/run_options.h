@@ -19,7 +19,8 @@ struct ExitReport {
     std::int32_t status = 0;
     // The signal that ended the program, 0 when it exited by itself. Always 0 on Windows.
     int signal = 0;
-    // The program was ended because the termination handler asked for it.
+    // The program was ended because the termination handler asked for it; with terminatesTree() perhaps only what the
+    // program, which had exited by itself, had left behind.
     bool terminated = false;
     // The program exited, but another process kept its streams open beyond the stream time-out; what that
     // process prints later is lost.
@@ -34,9 +35,21 @@ public:
     RunOptions(const RunOptions& other);
     RunOptions& operator=(const RunOptions& other);
 
-    // Asked about ten times a second while the program runs; returning true ends the program (not its descendants).
+    // Asked about ten times a second while the program runs; returning true ends the program, and its descendants only
+    // with setTerminatesTree().
     void setTerminationHandler(std::function<bool()> handler);
     const std::function<bool()>& terminationHandler() const noexcept;
+
+    // Whether whatever ends the program (the termination handler, an exception of a handler) ends its descendants too,
+    // down to the last. Not so when it is not set, and never when the program ends by itself; but then the termination
+    // handler is asked as long as descendants keep the program's streams open, and ends those.
+    //
+    // The program has a job (Windows, from 10 on) or a session (Linux) of its own for this from its first moment. What
+    // leaves that on purpose is not ended: what is started with CREATE_BREAKAWAY_FROM_JOB; what makes a session or process
+    // group of its own, as daemons do, and shells with job control. Nor is what another program starts on request, such
+    // as a service. On Linux the program has no terminal then: Ctrl-C there does not reach it, and it cannot ask there.
+    void setTerminatesTree(bool whole) noexcept;
+    bool terminatesTree() const noexcept;
 
     // Sees each piece of output as it arrives, in addition to its being captured.
     void setOutputLogger(std::function<void(Stream, std::string_view)> logger);

@@ -6,6 +6,7 @@ namespace orb::process::detail {
 
 struct RunOptions::State {
     std::function<bool()> terminationHandler;
+    bool terminatesTree = false;
     std::function<void(Stream, std::string_view)> outputLogger;
     std::function<std::string()> inputHandler;
     std::chrono::milliseconds streamTimeout{5000};
@@ -33,6 +34,16 @@ void RunOptions::setTerminationHandler(std::function<bool()> handler)
 const std::function<bool()>& RunOptions::terminationHandler() const noexcept
 {
     return state_->terminationHandler;
+}
+
+void RunOptions::setTerminatesTree(bool whole) noexcept
+{
+    state_->terminatesTree = whole;
+}
+
+bool RunOptions::terminatesTree() const noexcept
+{
+    return state_->terminatesTree;
 }
 
 void RunOptions::setOutputLogger(std::function<void(Stream, std::string_view)> logger)

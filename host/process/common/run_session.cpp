@@ -18,7 +18,7 @@ void RunSession::commit(Stream stream, std::size_t size)
 
 bool RunSession::shouldTerminate()
 {
-    if (terminated_ || !polls() || Clock::now() < nextPoll_) {
+    if (!polls() || Clock::now() < nextPoll_) {
         return false;
     }
     nextPoll_ = Clock::now() + pollInterval;
@@ -26,6 +26,9 @@ bool RunSession::shouldTerminate()
         return true;
     }
     terminated_ = options_.terminationHandler() && options_.terminationHandler()();
+    if (terminated_ && exited_) {
+        extendStreamDeadline();
+    }
     return terminated_;
 }
 
@@ -47,10 +50,13 @@ void RunSession::extendStreamDeadline()
 
 std::optional<std::chrono::milliseconds> RunSession::timeout() const
 {
-    if (!exited_ && !polls()) {
+    Clock::time_point next = exited_ ? streamDeadline_ : Clock::time_point::max();
+    if (polls()) {
+        next = std::min(next, nextPoll_);
+    }
+    if (next == Clock::time_point::max()) {
         return std::nullopt;
     }
-    const Clock::time_point next = exited_ ? streamDeadline_ : nextPoll_;
     const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
     // The systems count the milliseconds of a wait in 32 bits at most.
     return std::clamp<std::chrono::milliseconds>(remaining, std::chrono::milliseconds{0}, std::chrono::hours{24});

@@ -29,8 +29,8 @@ public:
     // `size` bytes were read into the stream's buffer.
     void commit(Stream stream, std::size_t size);
 
-    // Whether the program is to be ended now: the termination handler asks for it, or the input handler has failed.
-    // To be asked after every wait while the program runs.
+    // Whether what the run consists of is to be ended now: the termination handler asks for it, or the input handler has
+    // failed. To be asked after every wait.
     bool shouldTerminate();
 
     void programExited();
@@ -50,8 +50,11 @@ private:
     static constexpr std::chrono::milliseconds terminatedStreamTimeout{500};
 
     Capture& capture(Stream stream) { return stream == Stream::output ? output_ : error_; }
-    // Whether there is anybody to ask from time to time.
-    bool polls() const { return options_.terminationHandler() || feeder_; }
+    // Whether there is anybody to ask from time to time, and anything left to end.
+    bool polls() const
+    {
+        return !terminated_ && (!exited_ || options_.terminatesTree()) && (options_.terminationHandler() || feeder_);
+    }
     void extendStreamDeadline();
 
     const RunOptions& options_;

@@ -35,11 +35,18 @@ void sendKill(int process) noexcept
 
 } // namespace
 
-Child::Child(pid_t id, std::string program) : id_(id), program_(std::move(program)), exitDescriptor_(openProcess(id)) {}
+// Nothing can fail once the program runs.
+Child::Child(const StartRequest& request)
+    : program_(request.arguments.front()),
+      ownGroup_(request.ownGroup),
+      id_(startProgram(request)),
+      exitEvent_(openProcess(id_))
+{
+}
 
 Child::~Child()
 {
-    if (!reaped_) {
+    if (!waited_) {
         kill();
         int status = 0;
         waitForEnd(id_, status);
@@ -57,18 +64,30 @@ bool Child::hasExited() const
 
 void Child::kill() const noexcept
 {
-    if (exitDescriptor_) {
-        sendKill(exitDescriptor_.get());
+    if (ownGroup_) {
+        killGroup();
+    } else if (exitEvent_) {
+        sendKill(exitEvent_.get());
     } else {
         ::kill(id_, SIGKILL);
     }
 }
 
-ExitReport Child::reap()
+// As long as the program runs, or its end has not been taken note of, no other process and no other group gets its id. A
+// host that lets the system forget ended programs has to do without: the group may be another's by now.
+void Child::killGroup() const noexcept
+{
+    siginfo_t information{};
+    if (::waitid(P_PID, static_cast<id_t>(id_), &information, WEXITED | WNOHANG | WNOWAIT) == 0) {
+        ::kill(-id_, SIGKILL);
+    }
+}
+
+ExitReport Child::wait()
 {
     int status = 0;
     const int error = waitForEnd(id_, status);
-    reaped_ = true;
+    waited_ = true;
     if (error != 0) {
         throw std::system_error(error, std::system_category(), "cannot learn how '" + program_ + "' ended");
     }

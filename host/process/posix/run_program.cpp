@@ -52,7 +52,7 @@ void readOnce(Source& source, RunSession& session)
 int pollTimeout(const RunSession& session, const Child& child)
 {
     std::optional<std::chrono::milliseconds> timeout = session.timeout();
-    if (!session.hasExited() && child.exitDescriptor() < 0) {
+    if (!session.hasExited() && child.exitEvent() < 0) {
         timeout = std::min(timeout.value_or(exitCheckInterval), exitCheckInterval);
     }
     return timeout ? static_cast<int>(timeout->count()) : -1;
@@ -61,9 +61,9 @@ int pollTimeout(const RunSession& session, const Child& child)
 // Waits until something happens, and reads what there is.
 void waitAndRead(const Child& child, Sources& sources, RunSession& session)
 {
-    const int exitDescriptor = session.hasExited() ? -1 : child.exitDescriptor();
+    const int exitEvent = session.hasExited() ? -1 : child.exitEvent();
     std::array<pollfd, 3> waits{
-        {{sources[0].readEnd.get(), POLLIN, 0}, {sources[1].readEnd.get(), POLLIN, 0}, {exitDescriptor, POLLIN, 0}}};
+        {{sources[0].readEnd.get(), POLLIN, 0}, {sources[1].readEnd.get(), POLLIN, 0}, {exitEvent, POLLIN, 0}}};
     if (::poll(waits.data(), waits.size(), pollTimeout(session, child)) < 0) {
         if (errno != EINTR) {
             throw std::system_error(errno, std::system_category(), "cannot wait for a program");
@@ -75,7 +75,7 @@ void waitAndRead(const Child& child, Sources& sources, RunSession& session)
             readOnce(sources[i], session);
         }
     }
-    if (!session.hasExited() && (exitDescriptor < 0 ? child.hasExited() : waits[2].revents != 0)) {
+    if (!session.hasExited() && (exitEvent < 0 ? child.hasExited() : waits[2].revents != 0)) {
         session.programExited();
     }
 }
@@ -93,7 +93,7 @@ bool readStreams(const Child& child, Sources& sources, RunSession& session)
         if (session.streamsOverdue()) {
             break;
         }
-        if (!session.hasExited() && session.shouldTerminate()) {
+        if (session.shouldTerminate()) {
             child.kill();
         }
     }
@@ -142,7 +142,7 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
     Pipe input = options.inputHandler() ? makePipe() : Pipe{};
     RunSession session(options);
     const std::array<int, 3> streams{input.readEnd.get(), output.writeEnd.get(), error.writeEnd.get()};
-    Child child(startProgram({arguments, environment, workingDir, streams}), arguments.front());
+    Child child({arguments, environment, workingDir, streams, options.terminatesTree()});
     input.readEnd.close();
     output.writeEnd.close();
     error.writeEnd.close();
@@ -151,7 +151,7 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
     }
     Sources sources{{{Stream::output, std::move(output.readEnd)}, {Stream::error, std::move(error.readEnd)}}};
     const bool complete = readStreams(child, sources, session);
-    ExitReport report = child.reap();
+    ExitReport report = child.wait();
     report.streamsAbandoned = !complete;
     return session.finish(report);
 }
@@ -160,8 +160,8 @@ std::int32_t runProgramAttached(const std::vector<std::string>& arguments, const
                                 const std::string& workingDir)
 {
     const std::array<int, 3> streams{STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
-    Child child(startProgram({arguments, environment, workingDir, streams}), arguments.front());
-    return child.reap().status;
+    Child child({arguments, environment, workingDir, streams});
+    return child.wait().status;
 }
 
 } // namespace orb::process::detail

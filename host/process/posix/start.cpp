@@ -71,7 +71,7 @@ void setStreamsAndFolder(FileActions& actions, const StartRequest& request)
     }
 }
 
-void setSignals(Attributes& attributes, bool ownSession)
+void setSignals(Attributes& attributes, bool ownGroup)
 {
     sigset_t none;
     ::sigemptyset(&none);
@@ -79,7 +79,7 @@ void setSignals(Attributes& attributes, bool ownSession)
     sigset_t all;
     ::sigfillset(&all);
     check(::posix_spawnattr_setsigdefault(attributes.get(), &all));
-    const int session = ownSession ? POSIX_SPAWN_SETSID : 0;
+    const int session = ownGroup ? POSIX_SPAWN_SETSID : 0;
     check(::posix_spawnattr_setflags(attributes.get(),
                                      static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | session)));
 }
@@ -137,7 +137,7 @@ pid_t startProgram(const StartRequest& request)
     FileActions actions;
     setStreamsAndFolder(actions, request);
     Attributes attributes;
-    setSignals(attributes, request.ownSession);
+    setSignals(attributes, request.ownGroup);
     const std::vector<std::string> lines = assignments(request.environment);
     pid_t id = 0;
     const int error =

@@ -20,8 +20,9 @@ struct StartRequest {
     const std::string& workingDir;
     // What becomes the program's standard input, output and error. Above 2, or the stream's own number.
     std::array<int, 3> streams{nullDevice, nullDevice, nullDevice};
-    // The program gets a session of its own, out of reach of our terminal's signals.
-    bool ownSession = false;
+    // The program gets a session of its own, and so a process group whose id is the program's, out of reach of our
+    // terminal and its signals.
+    bool ownGroup = false;
 };
 
 // Gives the process's id. The program starts with no signal blocked or ignored and with no descriptor but the three.

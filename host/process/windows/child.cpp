@@ -1,29 +1,34 @@
 #include "child.h"
 
+#include "job.h"
 #include "system_error.h"
 
 namespace orb::process::detail {
 
 using foundation::core::system::lastError;
 
+Child::Child(StartRequest request)
+    : job_(request.ownGroup ? makeJob() : Handle()), process_(startProgram(std::move(request), job_.get()))
+{
+}
+
 Child::~Child()
 {
-    if (!hasExited()) {
+    if (!waited_) {
         kill();
         WaitForSingleObject(process_.get(), INFINITE);
     }
-}
-
-bool Child::hasExited() const noexcept
-{
-    return WaitForSingleObject(process_.get(), 0) == WAIT_OBJECT_0;
 }
 
 void Child::kill() const noexcept
 {
     // What the system itself uses when a user ends a program.
     constexpr UINT killedStatus = 1;
-    TerminateProcess(process_.get(), killedStatus);
+    if (job_) {
+        TerminateJobObject(job_.get(), killedStatus);
+    } else {
+        TerminateProcess(process_.get(), killedStatus);
+    }
 }
 
 ExitReport Child::wait()
@@ -33,6 +38,7 @@ ExitReport Child::wait()
         GetExitCodeProcess(process_.get(), &code) == FALSE) {
         throw lastError("cannot learn how a program ended");
     }
+    waited_ = true;
     ExitReport report;
     report.status = static_cast<std::int32_t>(code);
     return report;

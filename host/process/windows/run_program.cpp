@@ -53,7 +53,7 @@ bool wait(const Child& child, const Sources& sources, const RunSession& session)
     std::array<HANDLE, 3> waits{};
     DWORD count = 0;
     if (!session.hasExited()) {
-        waits[count++] = child.process();
+        waits[count++] = child.exitEvent();
     }
     for (const Source& source : sources) {
         if (source.reader.reading()) {
@@ -90,7 +90,7 @@ bool readStreams(const Child& child, Sources& sources, RunSession& session)
         if (session.streamsOverdue()) {
             break;
         }
-        if (!session.hasExited() && session.shouldTerminate()) {
+        if (session.shouldTerminate()) {
             child.kill();
         }
     }
@@ -127,10 +127,11 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
     RunSession session(options);
     Sources sources{
         {{Stream::output, PipeReader(std::move(output.ours))}, {Stream::error, PipeReader(std::move(error.ours))}}};
-    Child child(startProgram({arguments,
-                              environment,
-                              workingDir,
-                              {std::move(input.programs), std::move(output.programs), std::move(error.programs)}}));
+    Child child({arguments,
+                 environment,
+                 workingDir,
+                 {std::move(input.programs), std::move(output.programs), std::move(error.programs)},
+                 options.terminatesTree()});
     if (options.inputHandler()) {
         session.feed(makeInputSink(std::move(input.ours)));
     }
@@ -143,11 +144,12 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
 std::int32_t runProgramAttached(const std::vector<std::string>& arguments, const Environment& environment,
                                 const std::string& workingDir)
 {
-    Child child(startProgram({arguments,
-                              environment,
-                              workingDir,
-                              {ownStream(STD_INPUT_HANDLE), ownStream(STD_OUTPUT_HANDLE), ownStream(STD_ERROR_HANDLE)},
-                              true}));
+    Child child({arguments,
+                 environment,
+                 workingDir,
+                 {ownStream(STD_INPUT_HANDLE), ownStream(STD_OUTPUT_HANDLE), ownStream(STD_ERROR_HANDLE)},
+                 false,
+                 true});
     return child.wait().status;
 }
 

@@ -1,6 +1,7 @@
 #include "start.h"
 
 #include "arguments.h"
+#include "attribute_list.h"
 #include "creation_flags.h"
 #include "full_path.h"
 #include "program_search.h"
@@ -9,8 +10,8 @@
 #include "wide_text.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <mutex>
+#include <vector>
 
 #include <windows.h>
 
@@ -21,52 +22,26 @@ using foundation::core::system::lastError;
 
 namespace {
 
-// The handles that a program may inherit: these and no others.
-class InheritedHandles {
-public:
-    explicit InheritedHandles(const std::array<Handle, 3>& streams)
-    {
-        // The system refuses a list that names one twice.
-        for (const Handle& stream : streams) {
-            if (std::find(handles_.begin(), handles_.end(), stream.get()) == handles_.end()) {
-                handles_.push_back(stream.get());
-            }
-        }
-        SIZE_T size = 0;
-        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
-        memory_.resize(size);
-        if (InitializeProcThreadAttributeList(list(), 1, 0, &size) == FALSE) {
-            throw lastError("cannot prepare the start of a program");
-        }
-        if (UpdateProcThreadAttribute(list(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
-                                      handles_.size() * sizeof(HANDLE), nullptr, nullptr) == FALSE) {
-            const auto failure = lastError("cannot prepare the start of a program");
-            DeleteProcThreadAttributeList(list());
-            throw failure; // NOLINT(misc-throw-by-value-catch-by-reference): the list's end may change the error
+// The handles that a program is to inherit. The system refuses a list that names one twice.
+std::vector<HANDLE> distinct(const std::array<Handle, 3>& streams)
+{
+    std::vector<HANDLE> handles;
+    for (const Handle& stream : streams) {
+        if (std::find(handles.begin(), handles.end(), stream.get()) == handles.end()) {
+            handles.push_back(stream.get());
         }
     }
-    ~InheritedHandles() { DeleteProcThreadAttributeList(list()); }
-    InheritedHandles(const InheritedHandles&) = delete;
-    InheritedHandles& operator=(const InheritedHandles&) = delete;
+    return handles;
+}
 
-    LPPROC_THREAD_ATTRIBUTE_LIST list() noexcept
-    {
-        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
-    }
-
-    void makeInheritable() const
-    {
-        for (const HANDLE handle : handles_) {
-            if (SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT) == FALSE) {
-                throw lastError("cannot pass a stream to a program");
-            }
+void makeInheritable(const std::vector<HANDLE>& handles)
+{
+    for (const HANDLE handle : handles) {
+        if (SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT) == FALSE) {
+            throw lastError("cannot pass a stream to a program");
         }
     }
-
-private:
-    std::vector<HANDLE> handles_;
-    std::vector<std::byte> memory_;
-};
+}
 
 std::wstring commandLine(const std::vector<std::string>& arguments, const std::string& failure)
 {
@@ -84,7 +59,7 @@ std::wstring commandLine(const std::vector<std::string>& arguments, const std::s
 
 } // namespace
 
-Handle startProgram(StartRequest request)
+Handle startProgram(StartRequest request, HANDLE job)
 {
     std::vector<std::string> arguments = request.arguments;
     arguments.front() = programName(arguments.front());
@@ -97,21 +72,27 @@ Handle startProgram(StartRequest request)
     refuseBatchFile(narrow(program));
     const std::wstring folder = request.workingDir.empty() ? std::wstring() : fullPath(wide(request.workingDir));
 
-    InheritedHandles inherited(request.streams);
+    std::vector<HANDLE> inherited = distinct(request.streams);
+    std::vector<Attribute> attributes{
+        {PROC_THREAD_ATTRIBUTE_HANDLE_LIST, inherited.data(), inherited.size() * sizeof(HANDLE)}};
+    if (job != nullptr) {
+        attributes.push_back({PROC_THREAD_ATTRIBUTE_JOB_LIST, &job, sizeof job});
+    }
+    AttributeList list(attributes);
     STARTUPINFOEXW startup{};
     startup.StartupInfo.cb = sizeof startup;
     startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
     startup.StartupInfo.hStdInput = request.streams[0].get();
     startup.StartupInfo.hStdOutput = request.streams[1].get();
     startup.StartupInfo.hStdError = request.streams[2].get();
-    startup.lpAttributeList = inherited.list();
+    startup.lpAttributeList = list.get();
     PROCESS_INFORMATION process{};
 
     // Our own programs inherit what their lists name. Another part of the host may start one without a list, and it
     // would inherit all that is inheritable at that moment; therefore that is never more than one program's streams.
     static std::mutex oneAtATime;
     const std::lock_guard lock(oneAtATime);
-    inherited.makeInheritable();
+    makeInheritable(inherited);
     const BOOL started = CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
                                         creationFlags(request.callersConsole, haveConsole()), block.data(),
                                         folder.empty() ? nullptr : folder.c_str(), &startup.StartupInfo, &process);
