@@ -46,6 +46,29 @@ TEST(RunJournal, TellsWhatIsBeingWaitedFor)
     EXPECT_EQ(journal.current(), "");
 }
 
+TEST(RunJournal, EndsTheDockerClientWithAllThatItHasStarted)
+{
+    RunJournal journal;
+    const Interruption interruption(Interruption::Meaning::endWork);
+    EXPECT_TRUE(start(journal, {"/usr/bin/docker.exe", "version"}).terminatesTree());
+}
+
+TEST(RunJournal, LeavesTheDockerClientToTheTerminalWhereCtrlCEndsKelpctlItself)
+{
+    RunJournal journal;
+    EXPECT_FALSE(start(journal, {"/usr/bin/docker.exe", "version"}).terminatesTree());
+    const Interruption interruption(Interruption::Meaning::leaveToProgram);
+    EXPECT_FALSE(start(journal, {"/usr/bin/docker.exe", "version"}).terminatesTree());
+}
+
+TEST(RunJournal, LeavesWhatWslHasStartedToItself)
+{
+    RunJournal journal;
+    const Interruption interruption(Interruption::Meaning::endWork);
+    EXPECT_FALSE(start(journal, {"/mnt/c/Windows/System32/wsl.exe", "--list", "-q"}).terminatesTree());
+    EXPECT_FALSE(start(journal, {"where", "docker.exe"}).terminatesTree());
+}
+
 TEST(RunJournal, RunWithoutAResultHasFailed)
 {
     RunJournal journal;
