@@ -22,7 +22,9 @@ Configuration::Configuration(const Configuration& other) : state_(std::make_uniq
 
 Configuration& Configuration::operator=(const Configuration& other)
 {
-    *state_ = *other.state_;
+    if (this != &other) {
+        *state_ = *other.state_;
+    }
     return *this;
 }
 

@@ -40,9 +40,9 @@ public:
     void setTerminationHandler(std::function<bool()> handler);
     const std::function<bool()>& terminationHandler() const noexcept;
 
-    // Whether whatever ends the program (the termination handler, an exception of a handler) ends its descendants too,
-    // down to the last. Not so when it is not set, and never when the program ends by itself; but then the termination
-    // handler is asked as long as descendants keep the program's streams open, and ends those.
+    // Whether the descendants of a program that is ended (by the termination handler, or an exception of a handler) end
+    // with it, down to the last. Off unless set. A program that ends by itself leaves them running; but as long as they
+    // keep its streams open, the termination handler is asked, and ends them.
     //
     // The program has a job (Windows, from 10 on) or a session (Linux) of its own for this from its first moment. What
     // leaves that on purpose is not ended: what is started with CREATE_BREAKAWAY_FROM_JOB; what makes a session or process

@@ -22,7 +22,9 @@ RunOptions::RunOptions(const RunOptions& other) : state_(std::make_unique<State>
 
 RunOptions& RunOptions::operator=(const RunOptions& other)
 {
-    *state_ = *other.state_;
+    if (this != &other) {
+        *state_ = *other.state_;
+    }
     return *this;
 }
 
