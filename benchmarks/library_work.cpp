@@ -106,7 +106,7 @@ void writeLogStatement(int value)
 void setLogging(bool on)
 {
     foundation::core::config::Configuration configuration;
-    configuration.channelMasks["orb:lvm"] = on ? 8 : 0;
+    configuration.setChannelMask("orb:lvm", on ? 8 : 0);
     foundation::core::config::configure(configuration);
 }
 

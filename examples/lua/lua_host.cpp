@@ -124,7 +124,7 @@ int main(int argc, char* argv[])
     }
     if (argc > 2) {
         foundation::core::config::Configuration configuration;
-        configuration.language = argv[2];
+        configuration.setLanguage(argv[2]);
         foundation::core::config::configure(configuration);
     }
 

@@ -10,7 +10,27 @@ std::string parentOf(const std::string& channel)
     return separator == std::string::npos ? std::string() : channel.substr(0, separator);
 }
 
+std::atomic<bool> tableIsGone{false};
+
+struct TableHolder {
+    std::shared_ptr<ChannelMasks> table = std::make_shared<ChannelMasks>();
+
+    TableHolder() = default;
+    TableHolder(const TableHolder&) = delete;
+    TableHolder& operator=(const TableHolder&) = delete;
+    ~TableHolder() { tableIsGone = true; }
+};
+
 } // namespace
+
+std::shared_ptr<ChannelMasks> channelMasks()
+{
+    if (tableIsGone) {
+        return std::make_shared<ChannelMasks>();
+    }
+    static const TableHolder holder;
+    return holder.table;
+}
 
 const std::atomic<std::uint32_t>* ChannelMasks::word(const std::string& channel, const std::string& parent)
 {

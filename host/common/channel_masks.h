@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -31,5 +32,9 @@ private:
     std::map<std::string, std::uint32_t> configured_;
     std::map<std::string, Word> words_;
 };
+
+// The process's table. It lives as long as this library or any logger that holds it, whichever goes last when the process
+// ends. Whoever comes later still gets a table of its own, with no channel configured.
+std::shared_ptr<ChannelMasks> channelMasks();
 
 } // namespace foundation::core::diag

@@ -1,23 +1,88 @@
-#include "configuration_state.h"
-
 #include "host/configuration.h"
 
-#include <deque>
+#include "channel_masks.h"
+
 #include <mutex>
+#include <utility>
 
 namespace foundation::core::config {
-namespace {
 
-struct State {
-    std::mutex mutex;
-    Configuration configuration;
-    // Every release text that was ever given out: callers keep the pointer for the life of the process.
-    std::deque<std::string> releases;
+struct Configuration::State {
+    std::optional<std::string> installationRoot;
+    std::optional<std::string> release;
+    std::map<std::string, std::uint32_t> channelMasks;
+    std::string language;
 };
 
-State& state()
+Configuration::Configuration() : state_(std::make_unique<State>()) {}
+
+Configuration::~Configuration() = default;
+
+Configuration::Configuration(const Configuration& other) : state_(std::make_unique<State>(*other.state_)) {}
+
+Configuration& Configuration::operator=(const Configuration& other)
 {
-    static State instance;
+    if (this != &other) {
+        *state_ = *other.state_;
+    }
+    return *this;
+}
+
+void Configuration::setInstallationRoot(std::optional<std::string> root)
+{
+    state_->installationRoot = std::move(root);
+}
+
+const std::optional<std::string>& Configuration::installationRoot() const noexcept
+{
+    return state_->installationRoot;
+}
+
+void Configuration::setRelease(std::optional<std::string> release)
+{
+    state_->release = std::move(release);
+}
+
+const std::optional<std::string>& Configuration::release() const noexcept
+{
+    return state_->release;
+}
+
+void Configuration::setChannelMasks(std::map<std::string, std::uint32_t> masks)
+{
+    state_->channelMasks = std::move(masks);
+}
+
+void Configuration::setChannelMask(const std::string& channel, std::uint32_t mask)
+{
+    state_->channelMasks[channel] = mask;
+}
+
+const std::map<std::string, std::uint32_t>& Configuration::channelMasks() const noexcept
+{
+    return state_->channelMasks;
+}
+
+void Configuration::setLanguage(std::string language)
+{
+    state_->language = std::move(language);
+}
+
+const std::string& Configuration::language() const noexcept
+{
+    return state_->language;
+}
+
+namespace {
+
+struct Current {
+    std::mutex mutex;
+    Configuration configuration;
+};
+
+Current& current()
+{
+    static Current instance;
     return instance;
 }
 
@@ -26,27 +91,16 @@ State& state()
 void configure(const Configuration& configuration)
 {
     {
-        const std::lock_guard lock(state().mutex);
-        state().configuration = configuration;
+        const std::lock_guard lock(current().mutex);
+        current().configuration = configuration;
     }
-    diag::applyMasks(configuration.channelMasks);
+    diag::channelMasks()->configure(configuration.channelMasks());
 }
 
 Configuration configuration()
 {
-    const std::lock_guard lock(state().mutex);
-    return state().configuration;
-}
-
-const char* keepRelease(const std::string& release)
-{
-    const std::lock_guard lock(state().mutex);
-    for (const std::string& kept : state().releases) {
-        if (kept == release) {
-            return kept.c_str();
-        }
-    }
-    return state().releases.emplace_back(release).c_str();
+    const std::lock_guard lock(current().mutex);
+    return current().configuration;
 }
 
 } // namespace foundation::core::config

@@ -2,7 +2,6 @@
 #include "host/diagnostics.h"
 
 #include "channel_masks.h"
-#include "configuration_state.h"
 
 #include <boost/log/attributes/clock.hpp>
 #include <boost/log/attributes/current_thread_id.hpp>
@@ -25,28 +24,6 @@ namespace foundation::core::diag {
 namespace logging = boost::log;
 
 namespace {
-
-std::atomic<bool> tableIsGone{false};
-
-struct TableHolder {
-    std::shared_ptr<ChannelMasks> table = std::make_shared<ChannelMasks>();
-
-    TableHolder() = default;
-    TableHolder(const TableHolder&) = delete;
-    TableHolder& operator=(const TableHolder&) = delete;
-    ~TableHolder() { tableIsGone = true; }
-};
-
-// The table lives as long as this library or any logger, whichever goes last when the process ends. Whoever comes later
-// still gets a table of its own, with no channel configured.
-std::shared_ptr<ChannelMasks> channelMasks()
-{
-    if (tableIsGone) {
-        return std::make_shared<ChannelMasks>();
-    }
-    static const TableHolder holder;
-    return holder.table;
-}
 
 class CallbackBackend : public logging::sinks::basic_sink_backend<logging::sinks::synchronized_feeding> {
 public:
@@ -161,11 +138,6 @@ sink_handle::~sink_handle() = default;
 sink_handle attach_sink(std::function<void(const log_record&)> sink)
 {
     return sink_handle(std::make_unique<sink_handle::State>(std::move(sink)));
-}
-
-void applyMasks(const std::map<std::string, std::uint32_t>& masks)
-{
-    channelMasks()->configure(masks);
 }
 
 } // namespace foundation::core::diag

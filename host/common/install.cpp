@@ -1,7 +1,7 @@
 #include "host/install.h"
 
-#include "configuration_state.h"
 #include "install_location.h"
+#include "kept_release.h"
 
 #include "host/configuration.h"
 #include "host/environment.h"
@@ -22,7 +22,7 @@ std::optional<std::string> nonEmpty(std::optional<std::string> text)
 const char* svKorvaneRelease()
 {
     using namespace foundation::core::config;
-    std::optional<std::string> release = nonEmpty(configuration().release);
+    std::optional<std::string> release = nonEmpty(configuration().release());
     if (!release) {
         release = nonEmpty(foundation::core::env::variable("KORVANE_RELEASE"));
     }
@@ -79,7 +79,7 @@ std::u16string rootOfTree(std::u16string folder)
 
 Pathname get_install_path()
 {
-    std::optional<std::string> root = nonEmpty(config::configuration().installationRoot);
+    std::optional<std::string> root = nonEmpty(config::configuration().installationRoot());
     if (!root) {
         root = nonEmpty(env::variable("KORVANE_ROOT"));
     }

@@ -141,7 +141,7 @@ boost::json::value translation(const std::string& catalogue, const std::string& 
 
 std::optional<std::string> translatedText(const Message& message, const std::string& english)
 {
-    const boost::json::value texts = translation(message.catalogue, config::configuration().language);
+    const boost::json::value texts = translation(message.catalogue, config::configuration().language());
     const boost::json::object* object = texts.if_object();
     const boost::json::value* entry = object != nullptr ? object->if_contains(message.identifier) : nullptr;
     if (entry == nullptr || !entry->is_string()) {

@@ -1,8 +1,7 @@
 #include "host/files.h"
 
+#include "full_path.h"
 #include "handle.h"
-#include "program_search.h"
-#include "random_bits.h"
 #include "system_error.h"
 
 #include <optional>
@@ -10,12 +9,10 @@
 
 #include <windows.h>
 
-#include <bcrypt.h>
-
 namespace foundation::core::path {
 
-using orb::process::detail::Handle;
 using system::FileSystemError;
+using system::Handle;
 
 namespace {
 
@@ -27,7 +24,7 @@ std::wstring systemForm(const std::wstring& path)
         return path;
     }
     try {
-        const std::wstring full = orb::process::detail::fullPath(path);
+        const std::wstring full = fullPath(path);
         return full.starts_with(LR"(\\)") ? LR"(\\?\UNC)" + full.substr(1) : std::wstring(anyLength) + full;
     } catch (const std::system_error&) {
         // Whoever is given the path says the same.
@@ -139,17 +136,6 @@ std::u16string temp_directory_name()
         name.pop_back();
     }
     return {name.begin(), name.end()};
-}
-
-RandomBits randomBits()
-{
-    RandomBits bits{};
-    const NTSTATUS status =
-        BCryptGenRandom(nullptr, bits.data(), static_cast<ULONG>(bits.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG);
-    if (status < 0) {
-        throw system::SystemError(static_cast<DWORD>(status), "BCryptGenRandom");
-    }
-    return bits;
 }
 
 } // namespace foundation::core::path

@@ -5,7 +5,7 @@
 
 #include <windows.h>
 
-namespace orb::process::detail {
+namespace foundation::core::system {
 
 // Both values that the system uses for "no handle" mean none here.
 class Handle {
@@ -40,4 +40,4 @@ private:
     HANDLE value_ = nullptr;
 };
 
-} // namespace orb::process::detail
+} // namespace foundation::core::system

@@ -1,6 +1,7 @@
 #include "asking/journal.h"
 
 #include "terminal/interruption.h"
+#include "terminal/text.h"
 
 #include <exception>
 
@@ -8,6 +9,18 @@ namespace kelpctl {
 
 using orb::process::detail::observeRuns;
 using Clock = std::chrono::steady_clock;
+
+namespace {
+
+// Whether what a program has started ends with it. The Docker client works through others, for plug-ins and credentials,
+// and some installations have a small one before the real one: nobody needs these without it. What wsl.exe starts, such as
+// wslhost.exe, serves all Linux programs of the user, and ends by itself. The look-up commands start none.
+bool endsWhole(const std::string& program)
+{
+    return fileName(program) == "docker.exe";
+}
+
+} // namespace
 
 RunJournal::RunJournal() : before_(observeRuns(this)) {}
 
@@ -34,17 +47,21 @@ std::string RunJournal::current() const
     return current_.empty() ? std::string() : current_.begin()->second.label;
 }
 
-void RunJournal::started(const std::vector<std::string>& arguments)
+void RunJournal::starting(const std::vector<std::string>& arguments, orb::process::detail::RunOptions& options)
 {
     if (interrupted()) {
         throw Interrupted();
+    }
+    // Where the terminal's Ctrl-C ends kelpctl at once it must reach the program too, and so its session must be ours.
+    if (endsWhole(arguments.front()) && interruptionEndsWork()) {
+        options.setTerminatesTree(true);
     }
     const std::scoped_lock lock(mutex_);
     const Clock::time_point deadline = limit_ ? Clock::now() + *limit_ : Clock::time_point::max();
     current_.insert_or_assign(std::this_thread::get_id(), Current{shortCommand(arguments), deadline, false});
 }
 
-bool RunJournal::endWanted()
+bool RunJournal::shouldTerminate()
 {
     const std::scoped_lock lock(mutex_);
     Current& current = current_[std::this_thread::get_id()];

@@ -36,8 +36,8 @@ public:
     // What this process waits for: the command line that runs now, shortened. Empty when there is none.
     std::string current() const;
 
-    void started(const std::vector<std::string>& arguments) override;
-    bool endWanted() override;
+    void starting(const std::vector<std::string>& arguments, orb::process::detail::RunOptions& options) override;
+    bool shouldTerminate() override;
     void ended(const std::vector<std::string>& arguments,
                const orb::process::detail::RunResult* result) noexcept override;
 

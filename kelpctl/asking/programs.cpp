@@ -12,9 +12,8 @@ Run runCaptured(const std::vector<std::string>& arguments, const service::Enviro
 {
     bool terminated = false;
     service::RunOptions options;
-    options.exitCallback = [&terminated](const service::ExitReport& report, void* /*userObject*/) {
-        terminated = report.terminated;
-    };
+    options.setExitCallback(
+        [&terminated](const service::ExitReport& report, void* /*userObject*/) { terminated = report.terminated; });
     const service::RunResult result = service::run(arguments, environment, folder, false, options);
     return runOf(arguments, result, endingOf(terminated));
 }

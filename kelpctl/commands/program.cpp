@@ -20,12 +20,12 @@ void configureHost(const Request& request)
 {
     foundation::core::config::Configuration configuration = foundation::core::config::configuration();
     if (request.root) {
-        configuration.installationRoot = request.root;
+        configuration.setInstallationRoot(request.root);
     }
     if (request.release) {
-        configuration.release = request.release;
+        configuration.setRelease(request.release);
     }
-    configuration.channelMasks["orb"] = channelMask(request.log);
+    configuration.setChannelMask("orb", channelMask(request.log));
     foundation::core::config::configure(configuration);
 }
 
@@ -34,7 +34,7 @@ void configureLanguage(const std::vector<std::string>& arguments)
 {
     foundation::core::config::Configuration configuration = foundation::core::config::configuration();
     const std::optional<std::string> asked = askedLanguage(arguments);
-    configuration.language = asked ? *asked : systemLanguage();
+    configuration.setLanguage(asked ? *asked : systemLanguage());
     foundation::core::config::configure(configuration);
 }
 

@@ -8,6 +8,9 @@ namespace kelpctl {
 // Whether the user has interrupted kelpctl, by Ctrl-C or by asking it to end, while an Interruption lived.
 bool interrupted() noexcept;
 
+// Whether an Interruption lives that is to end the work, so that Ctrl-C reaches kelpctl and does not end it at once.
+bool interruptionEndsWork() noexcept;
+
 // The exit status of a command that was interrupted, as shells report it.
 inline constexpr int statusInterrupted = 130;
 

@@ -254,7 +254,7 @@ int main(int argc, char** argv)
 {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     foundation::core::config::Configuration configuration = foundation::core::config::configuration();
-    configuration.channelMasks = {{"orb", 8 | 512}};
+    configuration.setChannelMasks({{"orb", 8 | 512}});
     foundation::core::config::configure(configuration);
     std::atomic<int> records = 0;
     const auto sink = foundation::core::diag::attach_sink([&records](const auto&) { ++records; });

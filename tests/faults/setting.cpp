@@ -25,9 +25,9 @@ Setting::Setting(const std::filesystem::path& folder, const Scenario& scenario)
       auxiliary_("AUX_DOCKER_ARGS")
 {
     foundation::core::config::Configuration configuration;
-    configuration.installationRoot = utf8(stage_.root() / "tree");
-    configuration.release = "R2026b";
-    configuration.channelMasks = {{"orb", 8 | 512}};
+    configuration.setInstallationRoot(utf8(stage_.root() / "tree"));
+    configuration.setRelease("R2026b");
+    configuration.setChannelMasks({{"orb", 8 | 512}});
     foundation::core::config::configure(configuration);
 }
 

@@ -20,8 +20,8 @@ public:
     {
         std::filesystem::create_directories(root_ / "resources");
         config::Configuration configuration;
-        configuration.installationRoot = root_.string();
-        configuration.language = "de";
+        configuration.setInstallationRoot(root_.string());
+        configuration.setLanguage("de");
         config::configure(configuration);
     }
     ~Tree()

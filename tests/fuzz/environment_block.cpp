@@ -1,7 +1,7 @@
 // The environment of a Windows program: any variables come back from their block, and any block can be read.
 #include "fuzz.h"
 
-#include "../../host/windows/variables.h"
+#include "../../host/process/windows/environment_block.h"
 
 #include "arguments.h"
 

@@ -13,7 +13,7 @@ using namespace foundation::core;
 TEST(Diagnostics, ARecordThatTheCoreRejectsIsFalse)
 {
     config::Configuration configuration;
-    configuration.channelMasks = {{"test", 8}};
+    configuration.setChannelMasks({{"test", 8}});
     config::configure(configuration);
     diag::basic_diagnostic_logger logger("test");
     boost::log::core::get()->set_logging_enabled(false);

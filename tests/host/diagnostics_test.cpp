@@ -18,7 +18,7 @@ using diag::log_record;
 void setMasks(const std::map<std::string, std::uint32_t>& masks)
 {
     config::Configuration configuration = config::configuration();
-    configuration.channelMasks = masks;
+    configuration.setChannelMasks(masks);
     config::configure(configuration);
 }
 

@@ -17,14 +17,14 @@ using path::Pathname;
 void configureRoot(const std::string& root)
 {
     config::Configuration configuration;
-    configuration.installationRoot = root;
+    configuration.setInstallationRoot(root);
     config::configure(configuration);
 }
 
 void configureRelease(const std::string& release)
 {
     config::Configuration configuration;
-    configuration.release = release;
+    configuration.setRelease(release);
     config::configure(configuration);
 }
 

@@ -29,8 +29,8 @@ std::vector<Message> errors()
 std::vector<std::string> textsIn(const std::string& language)
 {
     config::Configuration configuration;
-    configuration.installationRoot = SOURCE_TREE;
-    configuration.language = language;
+    configuration.setInstallationRoot(SOURCE_TREE);
+    configuration.setLanguage(language);
     config::configure(configuration);
     std::vector<std::string> texts;
     for (const Message& error : errors()) {

@@ -30,8 +30,8 @@ constexpr char catalogue[] = "orb:container_support";
 void useLanguage(const std::filesystem::path& root, const std::string& language)
 {
     config::Configuration configuration;
-    configuration.installationRoot = text::cvt_ustring_utf8(root.u16string());
-    configuration.language = language;
+    configuration.setInstallationRoot(text::cvt_ustring_utf8(root.u16string()));
+    configuration.setLanguage(language);
     config::configure(configuration);
 }
 
@@ -303,8 +303,8 @@ TEST(Languages, FileThatIsBrokenIsNone)
 TEST(Messages, RootThatIsNoTextLeavesEnglish)
 {
     config::Configuration configuration;
-    configuration.installationRoot = "\xFF";
-    configuration.language = "xx";
+    configuration.setInstallationRoot("\xFF");
+    configuration.setLanguage("xx");
     config::configure(configuration);
     EXPECT_NE(message::localisedText({catalogue, "TAR_FILE_NOT_AVAILABLE", {std::string("a")}}).find("does not exist"),
               std::string::npos);

@@ -80,7 +80,7 @@ const std::vector<Quoting>& quotings()
 
 } // namespace
 
-TEST(ProcessArguments, areQuotedOnlyWhenTheyMustBe)
+TEST(ProcessArguments, AreQuotedOnlyWhenTheyMustBe)
 {
     for (const Quoting& row : quotings()) {
         Arguments arguments{"p"};
@@ -89,7 +89,7 @@ TEST(ProcessArguments, areQuotedOnlyWhenTheyMustBe)
     }
 }
 
-TEST(ProcessArguments, comeBackWhenTheirCommandLineIsSplit)
+TEST(ProcessArguments, ComeBackWhenTheirCommandLineIsSplit)
 {
     for (const Quoting& row : quotings()) {
         Arguments arguments{"p"};
@@ -98,39 +98,39 @@ TEST(ProcessArguments, comeBackWhenTheirCommandLineIsSplit)
     }
 }
 
-TEST(ProcessArguments, arriveByteForByte)
+TEST(ProcessArguments, ArriveByteForByte)
 {
     for (const Quoting& row : quotings()) {
         EXPECT_EQ(received(row.arguments), row.arguments) << row.line;
     }
 }
 
-TEST(ProcessArguments, arriveAlsoWhenTheyAreLong)
+TEST(ProcessArguments, ArriveAlsoWhenTheyAreLong)
 {
     const Arguments sent{std::string(30000, 'x'), "next"};
     EXPECT_EQ(received(sent), sent);
 }
 
-TEST(ProcessArguments, keepBackslashesInTheProgramNameLiteral)
+TEST(ProcessArguments, KeepBackslashesInTheProgramNameLiteral)
 {
     EXPECT_EQ(joinArguments({R"(C:\dir with space\p\)", "x"}), R"("C:\dir with space\p\" x)");
     EXPECT_THAT(getRunArguments(R"("C:\dir with space\p\" x)"), ElementsAre(R"(C:\dir with space\p\)", "x"));
     EXPECT_THAT(getRunArguments(R"(C:\"dir with"\p.exe x)"), ElementsAre(R"(C:\dir with\p.exe)", "x"));
 }
 
-TEST(ProcessArguments, refuseADoubleQuoteInTheProgramName)
+TEST(ProcessArguments, RefuseADoubleQuoteInTheProgramName)
 {
     EXPECT_THAT([] { joinArguments({R"(a"b)"}); }, ThrowsMessage<std::invalid_argument>(HasSubstr(R"(a"b)")));
 }
 
-TEST(ProcessArguments, ofNothingAreAnEmptyLine)
+TEST(ProcessArguments, OfNothingAreAnEmptyLine)
 {
     EXPECT_EQ(joinArguments({}), "");
     EXPECT_EQ(joinArguments({""}), R"("")");
     EXPECT_EQ(joinArguments({"p q"}), R"("p q")");
 }
 
-TEST(CommandLine, isSplitAtBlanksAndTabs)
+TEST(CommandLine, IsSplitAtBlanksAndTabs)
 {
     EXPECT_THAT(getRunArguments("p a\tb   c"), ElementsAre("p", "a", "b", "c"));
     EXPECT_THAT(getRunArguments(" \tp  a \t"), ElementsAre("p", "a"));
@@ -138,13 +138,13 @@ TEST(CommandLine, isSplitAtBlanksAndTabs)
     EXPECT_THAT(getRunArguments("p"), ElementsAre("p"));
 }
 
-TEST(CommandLine, withoutTextGivesNoArguments)
+TEST(CommandLine, WithoutTextGivesNoArguments)
 {
     EXPECT_THAT(getRunArguments(""), IsEmpty());
     EXPECT_THAT(getRunArguments(" \t "), IsEmpty());
 }
 
-TEST(CommandLine, followsTheRulesOfQuotesAndBackslashes)
+TEST(CommandLine, FollowsTheRulesOfQuotesAndBackslashes)
 {
     EXPECT_THAT(getRunArguments(R"(p "a b" c)"), ElementsAre("p", "a b", "c"));
     EXPECT_THAT(getRunArguments(R"(p a" b"c)"), ElementsAre("p", "a bc"));
@@ -159,7 +159,7 @@ TEST(CommandLine, followsTheRulesOfQuotesAndBackslashes)
     EXPECT_THAT(getRunArguments(R"(p "a b\" c)"), ElementsAre("p", R"(a b" c)"));
 }
 
-TEST(ProcessArguments, thatCannotBePassedFaithfullyAreRefused)
+TEST(ProcessArguments, ThatCannotBePassedFaithfullyAreRefused)
 {
     const std::string nul("a\0b", 3);
     EXPECT_THROW(run({}), std::invalid_argument);

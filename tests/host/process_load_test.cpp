@@ -33,7 +33,7 @@ void inThreads(int count, const std::function<void(int)>& work)
 } // namespace
 
 // LEAK_RUNS is 10,000, and 150 under an emulator of Windows, where a run takes a tenth of a second.
-TEST(ManyRuns, leaveNoHandleOpen)
+TEST(ManyRuns, LeaveNoHandleOpen)
 {
     const std::vector<std::string> program =
         QUICK_PROGRAM[0] == '\0' ? child({"exit", "0"}) : std::vector<std::string>{QUICK_PROGRAM};
@@ -42,7 +42,7 @@ TEST(ManyRuns, leaveNoHandleOpen)
     const auto runOnce = [&](int i) {
         // Some with an input, some that fail.
         feeding = i % 100 == 0;
-        options.inputHandler = feeding ? [] { return std::string(); } : std::function<std::string()>();
+        options.setInputHandler(feeding ? [] { return std::string(); } : std::function<std::string()>());
         run(program, {}, {}, false, options);
         if (feeding) {
             EXPECT_EQ(run({"/no/such/program"}, {}, {}, false, options).status, 127);
@@ -64,7 +64,7 @@ TEST(ManyRuns, leaveNoHandleOpen)
     EXPECT_EQ(openHandles(), before);
 }
 
-TEST(ManyRuns, atOnceFromManyThreadsDoNotMixTheirResults)
+TEST(ManyRuns, AtOnceFromManyThreadsDoNotMixTheirResults)
 {
     std::vector<RunResult> results(64);
     inThreads(64, [&](int i) {
@@ -79,7 +79,7 @@ TEST(ManyRuns, atOnceFromManyThreadsDoNotMixTheirResults)
     }
 }
 
-TEST(ManyRuns, endTheirStreamsThoughAnotherProgramOutlivesThem)
+TEST(ManyRuns, EndTheirStreamsThoughAnotherProgramOutlivesThem)
 {
     const TemporaryFolder folder;
     const std::string go = (folder.path() / "go").string();
@@ -88,7 +88,7 @@ TEST(ManyRuns, endTheirStreamsThoughAnotherProgramOutlivesThem)
     std::thread outlivingThread;
     // A stream held open by the wrong program is given up only after this.
     RunOptions options;
-    options.streamTimeout = std::chrono::seconds{90};
+    options.setStreamTimeout(std::chrono::seconds{90});
     const auto begin = std::chrono::steady_clock::now();
     inThreads(49, [&](int i) {
         if (i == 24) {

@@ -27,7 +27,7 @@ bool isWhatThePouringChildPrints(std::string_view output)
 
 } // namespace
 
-TEST(ProcessMemory, ofALargeOutputIsLittleMoreThanItsSizeAlsoTheSecondTime)
+TEST(ProcessMemory, OfALargeOutputIsLittleMoreThanItsSizeAlsoTheSecondTime)
 {
     constexpr std::size_t size = std::size_t{256} * 1024 * 1024;
     const std::size_t before = peakMemory();

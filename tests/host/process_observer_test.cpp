@@ -34,14 +34,14 @@ public:
     Witness(const Witness&) = delete;
     Witness& operator=(const Witness&) = delete;
 
-    void started(const std::vector<std::string>& arguments) override
+    void starting(const std::vector<std::string>& arguments, RunOptions& /*options*/) override
     {
-        events.push_back("started " + arguments.back());
+        events.push_back("starting " + arguments.back());
         if (refuses) {
             throw std::runtime_error("not now");
         }
     }
-    bool endWanted() override
+    bool shouldTerminate() override
     {
         if (givesUp) {
             throw GivenUp();
@@ -68,16 +68,16 @@ private:
 
 } // namespace
 
-TEST(RunObserver, seesEachRunFromItsStartToItsResult)
+TEST(RunObserver, SeesEachRunFromItsStartToItsResult)
 {
     const Witness witness;
     run(child({"print", "to output", "to error"}));
     run(child({"exit", "3"}));
-    EXPECT_THAT(witness.events, ElementsAre("started to error", "ended to error", "started 3", "ended 3"));
+    EXPECT_THAT(witness.events, ElementsAre("starting to error", "ended to error", "starting 3", "ended 3"));
     EXPECT_EQ(witness.last.status, 3);
 }
 
-TEST(RunObserver, seesWhatTheProgramPrinted)
+TEST(RunObserver, SeesWhatTheProgramPrinted)
 {
     const Witness witness;
     run(child({"print", "to output", "to error"}));
@@ -85,29 +85,29 @@ TEST(RunObserver, seesWhatTheProgramPrinted)
     EXPECT_EQ(witness.last.standardError, "to error");
 }
 
-TEST(RunObserver, seesAProgramThatDoesNotExistAsARunThatFailed)
+TEST(RunObserver, SeesAProgramThatDoesNotExistAsARunThatFailed)
 {
     const Witness witness;
     run({"no-such-program-anywhere"});
     EXPECT_EQ(witness.last.status, 127);
-    EXPECT_THAT(witness.events, ElementsAre("started no-such-program-anywhere", "ended no-such-program-anywhere"));
+    EXPECT_THAT(witness.events, ElementsAre("starting no-such-program-anywhere", "ended no-such-program-anywhere"));
 }
 
-TEST(RunObserver, isToldThatARunHasNoResult)
+TEST(RunObserver, IsToldThatARunHasNoResult)
 {
     const Witness witness;
     EXPECT_ANY_THROW(run(child({"sleep", "0"}), {}, "/no/such/folder"));
-    EXPECT_THAT(witness.events, ElementsAre("started 0", "ended 0 without a result"));
+    EXPECT_THAT(witness.events, ElementsAre("starting 0", "ended 0 without a result"));
 }
 
-TEST(RunObserver, doesNotSeeWhatIsRefusedBeforeItStarts)
+TEST(RunObserver, DoesNotSeeWhatIsRefusedBeforeItStarts)
 {
     const Witness witness;
     EXPECT_THROW(run({}), std::invalid_argument);
     EXPECT_THAT(witness.events, IsEmpty());
 }
 
-TEST(RunObserver, endsAProgram)
+TEST(RunObserver, EndsAProgram)
 {
     Witness witness;
     witness.ends = true;
@@ -116,43 +116,43 @@ TEST(RunObserver, endsAProgram)
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
 }
 
-TEST(RunObserver, endsAProgramByAnExceptionThatPassesOut)
+TEST(RunObserver, EndsAProgramByAnExceptionThatPassesOut)
 {
     Witness witness;
     witness.givesUp = true;
     const auto begin = steady_clock::now();
     EXPECT_THROW(run(child({"sleep", "120000"})), GivenUp);
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
-    EXPECT_THAT(witness.events, ElementsAre("started 120000", "ended 120000 without a result"));
+    EXPECT_THAT(witness.events, ElementsAre("starting 120000", "ended 120000 without a result"));
 }
 
-TEST(RunObserver, leavesTheTerminationHandlerItsSay)
+TEST(RunObserver, LeavesTheTerminationHandlerItsSay)
 {
     const Witness witness;
     RunOptions options;
-    options.terminationHandler = [] { return true; };
+    options.setTerminationHandler([] { return true; });
     EXPECT_NE(run(child({"sleep", "120000"}), {}, {}, false, options).status, 0);
 }
 
-TEST(RunObserver, letsAProgramRunWhenNobodyEndsIt)
+TEST(RunObserver, LetsAProgramRunWhenNobodyEndsIt)
 {
     const Witness witness;
     RunOptions options;
     int asked = 0;
-    options.terminationHandler = [&asked] { return ++asked < 0; };
+    options.setTerminationHandler([&asked] { return ++asked < 0; });
     EXPECT_EQ(run(child({"sleep", "400"}), {}, {}, false, options).status, 0);
     EXPECT_GT(asked, 0);
 }
 
-TEST(RunObserver, keepsAProgramFromStartingByAnException)
+TEST(RunObserver, KeepsAProgramFromStartingByAnException)
 {
     Witness witness;
     witness.refuses = true;
     EXPECT_THROW(run(child({"exit", "0"})), std::runtime_error);
-    EXPECT_THAT(witness.events, ElementsAre("started 0"));
+    EXPECT_THAT(witness.events, ElementsAre("starting 0"));
 }
 
-TEST(RunObserver, seesNothingOnceItIsReplaced)
+TEST(RunObserver, SeesNothingOnceItIsReplaced)
 {
     Witness witness;
     observeRuns(nullptr);
@@ -160,7 +160,7 @@ TEST(RunObserver, seesNothingOnceItIsReplaced)
     EXPECT_THAT(witness.events, IsEmpty());
 }
 
-TEST(RunObserver, doesNotSeeDetachedRuns)
+TEST(RunObserver, DoesNotSeeDetachedRuns)
 {
     const Witness witness;
     run(child({"exit", "0"}), {}, {}, true);

@@ -2,6 +2,7 @@
 #include "current_folder.h"
 #include "environment_variable.h"
 #include "process_system.h"
+#include "process_tree.h"
 #include "refused_system_call.h"
 #include "temporary_folder.h"
 
@@ -116,11 +117,11 @@ bool isAnyStandardStreamAPipe()
 
 } // namespace
 
-TEST(ProcessStatusPosix, ofAProgramKilledByASignalTellsTheSignal)
+TEST(ProcessStatusPosix, OfAProgramKilledByASignalTellsTheSignal)
 {
     RunOptions options;
     ExitReport report;
-    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    options.setExitCallback([&](const ExitReport& ended, void*) { report = ended; });
     EXPECT_EQ(run(child({"raise", std::to_string(SIGKILL)}), {}, {}, false, options).status, 128 + SIGKILL);
     EXPECT_EQ(report.signal, SIGKILL);
     EXPECT_FALSE(report.terminated);
@@ -129,19 +130,19 @@ TEST(ProcessStatusPosix, ofAProgramKilledByASignalTellsTheSignal)
     EXPECT_EQ(report.signal, 0);
 }
 
-TEST(ProcessStatusPosix, isTheLowByteOfTheExitCode)
+TEST(ProcessStatusPosix, IsTheLowByteOfTheExitCode)
 {
     EXPECT_EQ(run(child({"exit", "-1"})).status, 255);
     EXPECT_EQ(run(child({"exit", "259"})).status, 3);
 }
 
-TEST(ProcessStatusPosix, thatTheSystemForgetsIsAnError)
+TEST(ProcessStatusPosix, ThatTheSystemForgetsIsAnError)
 {
     const SignalAction ignored(SIGCHLD, SIG_IGN);
     EXPECT_EQ(failureOf(child({"print", "x", ""})).value(), ECHILD);
 }
 
-TEST(ProcessStartPosix, refusesWhatCannotBeExecuted)
+TEST(ProcessStartPosix, RefusesWhatCannotBeExecuted)
 {
     const TemporaryFolder folder;
     const fs::path plain = writeFile(folder.path() / "plain", "text", fs::perms::owner_read);
@@ -152,21 +153,21 @@ TEST(ProcessStartPosix, refusesWhatCannotBeExecuted)
     EXPECT_EQ(failureOf(child({std::string(std::size_t{4} * 1024 * 1024, 'x')})).value(), E2BIG);
 }
 
-TEST(ProcessStartPosix, reportsAProgramBelowAFileAsMissing)
+TEST(ProcessStartPosix, ReportsAProgramBelowAFileAsMissing)
 {
     const TemporaryFolder folder;
     const fs::path file = writeFile(folder.path() / "file", "text", fs::perms::owner_all);
     EXPECT_EQ(run({(file / "program").string()}).status, 127);
 }
 
-TEST(ProcessStartPosix, runsAScriptWithAnInterpreterLine)
+TEST(ProcessStartPosix, RunsAScriptWithAnInterpreterLine)
 {
     const TemporaryFolder folder;
     const fs::path script = writeFile(folder.path() / "script", "#!/bin/sh\necho \"$1\"\n", fs::perms::owner_all);
     EXPECT_EQ(run({script.string(), "a  b"}).standardOutput, "a  b\n");
 }
 
-TEST(ProgramSearchPosix, goesOnAfterAnEntryThatMayNotBeRunAndReportsItLast)
+TEST(ProgramSearchPosix, GoesOnAfterAnEntryThatMayNotBeRunAndReportsItLast)
 {
     const TemporaryFolder forbidden;
     const TemporaryFolder allowed;
@@ -180,19 +181,19 @@ TEST(ProgramSearchPosix, goesOnAfterAnEntryThatMayNotBeRunAndReportsItLast)
     EXPECT_EQ(run({"probe_twin", "print", "found", ""}, {{"PATH", both}}).standardOutput, "found");
 }
 
-TEST(ProgramSearchPosix, findsNothingWithoutAPath)
+TEST(ProgramSearchPosix, FindsNothingWithoutAPath)
 {
     const EnvironmentVariable none("PATH");
     EXPECT_EQ(run({"sh", "-c", "exit"}).status, 127);
 }
 
-TEST(WorkingFolderPosix, ofADriveDesignatorIsTheCallers)
+TEST(WorkingFolderPosix, OfADriveDesignatorIsTheCallers)
 {
     EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, "c:").standardOutput, fs::current_path()));
     EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, "Z:").standardOutput, fs::current_path()));
 }
 
-TEST(WorkingFolderPosix, thatOnlyLooksLikeADriveDesignatorIsAFolder)
+TEST(WorkingFolderPosix, ThatOnlyLooksLikeADriveDesignatorIsAFolder)
 {
     const TemporaryFolder folder;
     const CurrentFolder current(folder.path());
@@ -202,7 +203,7 @@ TEST(WorkingFolderPosix, thatOnlyLooksLikeADriveDesignatorIsAFolder)
     }
 }
 
-TEST(ProcessEnvironmentPosix, tellsNamesApartByCase)
+TEST(ProcessEnvironmentPosix, TellsNamesApartByCase)
 {
     const EnvironmentVariable inherited("PROCESS_TEST_VARIABLE", "upper");
     EXPECT_EQ(run(child({"variables", "PROCESS_TEST_VARIABLE", "process_test_variable"}),
@@ -211,14 +212,14 @@ TEST(ProcessEnvironmentPosix, tellsNamesApartByCase)
               "upper\nlower\n");
 }
 
-TEST(ProcessHandlesPosix, areTheThreeStreamsAlone)
+TEST(ProcessHandlesPosix, AreTheThreeStreamsAlone)
 {
     const TemporaryFolder folder;
     const ForeignFile file(folder.path());
     EXPECT_EQ(run(child({"descriptors"})).standardOutput, "0 1 2 ");
 }
 
-TEST(ProcessHandlesPosix, areRightAlsoWhenTheCallerHasNoStandardStreams)
+TEST(ProcessHandlesPosix, AreRightAlsoWhenTheCallerHasNoStandardStreams)
 {
     RunResult result;
     RunResult descriptors;
@@ -226,15 +227,14 @@ TEST(ProcessHandlesPosix, areRightAlsoWhenTheCallerHasNoStandardStreams)
     RunOptions options;
     bool asked = false;
     bool pipeInPlace = false;
-    options.inputHandler = [&]() -> std::string { return std::exchange(asked, true) ? "" : "input"; };
+    options.setInputHandler([&]() -> std::string { return std::exchange(asked, true) ? "" : "input"; });
     {
         const NoStandardStreams none;
         result = run(child({"flood", "200000", "100000"}));
         descriptors = run(child({"descriptors"}));
         attached = runAttached(child({"print", "nowhere", "nowhere"}));
-        options.outputLogger = [&](Stream, std::string_view) {
-            pipeInPlace = pipeInPlace || isAnyStandardStreamAPipe();
-        };
+        options.setOutputLogger(
+            [&](Stream, std::string_view) { pipeInPlace = pipeInPlace || isAnyStandardStreamAPipe(); });
         const RunResult fed = run(child({"copy-input"}), {}, {}, false, options);
         result.standardError += fed.standardOutput;
     }
@@ -245,7 +245,7 @@ TEST(ProcessHandlesPosix, areRightAlsoWhenTheCallerHasNoStandardStreams)
     EXPECT_FALSE(pipeInPlace) << "what the host prints would go into a pipe";
 }
 
-TEST(ProcessHandlesPosix, thatTheSystemRefusesWithoutStandardStreamsAreNamed)
+TEST(ProcessHandlesPosix, ThatTheSystemRefusesWithoutStandardStreamsAreNamed)
 {
     std::string failure;
     {
@@ -255,7 +255,7 @@ TEST(ProcessHandlesPosix, thatTheSystemRefusesWithoutStandardStreamsAreNamed)
     EXPECT_THAT(failure, HasSubstr("cannot duplicate a pipe"));
 }
 
-TEST(ProcessSignalsPosix, areNeitherBlockedNorIgnoredInTheProgram)
+TEST(ProcessSignalsPosix, AreNeitherBlockedNorIgnoredInTheProgram)
 {
     const SignalAction ignoredPipe(SIGPIPE, SIG_IGN);
     const SignalAction ignoredInterrupt(SIGINT, SIG_IGN);
@@ -271,7 +271,7 @@ TEST(ProcessSignalsPosix, areNeitherBlockedNorIgnoredInTheProgram)
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(ProcessSignalsPosix, thatInterruptTheWaitDoNoHarm)
+TEST(ProcessSignalsPosix, ThatInterruptTheWaitDoNoHarm)
 {
     const SignalAction handled(SIGUSR1, [](int) {});
     const pthread_t runner = ::pthread_self();
@@ -290,7 +290,7 @@ TEST(ProcessSignalsPosix, thatInterruptTheWaitDoNoHarm)
     EXPECT_EQ(attached, 0);
 }
 
-TEST(DetachedRunPosix, leavesNoZombie)
+TEST(DetachedRunPosix, LeavesNoZombie)
 {
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "id";
@@ -299,4 +299,36 @@ TEST(DetachedRunPosix, leavesNoZombie)
     EXPECT_TRUE(becomesTrue([&] { return (std::ifstream(file) >> id).good(); }));
     // The system knows the id of a zombie.
     EXPECT_TRUE(becomesTrue([&] { return ::kill(id, 0) != 0 && errno == ESRCH; })) << id;
+}
+
+TEST(ProcessTreePosix, IsASessionWithoutATerminal)
+{
+    RunOptions options;
+    EXPECT_EQ(run(child({"session"}), {}, {}, false, options).standardOutput.find("session"), std::string::npos);
+    options.setTerminatesTree(true);
+    EXPECT_EQ(run(child({"session"}), {}, {}, false, options).standardOutput, "session group ");
+}
+
+TEST(ProcessTreePosix, IsLeftByAProgramThatMakesASessionOfItsOwn)
+{
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    last.endOnceItIsThere({"keep-company", "leave-session"}, options);
+    EXPECT_TRUE(last.report().terminated);
+    EXPECT_TRUE(last.answersWithin(Descendant::patient));
+}
+
+TEST(ProcessTreePosix, IsNotEndedOnceTheSystemHasForgottenTheProgramSinceItsIdMayBeAnothers)
+{
+    const SignalAction ignored(SIGCHLD, SIG_IGN);
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    bool wanted = false;
+    // The program ends as soon as it has started the other.
+    options.setTerminationHandler([&, asked = 0]() mutable { return wanted = last.isThere() && ++asked > 5; });
+    EXPECT_THROW(last.runWith({"leave-behind"}, options), std::system_error);
+    EXPECT_TRUE(wanted);
+    EXPECT_TRUE(last.answersWithin(Descendant::patient));
 }

@@ -65,14 +65,14 @@ bool appears(const fs::path& file)
 
 } // namespace
 
-TEST(ProcessStatus, isWhatTheProgramReports)
+TEST(ProcessStatus, IsWhatTheProgramReports)
 {
     for (const int status : {0, 1, 2, 127, 128, 255}) {
         EXPECT_EQ(run(child({"exit", std::to_string(status)})).status, status);
     }
 }
 
-TEST(ProcessStart, reportsAProgramThatIsMissingAsAShellDoes)
+TEST(ProcessStart, ReportsAProgramThatIsMissingAsAShellDoes)
 {
     const TemporaryFolder folder;
     EXPECT_TRUE(isNotFound({(folder.path() / "missing").string()}));
@@ -81,7 +81,7 @@ TEST(ProcessStart, reportsAProgramThatIsMissingAsAShellDoes)
     EXPECT_TRUE(isNotFound({"", "argument"}));
 }
 
-TEST(ProcessStart, tellsAMissingProgramFromOneThatEndsWithItsStatus)
+TEST(ProcessStart, TellsAMissingProgramFromOneThatEndsWithItsStatus)
 {
     EXPECT_TRUE(run({"no-such-program-anywhere"}).programMissing);
     const orb::process::detail::RunResult result = run(child({"exit", "127"}));
@@ -89,23 +89,23 @@ TEST(ProcessStart, tellsAMissingProgramFromOneThatEndsWithItsStatus)
     EXPECT_FALSE(result.programMissing);
 }
 
-TEST(ProcessStart, callsNoHandlerForAProgramThatIsMissing)
+TEST(ProcessStart, CallsNoHandlerForAProgramThatIsMissing)
 {
     orb::process::detail::RunOptions options;
     int calls = 0;
-    options.exitCallback = [&calls](const orb::process::detail::ExitReport&, void*) { ++calls; };
-    options.outputLogger = [&calls](orb::process::detail::Stream, std::string_view) { ++calls; };
+    options.setExitCallback([&calls](const orb::process::detail::ExitReport&, void*) { ++calls; });
+    options.setOutputLogger([&calls](orb::process::detail::Stream, std::string_view) { ++calls; });
     EXPECT_EQ(run({"no-such-program-anywhere"}, {}, {}, false, options).status, 127);
     EXPECT_EQ(calls, 0);
 }
 
-TEST(ProcessStart, failsTheSameWayWithoutWaiting)
+TEST(ProcessStart, FailsTheSameWayWithoutWaiting)
 {
     EXPECT_EQ(failureOf({"no-such-program-anywhere"}, {}, {}, true).code, std::errc::no_such_file_or_directory);
     EXPECT_THROW(run({}, {}, {}, true), std::invalid_argument);
 }
 
-TEST(ProcessStart, refusesBatchFilesHoweverTheyAreWritten)
+TEST(ProcessStart, RefusesBatchFilesHoweverTheyAreWritten)
 {
     const TemporaryFolder folder;
     const fs::path planted = folder.path() / "planted.bat";
@@ -122,7 +122,7 @@ TEST(ProcessStart, refusesBatchFilesHoweverTheyAreWritten)
     EXPECT_THROW(runAttached({"x.bat"}), std::invalid_argument);
 }
 
-TEST(ProgramSearch, findsABareNameInTheAbsoluteEntriesOfThePath)
+TEST(ProgramSearch, FindsABareNameInTheAbsoluteEntriesOfThePath)
 {
     const TemporaryFolder empty;
     const TemporaryFolder folder;
@@ -132,14 +132,14 @@ TEST(ProgramSearch, findsABareNameInTheAbsoluteEntriesOfThePath)
     EXPECT_EQ(run({"probe_twin", "print", "found", ""}).standardOutput, "found");
 }
 
-TEST(ProgramSearch, usesThePathThatTheProgramIsGiven)
+TEST(ProgramSearch, UsesThePathThatTheProgramIsGiven)
 {
     const TemporaryFolder folder;
     plantChild(folder.path(), "probe_twin");
     EXPECT_EQ(run({"probe_twin", "print", "found", ""}, {{"PATH", folder.path().string()}}).standardOutput, "found");
 }
 
-TEST(ProgramSearch, ignoresATwinInTheCurrentFolder)
+TEST(ProgramSearch, IgnoresATwinInTheCurrentFolder)
 {
     const TemporaryFolder folder;
     const TemporaryFolder elsewhere;
@@ -153,14 +153,14 @@ TEST(ProgramSearch, ignoresATwinInTheCurrentFolder)
     }
 }
 
-TEST(ProgramSearch, ignoresATwinInTheWorkingFolder)
+TEST(ProgramSearch, IgnoresATwinInTheWorkingFolder)
 {
     const TemporaryFolder folder;
     plantChild(folder.path(), "probe_twin");
     EXPECT_TRUE(isNotFound({"probe_twin", "print", "x", ""}, folder.path().string()));
 }
 
-TEST(ProgramSearch, ignoresATwinInTheFolderOfTheRunningProgram)
+TEST(ProgramSearch, IgnoresATwinInTheFolderOfTheRunningProgram)
 {
     const std::string twin = fs::path(TEST_CHILD).stem().string();
     ASSERT_TRUE(fs::exists(programFolder() / fs::path(TEST_CHILD).filename()));
@@ -169,7 +169,7 @@ TEST(ProgramSearch, ignoresATwinInTheFolderOfTheRunningProgram)
     EXPECT_TRUE(isNotFound({twin, "print", "x", ""}));
 }
 
-TEST(ProgramSearch, takesANameWithASeparatorAsItStands)
+TEST(ProgramSearch, TakesANameWithASeparatorAsItStands)
 {
     const TemporaryFolder folder;
     const std::string program = plantChild(folder.path(), "probe_twin").filename().string();
@@ -180,7 +180,7 @@ TEST(ProgramSearch, takesANameWithASeparatorAsItStands)
     EXPECT_EQ(run({"./" + program, "print", "found", ""}, {}, elsewhere.path().string()).standardOutput, "found");
 }
 
-TEST(ProgramSearch, passesTheProgramNameAsItWasGiven)
+TEST(ProgramSearch, PassesTheProgramNameAsItWasGiven)
 {
     const TemporaryFolder folder;
     const TemporaryFolder withBlank;
@@ -192,7 +192,7 @@ TEST(ProgramSearch, passesTheProgramNameAsItWasGiven)
     EXPECT_EQ(run({program, "program-name"}).standardOutput, program);
 }
 
-TEST(WorkingFolder, isTheCallersUnlessGiven)
+TEST(WorkingFolder, IsTheCallersUnlessGiven)
 {
     EXPECT_TRUE(fs::equivalent(run(child({"folder"})).standardOutput, fs::current_path()));
     const TemporaryFolder folder;
@@ -203,7 +203,7 @@ TEST(WorkingFolder, isTheCallersUnlessGiven)
     EXPECT_TRUE(fs::equivalent(std::u8string(printed.begin(), printed.end()), inner)) << printed;
 }
 
-TEST(WorkingFolder, mayBeRelative)
+TEST(WorkingFolder, MayBeRelative)
 {
     const TemporaryFolder folder;
     fs::create_directory(folder.path() / "inner");
@@ -211,7 +211,7 @@ TEST(WorkingFolder, mayBeRelative)
     EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, "inner").standardOutput, folder.path() / "inner"));
 }
 
-TEST(WorkingFolder, thatIsMissingIsNamedInTheFailure)
+TEST(WorkingFolder, ThatIsMissingIsNamedInTheFailure)
 {
     const TemporaryFolder folder;
     const std::string missing = (folder.path() / "missing").string();
@@ -220,7 +220,7 @@ TEST(WorkingFolder, thatIsMissingIsNamedInTheFailure)
     EXPECT_THAT(failure.text, HasSubstr("in folder '" + missing + "'"));
 }
 
-TEST(ProcessEnvironment, isInheritedAndExtended)
+TEST(ProcessEnvironment, IsInheritedAndExtended)
 {
     const EnvironmentVariable inherited("PROCESS_TEST_INHERITED", "from the parent");
     EXPECT_EQ(run(child({"variables", "PROCESS_TEST_INHERITED", "PROCESS_TEST_ADDED", "PROCESS_TEST_MISSING"}),
@@ -229,7 +229,7 @@ TEST(ProcessEnvironment, isInheritedAndExtended)
               "from the parent\n\xC3\xA4=b c\n(unset)\n");
 }
 
-TEST(ProcessEnvironment, replacesAnInheritedEntryAndLeavesTheParentsAlone)
+TEST(ProcessEnvironment, ReplacesAnInheritedEntryAndLeavesTheParentsAlone)
 {
     const EnvironmentVariable inherited("PROCESS_TEST_VARIABLE", "old");
     EXPECT_EQ(run(child({"variables", "PROCESS_TEST_VARIABLE"}), {{"PROCESS_TEST_VARIABLE", "new"}}).standardOutput,
@@ -237,14 +237,14 @@ TEST(ProcessEnvironment, replacesAnInheritedEntryAndLeavesTheParentsAlone)
     EXPECT_EQ(run(child({"variables", "PROCESS_TEST_VARIABLE"})).standardOutput, "old\n");
 }
 
-TEST(ProcessHandles, ofOtherPartsOfTheHostAreNotInherited)
+TEST(ProcessHandles, OfOtherPartsOfTheHostAreNotInherited)
 {
     const TemporaryFolder folder;
     const ForeignFile file(folder.path());
     EXPECT_EQ(run(child({"open-file", file.handle()})).standardOutput, "-1");
 }
 
-TEST(AttachedRun, usesTheCallersStreamsAndGivesTheStatus)
+TEST(AttachedRun, UsesTheCallersStreamsAndGivesTheStatus)
 {
     const TemporaryFolder folder;
     const fs::path output = folder.path() / "output";
@@ -262,7 +262,7 @@ TEST(AttachedRun, usesTheCallersStreamsAndGivesTheStatus)
     EXPECT_EQ(runAttached(child({"exit", "7"})), 7);
 }
 
-TEST(AttachedRun, takesEnvironmentAndFolderAsRunDoes)
+TEST(AttachedRun, TakesEnvironmentAndFolderAsRunDoes)
 {
     const TemporaryFolder folder;
     {
@@ -275,7 +275,7 @@ TEST(AttachedRun, takesEnvironmentAndFolderAsRunDoes)
     EXPECT_THROW(runAttached({"no-such-program-anywhere"}), std::system_error);
 }
 
-TEST(DetachedRun, returnsAtOnceWithAnEmptyResult)
+TEST(DetachedRun, ReturnsAtOnceWithAnEmptyResult)
 {
     const TemporaryFolder folder;
     const fs::path go = folder.path() / "go";
@@ -289,7 +289,7 @@ TEST(DetachedRun, returnsAtOnceWithAnEmptyResult)
     EXPECT_TRUE(appears(done));
 }
 
-TEST(DetachedRun, doesRunTheProgramWhereItShould)
+TEST(DetachedRun, DoesRunTheProgramWhereItShould)
 {
     const TemporaryFolder folder;
     run(child({"touch", "touched"}), {}, folder.path().string(), true);
@@ -297,15 +297,15 @@ TEST(DetachedRun, doesRunTheProgramWhereItShould)
     EXPECT_TRUE(fs::equivalent(contents(folder.path() / "touched"), folder.path()));
 }
 
-TEST(DetachedRun, usesNoOptions)
+TEST(DetachedRun, UsesNoOptions)
 {
     orb::process::detail::RunOptions options;
-    options.exitCallback = [](const orb::process::detail::ExitReport&, void*) { FAIL(); };
-    options.inputHandler = []() -> std::string { throw std::logic_error("asked"); };
+    options.setExitCallback([](const orb::process::detail::ExitReport&, void*) { FAIL(); });
+    options.setInputHandler([]() -> std::string { throw std::logic_error("asked"); });
     EXPECT_NO_THROW(run(child({"exit", "1"}), {}, {}, true, options));
 }
 
-TEST(Watchdog, namesTheTestThatHangsAndEndsTheProgram)
+TEST(Watchdog, NamesTheTestThatHangsAndEndsTheProgram)
 {
     const auto result = run(child({"hang"}));
     EXPECT_NE(result.status, 0);

@@ -65,7 +65,7 @@ void expectEndByException(const RunOptions& options, const std::string& text)
 
 } // namespace
 
-TEST(ProcessStreams, areCapturedEachOnItsOwnAndUnchanged)
+TEST(ProcessStreams, AreCapturedEachOnItsOwnAndUnchanged)
 {
     const RunResult result = run(child({"print", "out\r\n\t\xC3\xA4", "error \n"}));
     EXPECT_EQ(result.status, 0);
@@ -73,7 +73,7 @@ TEST(ProcessStreams, areCapturedEachOnItsOwnAndUnchanged)
     EXPECT_EQ(result.standardError, "error \n");
 }
 
-TEST(ProcessStreams, areEmptyOfAProgramThatPrintsNothing)
+TEST(ProcessStreams, AreEmptyOfAProgramThatPrintsNothing)
 {
     for (const int status : {0, 3}) {
         const RunResult result = run(child({"exit", std::to_string(status)}));
@@ -83,99 +83,98 @@ TEST(ProcessStreams, areEmptyOfAProgramThatPrintsNothing)
     }
 }
 
-TEST(ProcessStreams, mayBothBeLargeAndInterleaved)
+TEST(ProcessStreams, MayBothBeLargeAndInterleaved)
 {
     const RunResult result = run(child({"flood", "1048576", "1048576"}));
     EXPECT_EQ(result.standardOutput, std::string(1048576, 'o'));
     EXPECT_EQ(result.standardError, std::string(1048576, 'e'));
 }
 
-TEST(ProcessStreams, mayBeFloodedOnTheErrorStreamAlone)
+TEST(ProcessStreams, MayBeFloodedOnTheErrorStreamAlone)
 {
     const RunResult result = run(child({"flood", "0", "3000000"}));
     EXPECT_EQ(result.standardOutput, "");
     EXPECT_EQ(result.standardError, std::string(3000000, 'e'));
 }
 
-TEST(ProcessStreams, giveTheProgramAnEmptyInput)
+TEST(ProcessStreams, GiveTheProgramAnEmptyInput)
 {
     EXPECT_EQ(run(child({"copy-input"})).standardOutput, "(end)");
 }
 
-TEST(InputHandler, feedsTheProgramUntilItGivesAnEmptyPiece)
+TEST(InputHandler, FeedsTheProgramUntilItGivesAnEmptyPiece)
 {
     RunOptions options;
-    options.inputHandler = pieces({"first ", std::string(300000, 'x'), " last"});
+    options.setInputHandler(pieces({"first ", std::string(300000, 'x'), " last"}));
     EXPECT_EQ(runWith(options, {"copy-input"}).standardOutput, "first " + std::string(300000, 'x') + " last(end)");
 }
 
-TEST(InputHandler, mayGiveNothingAtAll)
+TEST(InputHandler, MayGiveNothingAtAll)
 {
     RunOptions options;
-    options.inputHandler = pieces({});
+    options.setInputHandler(pieces({}));
     EXPECT_EQ(runWith(options, {"copy-input"}).standardOutput, "(end)");
 }
 
-TEST(InputHandler, isNoHindranceToAProgramThatDoesNotRead)
+TEST(InputHandler, IsNoHindranceToAProgramThatDoesNotRead)
 {
     RunOptions options;
     const std::string endless(300000, 'x');
-    options.inputHandler = [&] { return endless; };
+    options.setInputHandler([&] { return endless; });
     const RunResult result = runWith(options, {"print", "done", ""});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.standardOutput, "done");
 }
 
-TEST(InputHandler, isNoHindranceWhenADescendantKeepsTheInputOpen)
+TEST(InputHandler, IsNoHindranceWhenADescendantKeepsTheInputOpen)
 {
     RunOptions options;
     const std::string endless(300000, 'x');
-    options.inputHandler = [&] { return endless; };
-    options.streamTimeout = milliseconds{200};
+    options.setInputHandler([&] { return endless; });
+    options.setStreamTimeout(milliseconds{200});
     const auto begin = steady_clock::now();
     EXPECT_EQ(runWith(options, {"leave-behind", "sleep", "8000"}).standardOutput, "parent");
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{6}));
 }
 
-TEST(InputHandler, canAnswerWhatTheLoggerSees)
+TEST(InputHandler, CanAnswerWhatTheLoggerSees)
 {
     RunOptions options;
     std::atomic<int> heard = 0;
-    options.outputLogger = [&](Stream, std::string_view) { ++heard; };
+    options.setOutputLogger([&](Stream, std::string_view) { ++heard; });
     int asked = 0;
-    options.inputHandler = [&]() -> std::string {
+    options.setInputHandler([&]() -> std::string {
         while (heard < asked) {
             std::this_thread::sleep_for(milliseconds{1});
         }
         return asked++ < 3 ? "line " + std::to_string(asked) + '\n' : "";
-    };
+    });
     EXPECT_EQ(runWith(options, {"answer"}).standardOutput, "heard line 1\nheard line 2\nheard line 3\n");
 }
 
-TEST(InputHandler, isStoppedByAnExceptionOfTheLogger)
+TEST(InputHandler, IsStoppedByAnExceptionOfTheLogger)
 {
     RunOptions options;
     const std::string endless(300000, 'x');
-    options.inputHandler = [&] { return endless; };
-    options.outputLogger = [](Stream, std::string_view) { throw std::runtime_error("no more output"); };
+    options.setInputHandler([&] { return endless; });
+    options.setOutputLogger([](Stream, std::string_view) { throw std::runtime_error("no more output"); });
     EXPECT_THROW(runWith(options, {"print", "something", ""}), std::runtime_error);
 }
 
-TEST(InputHandler, passesItsExceptionToTheCallerAndEndsTheProgram)
+TEST(InputHandler, PassesItsExceptionToTheCallerAndEndsTheProgram)
 {
     RunOptions options;
-    options.inputHandler = []() -> std::string { throw std::runtime_error("no more input"); };
+    options.setInputHandler([]() -> std::string { throw std::runtime_error("no more input"); });
     expectEndByException(options, "no more input");
 }
 
-TEST(OutputLogger, seesEveryPieceAsItArrives)
+TEST(OutputLogger, SeesEveryPieceAsItArrives)
 {
     RunOptions options;
     std::string output;
     std::string error;
-    options.outputLogger = [&](Stream stream, std::string_view piece) {
-        (stream == Stream::output ? output : error) += piece;
-    };
+    options.setOutputLogger(
+        [&](Stream stream, std::string_view piece) { (stream == Stream::output ? output : error) += piece; });
     const RunResult result = runWith(options, {"flood", "400000", "300000"});
     EXPECT_EQ(output, result.standardOutput);
     EXPECT_EQ(error, result.standardError);
@@ -183,31 +182,31 @@ TEST(OutputLogger, seesEveryPieceAsItArrives)
     EXPECT_EQ(error.size(), 300000U);
 }
 
-TEST(OutputLogger, seesOutputWhileTheProgramStillRuns)
+TEST(OutputLogger, SeesOutputWhileTheProgramStillRuns)
 {
     RunOptions options;
     std::vector<steady_clock::time_point> seen;
-    options.outputLogger = [&](Stream, std::string_view) { seen.push_back(steady_clock::now()); };
+    options.setOutputLogger([&](Stream, std::string_view) { seen.push_back(steady_clock::now()); });
     EXPECT_EQ(runWith(options, {"dots", "300", "3"}).standardOutput, "...");
     ASSERT_GE(seen.size(), 2U);
     EXPECT_GE(seen.back() - seen.front(), milliseconds{200});
 }
 
-TEST(OutputLogger, passesItsExceptionToTheCallerAndEndsTheProgram)
+TEST(OutputLogger, PassesItsExceptionToTheCallerAndEndsTheProgram)
 {
     RunOptions options;
-    options.outputLogger = [](Stream, std::string_view) { throw std::runtime_error("disk full"); };
+    options.setOutputLogger([](Stream, std::string_view) { throw std::runtime_error("disk full"); });
     expectEndByException(options, "disk full");
 }
 
-TEST(TerminationHandler, endsTheProgramAndKeepsWhatItPrinted)
+TEST(TerminationHandler, EndsTheProgramAndKeepsWhatItPrinted)
 {
     RunOptions options;
     bool printed = false;
     ExitReport report;
-    options.outputLogger = [&](Stream, std::string_view) { printed = true; };
-    options.terminationHandler = [&] { return printed; };
-    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    options.setOutputLogger([&](Stream, std::string_view) { printed = true; });
+    options.setTerminationHandler([&] { return printed; });
+    options.setExitCallback([&](const ExitReport& ended, void*) { report = ended; });
     const auto begin = steady_clock::now();
     const RunResult result = runWith(options, {"dots", "500", "120"});
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{30}));
@@ -218,68 +217,68 @@ TEST(TerminationHandler, endsTheProgramAndKeepsWhatItPrinted)
     EXPECT_FALSE(report.streamsAbandoned);
 }
 
-TEST(TerminationHandler, isAskedAboutTenTimesASecond)
+TEST(TerminationHandler, IsAskedAboutTenTimesASecond)
 {
     RunOptions options;
     int asked = 0;
-    options.terminationHandler = [&] {
+    options.setTerminationHandler([&] {
         ++asked;
         return false;
-    };
+    });
     EXPECT_EQ(runWith(options, {"sleep", "1000"}).status, 0);
     EXPECT_THAT(asked, testing::AllOf(testing::Ge(3), testing::Le(15)));
 }
 
-TEST(TerminationHandler, doesNotWaitLongForTheDescendantsOfTheEndedProgram)
+TEST(TerminationHandler, DoesNotWaitLongForTheDescendantsOfTheEndedProgram)
 {
     RunOptions options;
     ExitReport report;
-    options.terminationHandler = [] { return true; };
-    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    options.setTerminationHandler([] { return true; });
+    options.setExitCallback([&](const ExitReport& ended, void*) { report = ended; });
     const auto begin = steady_clock::now();
     runWith(options, {"keep-company", "sleep", "8000"});
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{4}));
     EXPECT_TRUE(report.terminated);
 }
 
-TEST(TerminationHandler, passesItsExceptionToTheCallerAndEndsTheProgram)
+TEST(TerminationHandler, PassesItsExceptionToTheCallerAndEndsTheProgram)
 {
     RunOptions options;
-    options.terminationHandler = []() -> bool { throw std::runtime_error("cancelled"); };
+    options.setTerminationHandler([]() -> bool { throw std::runtime_error("cancelled"); });
     expectEndByException(options, "cancelled");
 }
 
-TEST(ExitCallback, isCalledOnceWithTheReportAndTheUserObject)
+TEST(ExitCallback, IsCalledOnceWithTheReportAndTheUserObject)
 {
     RunOptions options;
     int calls = 0;
     int object = 0;
-    options.userObject = &object;
-    options.exitCallback = [&](const ExitReport& report, void* userObject) {
+    options.setUserObject(&object);
+    options.setExitCallback([&](const ExitReport& report, void* userObject) {
         ++calls;
         EXPECT_EQ(report.status, 3);
         EXPECT_EQ(report.signal, 0);
         EXPECT_FALSE(report.terminated);
         EXPECT_FALSE(report.streamsAbandoned);
         EXPECT_EQ(userObject, &object);
-    };
+    });
     EXPECT_EQ(runWith(options, {"exit", "3"}).status, 3);
     EXPECT_EQ(calls, 1);
 }
 
-TEST(ExitCallback, passesItsExceptionToTheCaller)
+TEST(ExitCallback, PassesItsExceptionToTheCaller)
 {
     RunOptions options;
-    options.exitCallback = [](const ExitReport&, void*) { throw std::runtime_error("unwanted"); };
+    options.setExitCallback([](const ExitReport&, void*) { throw std::runtime_error("unwanted"); });
     EXPECT_THROW(runWith(options, {"exit", "0"}), std::runtime_error);
 }
 
-TEST(StreamTimeout, givesUpStreamsThatADescendantKeepsOpen)
+TEST(StreamTimeout, GivesUpStreamsThatADescendantKeepsOpen)
 {
     RunOptions options;
-    options.streamTimeout = milliseconds{300};
+    options.setStreamTimeout(milliseconds{300});
     ExitReport report;
-    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    options.setExitCallback([&](const ExitReport& ended, void*) { report = ended; });
     const auto begin = steady_clock::now();
     const RunResult result = runWith(options, {"leave-behind", "sleep", "8000"});
     EXPECT_THAT(steady_clock::now() - begin, Lt(seconds{6}));
@@ -288,28 +287,28 @@ TEST(StreamTimeout, givesUpStreamsThatADescendantKeepsOpen)
     EXPECT_TRUE(report.streamsAbandoned);
 }
 
-TEST(StreamTimeout, countsFromTheLastByteThatADescendantPrinted)
+TEST(StreamTimeout, CountsFromTheLastByteThatADescendantPrinted)
 {
     RunOptions options;
-    options.streamTimeout = milliseconds{2500};
+    options.setStreamTimeout(milliseconds{2500});
     ExitReport report;
-    options.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    options.setExitCallback([&](const ExitReport& ended, void*) { report = ended; });
     const RunResult result = runWith(options, {"leave-behind", "dots", "500", "8"});
     EXPECT_EQ(std::count(result.standardOutput.begin(), result.standardOutput.end(), '.'), 8);
     EXPECT_FALSE(report.streamsAbandoned);
 }
 
-TEST(StreamTimeout, doesNotCutASilentProgramShort)
+TEST(StreamTimeout, DoesNotCutASilentProgramShort)
 {
     RunOptions options;
-    options.streamTimeout = milliseconds{0};
+    options.setStreamTimeout(milliseconds{0});
     EXPECT_EQ(runWith(options, {"dots", "400", "2"}).standardOutput, "..");
 }
 
-TEST(StreamTimeout, mayBeForEver)
+TEST(StreamTimeout, MayBeForEver)
 {
     RunOptions options;
-    options.streamTimeout = milliseconds::max();
+    options.setStreamTimeout(milliseconds::max());
     EXPECT_EQ(runWith(options, {"leave-behind", "dots", "300", "2"}).standardOutput.size(),
               std::string("parent..").size());
 }

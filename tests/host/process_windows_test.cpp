@@ -2,6 +2,7 @@
 #include "current_folder.h"
 #include "environment_variable.h"
 #include "process_system.h"
+#include "process_tree.h"
 #include "temporary_folder.h"
 
 #include "host/process.h"
@@ -18,6 +19,7 @@
 
 using orb::process::detail::run;
 using orb::process::detail::runAttached;
+using orb::process::detail::RunOptions;
 using orb::process::detail::RunResult;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
@@ -60,7 +62,7 @@ bool isSetByTheLoader(const std::string& name)
 
 } // namespace
 
-TEST(ProcessStatusWindows, isTheWholeExitCode)
+TEST(ProcessStatusWindows, IsTheWholeExitCode)
 {
     EXPECT_EQ(run(child({"exit", "-1"})).status, -1);
     EXPECT_EQ(run(child({"exit", "259"})).status, 259);
@@ -69,19 +71,19 @@ TEST(ProcessStatusWindows, isTheWholeExitCode)
     EXPECT_EQ(runAttached(child({"exit", "259"})), 259);
 }
 
-TEST(CommandLineWindows, mayBeAsLongAsTheSystemTakes)
+TEST(CommandLineWindows, MayBeAsLongAsTheSystemTakes)
 {
     EXPECT_EQ(run(childWithLine(32766)).status, 0);
 }
 
-TEST(CommandLineWindows, thatIsTooLongIsAClearError)
+TEST(CommandLineWindows, ThatIsTooLongIsAClearError)
 {
     const std::system_error failure = failureOf(childWithLine(32767));
     EXPECT_EQ(failure.code(), std::error_code(ERROR_FILENAME_EXCED_RANGE, std::system_category()));
     EXPECT_THAT(failure.what(), HasSubstr("command line is 32767 characters long"));
 }
 
-TEST(ProcessArgumentsWindows, mustBeUtf8)
+TEST(ProcessArgumentsWindows, MustBeUtf8)
 {
     EXPECT_THROW(run(child({"print", "\xFF", ""})), std::invalid_argument);
     EXPECT_THROW(run(child({"folder"}), {}, "\xC3"), std::invalid_argument);
@@ -89,7 +91,7 @@ TEST(ProcessArgumentsWindows, mustBeUtf8)
     EXPECT_THROW(run({"a\"b"}), std::invalid_argument);
 }
 
-TEST(ProcessStartWindows, refusesWhatIsNoProgram)
+TEST(ProcessStartWindows, RefusesWhatIsNoProgram)
 {
     // A folder has one code on Windows and another under Wine.
     EXPECT_NE(failureOf({fs::temp_directory_path().string()}).code().value(), 0);
@@ -100,7 +102,7 @@ TEST(ProcessStartWindows, refusesWhatIsNoProgram)
     EXPECT_THAT(code, testing::AnyOf(DWORD{ERROR_BAD_EXE_FORMAT}, DWORD{ERROR_INVALID_EXE_SIGNATURE}));
 }
 
-TEST(ProcessStartWindows, refusesABatchFileBehindARoundaboutPath)
+TEST(ProcessStartWindows, RefusesABatchFileBehindARoundaboutPath)
 {
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "planted.bat";
@@ -109,7 +111,7 @@ TEST(ProcessStartWindows, refusesABatchFileBehindARoundaboutPath)
     EXPECT_THROW(run({file.string() + R"(\.)"}), std::invalid_argument);
 }
 
-TEST(ProgramSearchWindows, addsTheExtensionToABareNameOnly)
+TEST(ProgramSearchWindows, AddsTheExtensionToABareNameOnly)
 {
     const TemporaryFolder folder;
     const fs::path program = plantChild(folder.path(), "probe_twin");
@@ -120,7 +122,7 @@ TEST(ProgramSearchWindows, addsTheExtensionToABareNameOnly)
     EXPECT_EQ(run({(folder.path() / "probe_twin").string()}).status, 127);
 }
 
-TEST(ProgramSearchWindows, understandsQuotedEntriesAndAnyCaseOfTheVariable)
+TEST(ProgramSearchWindows, UnderstandsQuotedEntriesAndAnyCaseOfTheVariable)
 {
     const TemporaryFolder folder;
     const fs::path inner = folder.path() / "a;b";
@@ -132,7 +134,7 @@ TEST(ProgramSearchWindows, understandsQuotedEntriesAndAnyCaseOfTheVariable)
 }
 
 // A look-up command prints paths in the code page of consoles. The Japanese letters are in the one of Japan.
-TEST(CodePagePrograms, areFoundAsALookUpCommandPrintsThem)
+TEST(CodePagePrograms, AreFoundAsALookUpCommandPrintsThem)
 {
     const TemporaryFolder folder;
     constexpr UINT japanese = 932;
@@ -151,20 +153,20 @@ TEST(CodePagePrograms, areFoundAsALookUpCommandPrintsThem)
     EXPECT_THAT(missing.standardError, HasSubstr(std::string(name.begin(), name.end())));
 }
 
-TEST(ProgramSearchWindows, hasNoProgramWithoutAName)
+TEST(ProgramSearchWindows, HasNoProgramWithoutAName)
 {
     const TemporaryFolder folder;
     plantChild(folder.path(), "");
     EXPECT_EQ(run({"", "exit", "0"}, {{"PATH", folder.path().string()}}).status, 127);
 }
 
-TEST(ProgramSearchWindows, takesAPathThatCannotBeForAMissingProgram)
+TEST(ProgramSearchWindows, TakesAPathThatCannotBeForAMissingProgram)
 {
     EXPECT_EQ(run({"C:\\a\\docker.exe\r\nC:\\b\\docker.exe"}).status, 127);
     EXPECT_EQ(run({"C:\\a|b.exe"}).status, 127);
 }
 
-TEST(WorkingFolderWindows, ofADriveDesignatorIsTheDrivesCurrentFolder)
+TEST(WorkingFolderWindows, OfADriveDesignatorIsTheDrivesCurrentFolder)
 {
     SetEnvironmentVariableW(L"=C:", L"C:\\windows");
     const std::string folder = run(child({"folder"}), {}, "c:").standardOutput;
@@ -176,7 +178,7 @@ TEST(WorkingFolderWindows, ofADriveDesignatorIsTheDrivesCurrentFolder)
     EXPECT_TRUE(fs::equivalent(run(child({"folder"}), {}, own).standardOutput, fs::current_path()));
 }
 
-TEST(ProcessEnvironmentWindows, replacesAnEntryWhateverItsCase)
+TEST(ProcessEnvironmentWindows, ReplacesAnEntryWhateverItsCase)
 {
     SetEnvironmentVariableW(L"Process_Test_Variable", L"old");
     const RunResult result = run(child({"variables", "Process_Test_Variable"}), {{"PROCESS_test_VARIABLE", "new"}});
@@ -184,7 +186,7 @@ TEST(ProcessEnvironmentWindows, replacesAnEntryWhateverItsCase)
     EXPECT_EQ(result.standardOutput, "new\n");
 }
 
-TEST(ProcessEnvironmentWindows, isSortedHasEachNameOnceAndKeepsTheDrivesFolders)
+TEST(ProcessEnvironmentWindows, IsSortedHasEachNameOnceAndKeepsTheDrivesFolders)
 {
     SetEnvironmentVariableW(L"=C:", L"C:\\windows");
     std::vector<std::string> names = variableNames({{"b_test", "1"}, {"A_test", "2"}, {"_test", "3"}});
@@ -198,7 +200,7 @@ TEST(ProcessEnvironmentWindows, isSortedHasEachNameOnceAndKeepsTheDrivesFolders)
     EXPECT_TRUE(std::is_sorted(names.begin(), names.end())) << testing::PrintToString(names);
 }
 
-TEST(ProcessEnvironmentWindows, hasTheNamesAsTheCallerWritesThem)
+TEST(ProcessEnvironmentWindows, HasTheNamesAsTheCallerWritesThem)
 {
     SetEnvironmentVariableW(L"PROCESS_TEST_VARIABLE", L"inherited");
     SetEnvironmentVariableW(L"Process_Test_Kept", L"inherited");
@@ -209,7 +211,7 @@ TEST(ProcessEnvironmentWindows, hasTheNamesAsTheCallerWritesThem)
     EXPECT_THAT(names, testing::Not(testing::Contains("PROCESS_TEST_VARIABLE")));
 }
 
-TEST(ProcessEnvironmentWindows, namesTheListForWslAsWslLooksForIt)
+TEST(ProcessEnvironmentWindows, NamesTheListForWslAsWslLooksForIt)
 {
     SetEnvironmentVariableW(L"WSLENV", nullptr);
     EXPECT_THAT(variableNames({{"wslenv", "NAME"}}), testing::Contains("WSLENV"));
@@ -219,4 +221,39 @@ TEST(ProcessEnvironmentWindows, namesTheListForWslAsWslLooksForIt)
     EXPECT_EQ(run(child({"variables", "WSLENV"})).standardOutput, "INHERITED\n");
     EXPECT_EQ(run(child({"variables", "WSLENV"}), {{"WSLENV", "GIVEN"}}).standardOutput, "GIVEN\n");
     SetEnvironmentVariableW(L"WSLENV", nullptr);
+}
+
+TEST(ProcessTreeWindows, IsLeftByAProgramThatIsStartedToBreakAway)
+{
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    last.endOnceItIsThere({"break-away"}, options);
+    EXPECT_TRUE(last.report().terminated);
+    EXPECT_TRUE(last.answersWithin(Descendant::patient));
+}
+
+TEST(ProcessTreeWindows, EndsWithTheJobsThatItsProgramsMake)
+{
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    last.endOnceItIsThere({"nest-job", "keep-company"}, options);
+    EXPECT_FALSE(last.answersWithin(Descendant::longEnough));
+}
+
+TEST(ProcessTreeWindows, EndsWithinTheJobOfItsCallerAndLeavesThatAlone)
+{
+    const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+    ASSERT_NE(AssignProcessToJobObject(job, GetCurrentProcess()), FALSE);
+    Descendant last;
+    RunOptions options;
+    options.setTerminatesTree(true);
+    last.endOnceItIsThere({"keep-company"}, options);
+    EXPECT_FALSE(last.answersWithin(Descendant::longEnough));
+    JOBOBJECT_BASIC_ACCOUNTING_INFORMATION counts{};
+    ASSERT_NE(QueryInformationJobObject(job, JobObjectBasicAccountingInformation, &counts, sizeof counts, nullptr),
+              FALSE);
+    EXPECT_EQ(counts.ActiveProcesses, 1U) << "this test";
+    CloseHandle(job);
 }

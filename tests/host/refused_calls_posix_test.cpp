@@ -29,7 +29,7 @@ class RefusedCalls : public testing::Test {
 protected:
     RefusedCalls()
     {
-        options.inputHandler = [] { return std::string("input"); };
+        options.setInputHandler([] { return std::string("input"); });
     }
     ~RefusedCalls() override
     {
@@ -89,12 +89,12 @@ TEST_F(RefusedCalls, DescriptorsForProcessesAreNotNeeded)
     RunResult result;
     ExitReport report;
     RunOptions patient;
-    patient.streamTimeout = std::chrono::milliseconds{200};
-    patient.exitCallback = [&](const ExitReport& ended, void*) { report = ended; };
+    patient.setStreamTimeout(std::chrono::milliseconds{200});
+    patient.setExitCallback([&](const ExitReport& ended, void*) { report = ended; });
     const auto begin = std::chrono::steady_clock::now();
     const std::string failure = failureWithout({SYS_pidfd_open, ENOSYS, {}}, [&] {
         result = run(child({"leave-behind", "sleep", "8000"}), {}, {}, false, patient);
-        patient.terminationHandler = [] { return true; };
+        patient.setTerminationHandler([] { return true; });
         run(child({"sleep", "8000"}), {}, {}, false, patient);
     });
     EXPECT_EQ(failure, "none");

@@ -152,11 +152,11 @@ int printDots(const Arguments& arguments)
     return 0;
 }
 
-// ARGUMENT...: starts this program again with these, prints "parent" and exits at once.
+// ARGUMENT...: prints "parent", starts this program again with these and exits at once.
 int leaveBehind(const Arguments& arguments)
 {
+    std::cout << "parent" << std::flush;
     startAgain({arguments.begin() + 2, arguments.end()});
-    std::cout << "parent";
     return 0;
 }
 
@@ -164,7 +164,6 @@ int leaveBehind(const Arguments& arguments)
 int keepCompany(const Arguments& arguments)
 {
     const int status = leaveBehind(arguments);
-    std::cout << std::flush;
     pause("120000");
     return status;
 }
@@ -190,10 +189,13 @@ int awaitFile(const Arguments& arguments)
     return 0;
 }
 
-// GO DONE: prints "ready", waits for the one file and makes the other appear.
+// GO DONE [THERE]: prints "ready", makes the last file appear, waits for the first and makes the second appear.
 int relay(const Arguments& arguments)
 {
     std::cout << "ready" << std::flush;
+    if (arguments.size() > 4) {
+        std::ofstream(arguments[4]) << "";
+    }
     while (!std::filesystem::exists(arguments.at(2))) {
         pause("10");
     }

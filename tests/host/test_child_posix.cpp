@@ -5,7 +5,9 @@
 #include <filesystem>
 #include <iostream>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 void useBinaryStreams() {}
@@ -73,6 +75,28 @@ int printDescriptors()
     return 0;
 }
 
+// MODE...: the same in a session of its own.
+int leaveSession(const std::vector<std::string>& arguments)
+{
+    // The leader of a group cannot leave it, so a child does.
+    if (const pid_t id = ::fork(); id != 0) {
+        return ::waitpid(id, nullptr, 0) == id ? 0 : 1;
+    }
+    ::setsid();
+    std::vector<std::string> all{arguments.front()};
+    all.insert(all.end(), arguments.begin() + 2, arguments.end());
+    return testChild(all);
+}
+
+// Whether this program leads its session and its group, and whether it has a terminal.
+int printSession()
+{
+    const int terminal = ::open("/dev/tty", O_RDWR | O_CLOEXEC);
+    std::cout << (::getsid(0) == ::getpid() ? "session " : "") << (::getpgrp() == ::getpid() ? "group " : "")
+              << (terminal >= 0 ? "terminal" : "");
+    return 0;
+}
+
 } // namespace
 
 std::optional<int> systemMode(const std::vector<std::string>& arguments)
@@ -82,6 +106,12 @@ std::optional<int> systemMode(const std::vector<std::string>& arguments)
     }
     if (arguments[1] == "descriptors") {
         return printDescriptors();
+    }
+    if (arguments[1] == "leave-session") {
+        return leaveSession(arguments);
+    }
+    if (arguments[1] == "session") {
+        return printSession();
     }
     if (arguments[1] == "raise") {
         return ::raise(std::stoi(arguments.at(2)));

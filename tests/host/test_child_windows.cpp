@@ -84,7 +84,9 @@ void exitWith(long long status)
     ExitProcess(static_cast<UINT>(status));
 }
 
-void startAgain(const std::vector<std::string>& arguments)
+namespace {
+
+void startAgainWith(DWORD flags, const std::vector<std::string>& arguments)
 {
     std::wstring program(MAX_PATH, L'\0');
     program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
@@ -99,14 +101,42 @@ void startAgain(const std::vector<std::string>& arguments)
     startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
     startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process) !=
-        FALSE) {
+    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, flags, nullptr, nullptr, &startup,
+                       &process) != FALSE) {
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
     }
 }
 
+} // namespace
+
+void startAgain(const std::vector<std::string>& arguments)
+{
+    startAgainWith(0, arguments);
+}
+
 namespace {
+
+// MODE...: starts this program again with these, outside of this one's job, and goes on.
+int breakAway(const std::vector<std::string>& arguments)
+{
+    startAgainWith(CREATE_BREAKAWAY_FROM_JOB, {arguments.begin() + 2, arguments.end()});
+    Sleep(120000);
+    return 0;
+}
+
+// MODE...: starts this program again with these, in a job within this one's, and goes on.
+int nestJob(const std::vector<std::string>& arguments)
+{
+    constexpr int failed = 95;
+    const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+    if (AssignProcessToJobObject(job, GetCurrentProcess()) == FALSE) {
+        return failed;
+    }
+    startAgainWith(0, {arguments.begin() + 2, arguments.end()});
+    Sleep(120000);
+    return 0;
+}
 
 // The names of all variables, a line each, as they arrived.
 int printVariableNames()
@@ -126,6 +156,12 @@ int printVariableNames()
 
 std::optional<int> systemMode(const std::vector<std::string>& arguments)
 {
+    if (arguments[1] == "break-away") {
+        return breakAway(arguments);
+    }
+    if (arguments[1] == "nest-job") {
+        return nestJob(arguments);
+    }
     return arguments[1] == "variable-names" ? std::optional<int>(printVariableNames()) : std::nullopt;
 }
 

@@ -36,11 +36,14 @@ TREE = {
 }
 
 
-def complaints(changes, circles=()):
+def complaints(changes, circles=(), unnamed=(), headers=True):
     tree = {**TREE, **changes}
+    if headers:  # Sources have one, unless that is what the test is about.
+        tree = {**{str(pathlib.PurePath(file).with_suffix(".h")): "" for file in changes if file.endswith(".cpp")
+                   and not checker.has_header(file, tree)}, **tree}
     rows = [[row for row in table if any(checker.row_of(file, table) is row for file in tree)]
             for table in (checker.PRODUCT, checker.WORKSHOP)]
-    return checker.complaints(tree, *rows, circles)
+    return checker.complaints(tree, *rows, circles, unnamed)
 
 
 class Layers(unittest.TestCase):
@@ -117,12 +120,12 @@ class Layers(unittest.TestCase):
         self.finds("kelpctl/commands/log.cpp", "#include <orb/lvm.h>\n", "1: may not include orb/lvm.h ")
 
     def test_a_folder_without_a_rule_is_found(self):
-        for file in ("lvm/deeper/a.h", "host/solaris/a.cpp", "kelpctl/room/a.cpp", "benchmarks/other/a.h"):
+        for file in ("lvm/deeper/a.h", "host/solaris/files.cpp", "kelpctl/room/a.h", "benchmarks/other/a.h"):
             self.finds(file, "", "1: no rule names it")
 
     def test_a_rule_without_a_file_is_found(self):
         row = checker.Row("lvm/posix/*", [], [], "")
-        self.assertEqual(checker.complaints(TREE, [row, *checker.PRODUCT], checker.WORKSHOP, {})[0],
+        self.assertEqual(checker.complaints(TREE, [row, *checker.PRODUCT], checker.WORKSHOP, {}, {})[0],
                          "scripts/check-layers: no file has the rule lvm/posix/*")
 
     def test_code_that_the_preprocessor_chooses_is_found(self):
@@ -170,6 +173,32 @@ class Circles(unittest.TestCase):
                          ["lvm/a.h:1: no such circle any more, take it off the list: lvm/a lvm/b"])
         larger = {**files, "lvm/b.h": '#include "c.h"\n', "lvm/c.h": '#include "a.h"\n'}
         self.assertEqual(len(complaints(larger, {("lvm/a", "lvm/b"): ""})), 2)
+
+    def test_a_source_without_a_header_of_its_name_is_found(self):
+        for file in ("host/common/a.cpp", "host/posix/a.cpp", "host/process/windows/a.cpp", "lvm/a.cpp",
+                     "kelpctl/terminal/posix/a.cpp"):
+            found = complaints({file: ""}, headers=False)
+            self.assertEqual(found, [f"{file}:1: no header has its name"])
+
+    def test_the_header_of_a_source_may_be_the_contract_or_what_the_systems_share(self):
+        self.assertEqual(complaints({"host/posix/files.cpp": "", "host/process/common/a.h": "",
+                                     "host/process/posix/a.cpp": ""}, headers=False), [])
+
+    def test_a_source_on_the_list_needs_no_header_until_it_has_one(self):
+        self.assertEqual(complaints({"lvm/a.cpp": ""}, unnamed={"lvm/a.cpp": ""}, headers=False), [])
+        self.assertEqual(complaints({"lvm/a.cpp": "", "lvm/a.h": ""}, unnamed={"lvm/a.cpp": ""}),
+                         ["scripts/check-layers: lvm/a.cpp is not without a header"])
+
+    def test_functions_of_a_header_without_a_source_of_its_name_are_found(self):
+        for declaration in ("int a();\n", "API std::vector<int> a(const std::string& text,\n    int b) noexcept;\n",
+                            "class A {\n    ~A();\n    void close() noexcept;\n};\n"):
+            self.assertEqual(complaints({"host/posix/a.h": declaration}), ["host/posix/a.h:1: no source has its name"])
+            self.assertEqual(complaints({"host/posix/a.h": declaration, "host/posix/a.cpp": ""}), [])
+
+    def test_a_header_that_holds_all_of_itself_needs_no_source(self):
+        text = ("// int a();\nstruct A {\n    int a() { return b(); }\n    virtual void c() = 0;\n"
+                "    A(const A&) = delete;\n    std::function<int()> d;\n};\ninline int b()\n{\n    call(1);\n}\n")
+        self.assertEqual(complaints({"host/common/a.h": text}), [])
 
 
 if __name__ == "__main__":

@@ -63,7 +63,8 @@ void ranProgram(const std::vector<std::string>& arguments, const orb::process::d
     RunObserver* const observer = observeRuns(nullptr);
     observeRuns(observer);
     if (observer != nullptr) {
-        observer->started(arguments);
+        RunOptions options;
+        observer->starting(arguments, options);
         observer->ended(arguments, &result);
     }
 }

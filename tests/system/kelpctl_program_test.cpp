@@ -32,7 +32,7 @@ RunResult kelpctl(const InstallTree& tree, std::vector<std::string> arguments, c
     RunOptions options;
     bool given = false;
     if (!input.empty()) {
-        options.inputHandler = [&] { return std::exchange(given, true) ? std::string() : input; };
+        options.setInputHandler([&] { return std::exchange(given, true) ? std::string() : input; });
     }
     return orb::process::detail::run(arguments, {}, {}, false, options);
 }

@@ -19,7 +19,7 @@ RunResult checked(const std::string& lines)
 {
     RunOptions options;
     bool given = false;
-    options.inputHandler = [&] { return std::exchange(given, true) ? std::string() : lines; };
+    options.setInputHandler([&] { return std::exchange(given, true) ? std::string() : lines; });
     return orb::process::detail::run({CHECK_SCHEMA, KELPCTL_SCHEMA}, {}, {}, false, options);
 }
 

@@ -57,8 +57,8 @@ InstallTree::InstallTree(const std::string& release, const std::u16string& folde
 {
     std::filesystem::create_directories(archiveFolder());
     foundation::core::config::Configuration configuration;
-    configuration.installationRoot = utf8(root_);
-    configuration.release = release;
+    configuration.setInstallationRoot(utf8(root_));
+    configuration.setRelease(release);
     foundation::core::config::configure(configuration);
 }
 

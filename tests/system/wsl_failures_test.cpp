@@ -141,7 +141,7 @@ TEST_F(WslFailures, VirtualisationThatIsOffIsReported)
 TEST_F(WslFailures, RemovingWhatIsNotThereIsLoggedAndNothingElse)
 {
     foundation::core::config::Configuration configuration = foundation::core::config::configuration();
-    configuration.channelMasks = {{"orb", 512}};
+    configuration.setChannelMasks({{"orb", 512}});
     foundation::core::config::configure(configuration);
     std::vector<std::string> errors;
     const auto sink = foundation::core::diag::attach_sink(
@@ -225,7 +225,7 @@ TEST_F(ScriptedWsl, AFailureKeepsBothStreamsByteForByte)
     const std::string status = std::to_string(orb::process::detail::run({utf8(programs.path("wsl.exe"))}).status);
 
     foundation::core::config::Configuration configuration = foundation::core::config::configuration();
-    configuration.channelMasks = {{"orb", 512}};
+    configuration.setChannelMasks({{"orb", 512}});
     foundation::core::config::configure(configuration);
     std::vector<std::string> errors;
     const auto sink = foundation::core::diag::attach_sink(

@@ -22,8 +22,8 @@ RunResult run(const std::vector<std::string>& arguments, const Environment& envi
     if (detach) {
         event += " detached";
     }
-    if (options.terminationHandler || options.outputLogger || options.inputHandler || options.exitCallback ||
-        options.userObject != nullptr || options.streamTimeout != RunOptions{}.streamTimeout) {
+    if (options.terminationHandler() || options.outputLogger() || options.inputHandler() || options.exitCallback() ||
+        options.userObject() != nullptr || options.streamTimeout() != RunOptions().streamTimeout()) {
         event += " with options";
     }
     return host().run(arguments, event);

@@ -5,20 +5,41 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace foundation::core::config {
 
-struct Configuration {
+// A value, whose copies have nothing in common.
+class KORVANE_HOST_API Configuration {
+public:
+    Configuration();
+    ~Configuration();
+    Configuration(const Configuration& other);
+    Configuration& operator=(const Configuration& other);
+
     // UTF-8. Unset: the environment variable KORVANE_ROOT, or else the tree that this library is installed in.
-    std::optional<std::string> installationRoot;
+    void setInstallationRoot(std::optional<std::string> root);
+    const std::optional<std::string>& installationRoot() const noexcept;
+
     // UTF-8. Unset: the environment variable KORVANE_RELEASE, or else no release. An empty text counts as unset.
-    std::optional<std::string> release;
+    void setRelease(std::optional<std::string> release);
+    const std::optional<std::string>& release() const noexcept;
+
     // Channel name to enablement mask; see diagnostics.h. Takes effect at once, also for loggers that exist.
-    std::map<std::string, std::uint32_t> channelMasks;
-    // Language of the messages: a lower-case ISO 639 code such as "de". Empty: English.
-    std::string language;
+    void setChannelMasks(std::map<std::string, std::uint32_t> masks);
+    // The mask of one channel; the others stay.
+    void setChannelMask(const std::string& channel, std::uint32_t mask);
+    const std::map<std::string, std::uint32_t>& channelMasks() const noexcept;
+
+    // Language of the messages: a lower-case ISO 639 code such as "de". Empty, as at first: English.
+    void setLanguage(std::string language);
+    const std::string& language() const noexcept;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
 };
 
 // Replaces the configuration. Any thread; what has been read from the earlier one stays valid.

@@ -5,14 +5,13 @@
 // programs of their own. Nothing here keeps state between calls; every function may be called from any thread.
 #pragma once
 
+#include "host/command_line.h"
 #include "host/export.h"
+#include "host/run_options.h"
 
-#include <chrono>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace orb::process::detail {
@@ -29,39 +28,6 @@ struct RunResult {
     std::string standardError;
     // There was no such program, so none has run: status and standardError are run()'s own.
     bool programMissing = false;
-};
-
-enum class Stream { output, error };
-
-// How a run ended, beyond its status.
-struct ExitReport {
-    std::int32_t status = 0;
-    // The signal that ended the program, 0 when it exited by itself. Always 0 on Windows.
-    int signal = 0;
-    // The program was ended because the termination handler asked for it.
-    bool terminated = false;
-    // The program exited, but another process kept its streams open beyond the stream time-out; what that
-    // process prints later is lost.
-    bool streamsAbandoned = false;
-};
-
-struct RunOptions {
-    // Asked about ten times a second while the program runs; returning true ends the program (not its descendants).
-    std::function<bool()> terminationHandler;
-    // Sees each piece of output as it arrives, in addition to its being captured.
-    std::function<void(Stream, std::string_view)> outputLogger;
-    // Gives the next piece for the program's standard input; an empty string means end of input. Without it,
-    // standard input is the null device. It is asked from a thread of its own, one call at a time, and run() does not
-    // return before the last call has.
-    std::function<std::string()> inputHandler;
-    // Passed to exitCallback, otherwise untouched.
-    void* userObject = nullptr;
-    // After the program has exited its streams are read until they end, or until nothing has come for this long, so
-    // that a helper process that keeps a pipe open cannot hang the caller. For a program that was ended on request it is
-    // half a second at most.
-    std::chrono::milliseconds streamTimeout{5000};
-    // Called once, on the caller's thread, when the program has ended and its streams are read.
-    std::function<void(const ExitReport&, void* userObject)> exitCallback;
 };
 
 // Runs `arguments[0]` with the rest as its arguments and waits for it to end.
@@ -98,10 +64,11 @@ KORVANE_HOST_API RunResult run(const std::vector<std::string>& arguments, const 
 class KORVANE_HOST_API RunObserver {
 public:
     virtual ~RunObserver();
-    // The program is about to be started. An exception keeps it from being started, and passes to the caller of run().
-    virtual void started(const std::vector<std::string>& arguments) = 0;
+    // The program is about to be started. `options` are a copy of the caller's; what is changed there counts for this run.
+    // An exception keeps the program from being started, and passes to the caller of run().
+    virtual void starting(const std::vector<std::string>& arguments, RunOptions& options) = 0;
     // Asked like a termination handler, in addition to it: true ends the program.
-    virtual bool endWanted() = 0;
+    virtual bool shouldTerminate() = 0;
     // How the run ended; null when run() throws.
     virtual void ended(const std::vector<std::string>& arguments, const RunResult* result) noexcept = 0;
 };
@@ -116,14 +83,5 @@ KORVANE_HOST_API RunObserver* observeRuns(RunObserver* observer) noexcept;
 // (errc::no_such_file_or_directory).
 KORVANE_HOST_API std::int32_t runAttached(const std::vector<std::string>& arguments,
                                           const Environment& environment = {}, const std::string& workingDir = {});
-
-// Splits a command line into an argument vector by the rules of the Microsoft C runtime, on every system: blanks and
-// tabs separate, double quotes group, 2n backslashes before a quote are n backslashes, 2n+1 are n and a literal quote;
-// in the program name backslashes are literal. A blank or empty line gives an empty vector.
-KORVANE_HOST_API std::vector<std::string> getRunArguments(const std::string& commandLine);
-
-// The opposite: a command line that getRunArguments, and any Windows program, splits into the same vector. Arguments
-// are quoted only when they must be. Throws std::invalid_argument for a program name with a double quote.
-KORVANE_HOST_API std::string joinArguments(const std::vector<std::string>& arguments);
 
 } // namespace orb::process::detail

@@ -8,6 +8,7 @@ namespace kelpctl {
 namespace {
 
 std::atomic<bool> wasInterrupted{false};
+std::atomic<bool> endsWork{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may use nothing else");
 
 void note(int /*signal*/)
@@ -41,6 +42,11 @@ bool interrupted() noexcept
     return wasInterrupted;
 }
 
+bool interruptionEndsWork() noexcept
+{
+    return endsWork;
+}
+
 // Programs that are started meanwhile do not inherit a handler, while they would inherit that a signal is ignored.
 Interruption::Interruption(Meaning meaning) : state_(std::make_unique<State>())
 {
@@ -54,10 +60,12 @@ Interruption::Interruption(Meaning meaning) : state_(std::make_unique<State>())
             state_->handle(signal, note, SA_RESTART);
         }
     }
+    endsWork = meaning == Meaning::endWork;
 }
 
 Interruption::~Interruption()
 {
+    endsWork = false;
     for (std::size_t signal = 0; signal < state_->changed.size(); ++signal) {
         if (state_->changed[signal]) {
             sigaction(static_cast<int>(signal), &state_->before[signal], nullptr);

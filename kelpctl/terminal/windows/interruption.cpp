@@ -10,6 +10,7 @@ namespace kelpctl {
 namespace {
 
 std::atomic<bool> wasInterrupted{false};
+std::atomic<bool> endsWork{false};
 
 BOOL give(const EventAnswer& answer)
 {
@@ -43,15 +44,22 @@ bool interrupted() noexcept
     return wasInterrupted;
 }
 
+bool interruptionEndsWork() noexcept
+{
+    return endsWork;
+}
+
 Interruption::Interruption(Meaning meaning)
     : state_(std::make_unique<State>(State{meaning == Meaning::endWork ? endWork : leaveToProgram}))
 {
     wasInterrupted = false;
     SetConsoleCtrlHandler(state_->handler, TRUE);
+    endsWork = meaning == Meaning::endWork;
 }
 
 Interruption::~Interruption()
 {
+    endsWork = false;
     SetConsoleCtrlHandler(state_->handler, FALSE);
 }
 

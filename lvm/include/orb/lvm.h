@@ -18,7 +18,7 @@
 //                 USE_WSL once it is set. A later change of the host's configuration is not seen. Nothing else is kept;
 //                 distributions, images and docker.exe are asked for every time.
 //                 wsl.exe is the first program found that answers "-v" with status 0. Who ends the runs of that
-//                 search from outside (RunObserver::endWanted) makes them fail, and a worse path is kept: leave
+//                 search from outside (RunObserver::shouldTerminate) makes them fail, and a worse path is kept: leave
 //                 {"where", "wsl.exe"}, {"which", "wsl.exe"} and {PATH, "-v"} alone, or call
 //                 getContainerExecutablePath() once before runs are ended.
 // Read            USE_WSL; USE_DOCKER_REPOSITORY ("1": pull the image from the registry before the archive is used);

@@ -17,6 +17,14 @@ using kelpctl::tellingRun;
 using orb::process::detail::RunResult;
 using testing::ElementsAre;
 
+// What the process service says when it is about to start a program.
+orb::process::detail::RunOptions start(RunJournal& journal, const std::vector<std::string>& arguments)
+{
+    orb::process::detail::RunOptions options;
+    journal.starting(arguments, options);
+    return options;
+}
+
 TEST(RunJournal, KeepsWhatEveryPartOfTheProcessRuns)
 {
     const RunJournal journal;
@@ -31,17 +39,40 @@ TEST(RunJournal, TellsWhatIsBeingWaitedFor)
 {
     RunJournal journal;
     EXPECT_EQ(journal.current(), "");
-    journal.started({"/usr/bin/docker.exe", "load", "-i", "x.tar"});
+    start(journal, {"/usr/bin/docker.exe", "load", "-i", "x.tar"});
     EXPECT_EQ(journal.current(), "docker.exe load -i");
     const RunResult result;
     journal.ended({"/usr/bin/docker.exe", "load", "-i", "x.tar"}, &result);
     EXPECT_EQ(journal.current(), "");
 }
 
+TEST(RunJournal, EndsTheDockerClientWithAllThatItHasStarted)
+{
+    RunJournal journal;
+    const Interruption interruption(Interruption::Meaning::endWork);
+    EXPECT_TRUE(start(journal, {"/usr/bin/docker.exe", "version"}).terminatesTree());
+}
+
+TEST(RunJournal, LeavesTheDockerClientToTheTerminalWhereCtrlCEndsKelpctlItself)
+{
+    RunJournal journal;
+    EXPECT_FALSE(start(journal, {"/usr/bin/docker.exe", "version"}).terminatesTree());
+    const Interruption interruption(Interruption::Meaning::leaveToProgram);
+    EXPECT_FALSE(start(journal, {"/usr/bin/docker.exe", "version"}).terminatesTree());
+}
+
+TEST(RunJournal, LeavesWhatWslHasStartedToItself)
+{
+    RunJournal journal;
+    const Interruption interruption(Interruption::Meaning::endWork);
+    EXPECT_FALSE(start(journal, {"/mnt/c/Windows/System32/wsl.exe", "--list", "-q"}).terminatesTree());
+    EXPECT_FALSE(start(journal, {"where", "docker.exe"}).terminatesTree());
+}
+
 TEST(RunJournal, RunWithoutAResultHasFailed)
 {
     RunJournal journal;
-    journal.started({"a"});
+    start(journal, {"a"});
     journal.ended({"a"}, nullptr);
     EXPECT_FALSE(journal.runs().at(0).succeeded());
     EXPECT_EQ(journal.runs().at(0).ending, Ending::notStarted);
@@ -50,12 +81,12 @@ TEST(RunJournal, RunWithoutAResultHasFailed)
 TEST(RunJournal, EndsARunThatTakesTooLong)
 {
     RunJournal journal;
-    journal.started({"a"});
-    EXPECT_FALSE(journal.endWanted());
+    start(journal, {"a"});
+    EXPECT_FALSE(journal.shouldTerminate());
     journal.limitEachRun(std::chrono::milliseconds{0});
-    EXPECT_FALSE(journal.endWanted()) << "the limit is for runs that start later";
-    journal.started({"b"});
-    EXPECT_TRUE(journal.endWanted());
+    EXPECT_FALSE(journal.shouldTerminate()) << "the limit is for runs that start later";
+    start(journal, {"b"});
+    EXPECT_TRUE(journal.shouldTerminate());
     const RunResult result{137, {}, {}};
     journal.ended({"b"}, &result);
     EXPECT_EQ(journal.runs().at(0).ending, Ending::timedOut);
@@ -65,14 +96,14 @@ TEST(RunJournal, EndsARunThatTakesTooLong)
 TEST(Interruption, EndsTheRunAndIsRemembered)
 {
     RunJournal journal;
-    journal.started({"a"});
+    start(journal, {"a"});
     {
         const Interruption interruption(Interruption::Meaning::endWork);
         EXPECT_FALSE(kelpctl::interrupted());
         std::raise(SIGINT);
         EXPECT_TRUE(kelpctl::interrupted());
-        EXPECT_TRUE(journal.endWanted());
-        EXPECT_THROW(journal.started({"b"}), kelpctl::Interrupted) << "nothing starts any more";
+        EXPECT_TRUE(journal.shouldTerminate());
+        EXPECT_THROW(start(journal, {"b"}), kelpctl::Interrupted) << "nothing starts any more";
     }
     const Interruption next(Interruption::Meaning::endWork);
     EXPECT_FALSE(kelpctl::interrupted());

@@ -136,10 +136,10 @@ TEST(Commands, LanguageIsTheSystemsUnlessGiven)
     Session session;
     setVariable("LANG", "fr_FR.UTF-8");
     session.run({"check"});
-    EXPECT_EQ(foundation::core::config::configuration().language, "fr");
+    EXPECT_EQ(foundation::core::config::configuration().language(), "fr");
     EXPECT_EQ(session.error, "");
     session.run({"check", "--language", "en"});
-    EXPECT_EQ(foundation::core::config::configuration().language, "en");
+    EXPECT_EQ(foundation::core::config::configuration().language(), "en");
 }
 #endif
 
@@ -274,20 +274,20 @@ TEST(Commands, FlagsBecomeTheHostsConfiguration)
     Session session;
     session.run({"prefix", "--root", "/host", "--release", "24a", "--language", "de", "--log", "detail"});
     const foundation::core::config::Configuration configuration = foundation::core::config::configuration();
-    EXPECT_EQ(configuration.installationRoot, "/host");
-    EXPECT_EQ(configuration.release, "24a");
-    EXPECT_EQ(configuration.language, "de");
-    EXPECT_EQ(configuration.channelMasks.at("orb"), 520U);
+    EXPECT_EQ(configuration.installationRoot(), "/host");
+    EXPECT_EQ(configuration.release(), "24a");
+    EXPECT_EQ(configuration.language(), "de");
+    EXPECT_EQ(configuration.channelMasks().at("orb"), 520U);
 }
 
 TEST(Commands, ConfigurationStaysWithoutFlags)
 {
     foundation::core::config::Configuration before;
-    before.release = "from the program";
+    before.setRelease("from the program");
     foundation::core::config::configure(before);
     Session session;
     session.run({"prefix"});
-    EXPECT_EQ(foundation::core::config::configuration().release, "from the program");
+    EXPECT_EQ(foundation::core::config::configuration().release(), "from the program");
 }
 
 TEST(Commands, ArchiveNameThatIsNotUtf8IsRefused)

@@ -130,7 +130,7 @@ TEST(Log, FileThatCannotBeWrittenFails)
 TEST(Log, ValuesOfVariablesNeverAppear)
 {
     foundation::core::config::Configuration configuration;
-    configuration.channelMasks["orb"] = 520;
+    configuration.setChannelMask("orb", 520);
     foundation::core::config::configure(configuration);
     kelpctl::Request request;
     request.log = kelpctl::LogLevel::detail;

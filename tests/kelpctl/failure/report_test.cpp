@@ -40,7 +40,8 @@ public:
     // A program that ran before the failure.
     void ran(const std::vector<std::string>& arguments, const RunResult& result)
     {
-        journal_.started(arguments);
+        orb::process::detail::RunOptions options;
+        journal_.starting(arguments, options);
         journal_.ended(arguments, &result);
     }
 
@@ -134,8 +135,8 @@ TEST(Errors, CatalogueErrorTellsItsTextAndArguments)
 TEST(Errors, TextThatCannotBeTranslatedIsEnglish)
 {
     foundation::core::config::Configuration configuration;
-    configuration.language = "de";
-    configuration.installationRoot = "\xFF";
+    configuration.setLanguage("de");
+    configuration.setInstallationRoot("\xFF");
     foundation::core::config::configure(configuration);
     Scene scene;
     const Report report = scene.reportOn(catalogueError<TAR_FILE_NOT_AVAILABLE>({"hub.tar"}));
@@ -313,8 +314,9 @@ TEST(Errors, RunThatWasEndedForItsTimeIsAHang)
     Scene scene;
     RunJournal journal;
     journal.limitEachRun(std::chrono::milliseconds{0});
-    journal.started({"wsl.exe", "--list"});
-    EXPECT_TRUE(journal.endWanted());
+    orb::process::detail::RunOptions options;
+    journal.starting({"wsl.exe", "--list"}, options);
+    EXPECT_TRUE(journal.shouldTerminate());
     const RunResult result{137, {}, {}};
     journal.ended({"wsl.exe", "--list"}, &result);
     std::ostringstream stream;

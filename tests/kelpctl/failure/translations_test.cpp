@@ -133,8 +133,8 @@ TEST(Translations, NoTextIsJustTheEnglishOne)
 TEST(Translations, UserGetsThemFromTheInstalledTree)
 {
     foundation::core::config::Configuration configuration;
-    configuration.installationRoot = std::filesystem::path(RESOURCES).parent_path().string();
-    configuration.language = "de";
+    configuration.setInstallationRoot(std::filesystem::path(RESOURCES).parent_path().string());
+    configuration.setLanguage("de");
     foundation::core::config::configure(configuration);
     const kelpctl::Names names{"kelpctl", "hub", "box", {}};
     EXPECT_EQ(adviceText(kelpctl::adviceFor("DISTRIBUTION_MISSING"), names), "Es gibt keine Distribution hub.");
