@@ -5,7 +5,7 @@
 #include "commands/work.h"
 #include "failure/failure.h"
 #include "request/backend.h"
-#include "request/names.h"
+#include "request/request.h"
 #include "terminal/json.h"
 
 #include "lvm/commands.h"
@@ -30,9 +30,9 @@ Outcome provisioned(const Context& context)
             source = made;
         }
     }
-    const std::string what = std::string("The ") + wordsOf(selectedBackend()).image + " " + name;
+    const std::string what = std::string("The ") + traitsOf(selectedBackend()).image + " " + name;
     Outcome outcome;
-    outcome.result = json::object{{"kind", wordsOf(selectedBackend()).image},
+    outcome.result = json::object{{"kind", traitsOf(selectedBackend()).image},
                                   {"name", name},
                                   {"created", source.has_value()},
                                   {"source", orNull(source)}};
@@ -96,8 +96,8 @@ void addContainerThatRuns(const Context& context, Outcome& outcome)
 Outcome removed(const Context& context)
 {
     const std::string name = namesOf(context.request).image;
-    Outcome outcome{{std::string("The ") + wordsOf(selectedBackend()).image + " " + name + " was removed."},
-                    json::object{{"kind", wordsOf(selectedBackend()).image}, {"name", name}},
+    Outcome outcome{{std::string("The ") + traitsOf(selectedBackend()).image + " " + name + " was removed."},
+                    json::object{{"kind", traitsOf(selectedBackend()).image}, {"name", name}},
                     {}};
     addContainerThatRuns(context, outcome);
     return outcome;

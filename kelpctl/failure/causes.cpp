@@ -3,7 +3,7 @@
 #include "asking/docker.h"
 #include "failure/advice.h"
 #include "request/backend.h"
-#include "request/names.h"
+#include "request/request.h"
 
 #include "lvm/commands.h"
 
