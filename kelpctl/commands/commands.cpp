@@ -266,9 +266,4 @@ const Command* findCommand(const std::string& name)
     return row == commandRows.end() ? nullptr : &*row;
 }
 
-Outcome perform(const Context& context)
-{
-    return findCommand(context.request.command)->run(context);
-}
-
 } // namespace kelpctl

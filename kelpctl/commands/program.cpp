@@ -71,7 +71,8 @@ int runRequest(const Context& context)
     const Log log(request, context.console.error);
     configureHost(request);
     warnOfLanguage(context);
-    return finish(request.json, context.console, request.command, perform(context));
+    const Outcome outcome = findCommand(request.command)->run(context);
+    return finish(request.json, context.console, request.command, outcome);
 }
 
 int fail(bool json, const Context& context, const std::string& command, const std::exception_ptr& error)

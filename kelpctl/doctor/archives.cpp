@@ -217,6 +217,7 @@ const char* kindName(ArchiveKind kind)
 {
     constexpr std::array names = {"missing", "empty", "tar",  "gzip",    "xz",         "bzip2",
                                   "zstd",    "zip",   "text", "unknown", "not a file", "not readable"};
+    static_assert(names.size() == static_cast<std::size_t>(ArchiveKind::notReadable) + 1);
     return names.at(static_cast<std::size_t>(kind));
 }
 

@@ -22,7 +22,7 @@ struct Labels {
 };
 
 // In the order of CandidateState.
-constexpr std::array candidateWords = {
+constexpr std::array candidateLabels = {
     Labels{"answers", "it answers \"-v\""},
     Labels{"failed", "\"-v\" failed with "},
     Labels{"notStarted", "it could not be started"},
@@ -36,9 +36,11 @@ constexpr std::array candidateWords = {
     Labels{"notLookedAt", "not looked at: the search had ended"},
 };
 
+static_assert(candidateLabels.size() == static_cast<std::size_t>(CandidateState::notLookedAt) + 1);
+
 const Labels& labelsOf(CandidateState state)
 {
-    return candidateWords.at(static_cast<std::size_t>(state));
+    return candidateLabels.at(static_cast<std::size_t>(state));
 }
 
 const char* endingName(const Run& run)
@@ -158,8 +160,8 @@ std::string utf8OrEmpty(const std::u16string& text)
 
 std::string candidateText(const Candidate& candidate, std::chrono::seconds timeLimit)
 {
-    const std::string text = labelsOf(candidate.state).text;
-    const std::string passedOver =
+    std::string text = labelsOf(candidate.state).text;
+    std::string passedOver =
         (candidate.taken ? "taken all the same, since no other is better: " : "passed over: ") + text;
     switch (candidate.state) {
     case CandidateState::answers:
@@ -200,12 +202,6 @@ std::string sizeText(std::uintmax_t bytes)
 std::string plural(std::size_t count, const std::string& noun)
 {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
-const char* sourceName(Source source)
-{
-    constexpr std::array names = {"flag", "variable", "builtIn"};
-    return names.at(static_cast<std::size_t>(source));
 }
 
 json::object runObject(const Run& run)

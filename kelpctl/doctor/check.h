@@ -123,9 +123,6 @@ std::string sizeText(std::uintmax_t bytes);
 // "1 thing", "2 things".
 std::string plural(std::size_t count, const std::string& noun);
 
-// "flag"; the same word for all settings.
-const char* sourceName(Source source);
-
 boost::json::object runObject(const Run& run);
 boost::json::array candidateList(const std::vector<Candidate>& candidates);
 

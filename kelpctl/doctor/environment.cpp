@@ -39,6 +39,12 @@ std::size_t indexOf(Source source)
     return static_cast<std::size_t>(source);
 }
 
+const char* sourceName(Source source)
+{
+    constexpr std::array names = {"flag", "variable", "builtIn"};
+    return names.at(indexOf(source));
+}
+
 std::string settingText(const Setting& setting, const char* none, const std::array<const char*, 3>& sources)
 {
     return setting.value.empty() ? none : setting.value + " (" + sources.at(indexOf(setting.source)) + ")";

@@ -11,8 +11,8 @@ namespace {
 
 namespace rules = orb::lvm::detail;
 
-constexpr BackendTraits wslTraits = {"wsl", "WSL", "--wsl", "1", "distribution", rules::distroArchives};
-constexpr BackendTraits dockerTraits = {"docker", "Docker", "--docker", "0", "image", rules::imageArchives};
+constexpr BackendTraits wslTraits = {"wsl", "WSL", "--wsl", "1", "distribution", rules::distroArchives, false};
+constexpr BackendTraits dockerTraits = {"docker", "Docker", "--docker", "0", "image", rules::imageArchives, true};
 
 [[noreturn]] void throwDockerNotAvailable()
 {

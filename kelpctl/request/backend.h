@@ -21,6 +21,8 @@ struct BackendTraits {
     // What an environment is there.
     const char* image;
     orb::lvm::detail::DefaultArchives archives;
+    // Whether programs run in containers, which a client of its own starts and stops.
+    bool hasContainers;
 };
 
 const BackendTraits& traitsOf(Backend backend);
