@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <utility>
 
 namespace kelpctl {
 namespace {
@@ -156,9 +157,9 @@ void judgeWslName(const Examination& found, Findings& findings)
 
 void examineDistributions(const Context& context, Examination& found)
 {
-    const DistributionList list = askStates(context.programs, found.wsl.listing);
-    found.wsl.table = list.table;
-    found.wsl.distributions = list.all;
+    DistributionList list = askStates(context.programs, found.wsl.listing);
+    found.wsl.table = std::move(list.table);
+    found.wsl.distributions = std::move(list.all);
 }
 
 void judgeDistributions(const Examination& found, Findings& findings)
