@@ -14,7 +14,8 @@ std::string getDockerExecutablePath();
 // The repository names of all local images, each without registry and path. Empty when the client fails.
 std::vector<std::string> getImageRepositories();
 
-// The names of the running containers of an image (empty: the hub's). Empty when the client fails.
+// The names of the running containers of an image (empty: the hub's). Empty when the client fails. No operation of
+// the library asks yet.
 std::vector<std::string> getContainersByAncestor(const std::string& imageName);
 
 // The Docker side of orb::lvm::importFromTarIfNecessary.

@@ -1,7 +1,7 @@
-// Questions to the Docker client that change nothing.
+// Queries to the Docker client that change nothing.
 #pragma once
 
-#include "asking/programs.h"
+#include "asking/run.h"
 
 #include <string>
 

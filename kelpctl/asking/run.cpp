@@ -6,13 +6,15 @@
 #include "host/text.h"
 
 #include <algorithm>
+#include <exception>
 #include <string_view>
 
 namespace kelpctl {
 
-using foundation::core::text::readable;
-
 namespace {
+
+namespace service = orb::process::detail;
+using foundation::core::text::readable;
 
 // A program may print any amount; no answer is that long, and nobody reads more.
 std::string beginningOf(std::string_view captured)
@@ -21,9 +23,20 @@ std::string beginningOf(std::string_view captured)
     return readable(captured.substr(0, longest));
 }
 
+Run runCaptured(const std::vector<std::string>& arguments, const service::Environment& environment,
+                const std::string& folder)
+{
+    bool terminated = false;
+    service::RunOptions options;
+    options.setExitCallback(
+        [&terminated](const service::ExitReport& report, void* /*userObject*/) { terminated = report.terminated; });
+    const service::RunResult result = service::run(arguments, environment, folder, false, options);
+    return runOf(arguments, result, endingOf(terminated));
+}
+
 } // namespace
 
-Run runOf(const std::vector<std::string>& arguments, const orb::process::detail::RunResult& result, Ending ending)
+Run runOf(const std::vector<std::string>& arguments, const service::RunResult& result, Ending ending)
 {
     return {ending,
             arguments,
@@ -47,7 +60,7 @@ Ending endingOf(bool terminated)
     return interrupted() ? Ending::interrupted : Ending::timedOut;
 }
 
-std::optional<Run> tellingRun(const std::vector<Run>& runs)
+std::optional<Run> decisiveRun(const std::vector<Run>& runs)
 {
     const auto failed = std::find_if(runs.rbegin(), runs.rend(), [](const Run& run) { return !run.succeeded(); });
     if (failed != runs.rend()) {
@@ -64,6 +77,22 @@ std::string shortCommand(const std::vector<std::string>& arguments)
         text += (index == 0 ? "" : " ") + (index == 0 ? fileName(arguments[index]) : arguments[index]);
     }
     return text;
+}
+
+Programs systemPrograms()
+{
+    return {runCaptured, [](const auto& arguments, const auto& environment) {
+                return service::runAttached(arguments, environment);
+            }};
+}
+
+Run ask(const Programs& programs, const std::vector<std::string>& arguments, const std::string& folder)
+{
+    try {
+        return programs.run(arguments, {{"WSL_UTF8", "1"}, {"WSL_DISABLE_WARNINGS", "1"}}, folder);
+    } catch (const std::exception& error) {
+        return runThatDidNotStart(arguments, error.what());
+    }
 }
 
 } // namespace kelpctl

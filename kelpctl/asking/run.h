@@ -1,9 +1,11 @@
-// Child programs that ran on kelpctl's behalf, whoever started them: the one shape of what came of them.
+// Child programs: the one shape of what came of one, whoever started it, and the one seam for those that kelpctl starts
+// itself. Tests put answers of their own behind it.
 #pragma once
 
 #include "host/process.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,9 +50,27 @@ Ending endingOf(bool terminated);
 
 // The run that tells most about a failure: the last one that failed, or else the last one. Looking for a program is no
 // failure when another way of looking has found one.
-std::optional<Run> tellingRun(const std::vector<Run>& runs);
+std::optional<Run> decisiveRun(const std::vector<Run>& runs);
 
 // "wsl.exe --import kelp_hub": the program's file name and the first arguments that say what it does.
 std::string shortCommand(const std::vector<std::string>& arguments);
+
+// The programs that kelpctl starts itself. Each throws what the process service throws for a program that cannot be started.
+struct Programs {
+    // Runs a program in a folder, the current one when that is empty, and captures what it prints.
+    std::function<Run(const std::vector<std::string>& arguments, const orb::process::detail::Environment& environment,
+                      const std::string& folder)>
+        run;
+    // Runs a program with this process's own streams and gives back its exit status.
+    std::function<std::int32_t(const std::vector<std::string>& arguments,
+                               const orb::process::detail::Environment& environment)>
+        runAttached;
+};
+
+// Those of the process service.
+Programs systemPrograms();
+
+// Asks a program something: runs it, and throws nothing when that fails. wsl.exe is asked for UTF-8 and for no warnings.
+Run ask(const Programs& programs, const std::vector<std::string>& arguments, const std::string& folder = {});
 
 } // namespace kelpctl

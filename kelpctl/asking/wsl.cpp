@@ -54,27 +54,20 @@ std::vector<Distribution> distributionTable(std::string_view text)
     return all;
 }
 
-std::vector<std::string> distributionQuestion(const std::string& wslPath)
-{
-    return {wslPath, "--list", "--all", "--verbose"};
-}
-
-std::vector<Distribution> distributionsIn(std::string_view names, std::string_view table)
-{
-    std::vector<Distribution> all = distributionTable(table);
-    for (const std::string& name : rules::words(names)) {
-        addMissing(all, name);
-    }
-    return all;
-}
-
 DistributionList askDistributions(const Programs& programs, const std::string& wslPath)
 {
-    DistributionList list;
-    list.answer = ask(programs, rules::commands::wslList(wslPath));
+    return askStates(programs, ask(programs, rules::commands::wslList(wslPath)));
+}
+
+DistributionList askStates(const Programs& programs, const Run& answer)
+{
+    DistributionList list{{}, answer, {}};
     if (list.known()) {
-        const Run table = ask(programs, distributionQuestion(wslPath));
-        list.all = distributionsIn(list.answer.output, table.succeeded() ? table.output : std::string());
+        list.table = ask(programs, {answer.arguments.front(), "--list", "--all", "--verbose"});
+        list.all = distributionTable(list.table.succeeded() ? list.table.output : std::string());
+        for (const std::string& name : rules::words(answer.output)) {
+            addMissing(list.all, name);
+        }
     }
     return list;
 }

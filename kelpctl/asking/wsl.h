@@ -1,7 +1,7 @@
-// Questions to wsl.exe that change nothing, and what its answers mean.
+// Queries to wsl.exe that change nothing, and what its answers mean.
 #pragma once
 
-#include "asking/programs.h"
+#include "asking/run.h"
 
 #include <string>
 #include <string_view>
@@ -22,6 +22,8 @@ struct DistributionList {
     std::vector<Distribution> all;
     // Of "--list -q".
     Run answer;
+    // Of the table of states, which has those as well that the list of names keeps back. Not asked when the list has failed.
+    Run table;
 
     // Whether wsl.exe could tell. An empty list that is known means that there are none.
     bool known() const { return answer.succeeded(); }
@@ -31,11 +33,8 @@ struct DistributionList {
 // asked as the library asks.
 DistributionList askDistributions(const Programs& programs, const std::string& wslPath);
 
-// The question for the table of states, which has those as well that the list of names keeps back.
-std::vector<std::string> distributionQuestion(const std::string& wslPath);
-
-// The distributions of both answers; the table is empty when there is none.
-std::vector<Distribution> distributionsIn(std::string_view names, std::string_view table);
+// The same when "--list -q" has been answered already.
+DistributionList askStates(const Programs& programs, const Run& answer);
 
 // Whether it is being installed, removed, converted or exported. Nothing runs in it meanwhile.
 bool isBusy(const Distribution& distribution);

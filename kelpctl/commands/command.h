@@ -2,29 +2,13 @@
 #pragma once
 
 #include "failure/output.h"
-#include "request/context.h"
+#include "request/request.h"
 
 #include <span>
 #include <string>
 #include <vector>
 
 namespace kelpctl {
-
-// What a command line says, before it becomes a request.
-struct ParsedLine {
-    // The command, and what is taken as it is.
-    Request request;
-    bool version = false;
-    // The flag "--help"; the text is the request's.
-    bool help = false;
-    std::vector<std::string> variables;
-    std::string helpOn;
-};
-
-struct Range {
-    long lowest = 0;
-    long highest = 0;
-};
 
 struct Option {
     // "--name", "-e", or a bare name for a word that stands behind the command.
@@ -33,13 +17,11 @@ struct Option {
     const char* value;
     const char* help;
     // Notes what was given; no values for a switch.
-    void (*take)(ParsedLine& line, const std::vector<std::string>& values);
+    void (*take)(Request& request, const std::vector<std::string>& values);
     // The only values there are, when any text will not do.
     std::span<const char* const> words = {};
     // Why a value will not do; empty when it will.
     std::string (*complaint)(const std::string& value) = nullptr;
-    // For a number.
-    Range range = {};
     bool required = false;
     bool repeated = false;
     // Its values are names of commands.
@@ -64,6 +46,15 @@ struct Command {
 };
 
 // Of the commands that a user may type.
-std::vector<std::string> namesOf(std::span<const Command> commands);
+inline std::vector<std::string> listedNames(std::span<const Command> commands)
+{
+    std::vector<std::string> names;
+    for (const Command& command : commands) {
+        if (command.shown == Shown::listed) {
+            names.emplace_back(command.name);
+        }
+    }
+    return names;
+}
 
 } // namespace kelpctl

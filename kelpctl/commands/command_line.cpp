@@ -2,12 +2,10 @@
 
 #include "commands/commands.h"
 #include "commands/parser.h"
-#include "commands/suggestions.h"
 
 #include <algorithm>
 #include <iterator>
 #include <string_view>
-#include <utility>
 
 namespace kelpctl {
 namespace {
@@ -41,37 +39,16 @@ void addVariable(Request& request, const std::string& text)
     request.environment.insert_or_assign(text.substr(0, equals), text.substr(equals + 1));
 }
 
-Request finished(ParsedLine&& line)
+Request parseWith(const std::vector<std::string>& arguments)
 {
-    Request request = std::move(line.request);
-    for (const std::string& variable : line.variables) {
+    Request request = parse(withEmptyValuesApart(arguments));
+    if (request.command.empty()) {
+        throw UsageError({}, "A command is required.");
+    }
+    for (const std::string& variable : request.variables) {
         addVariable(request, variable);
     }
     return request;
-}
-
-std::string requiredHelp(const std::string& command)
-{
-    if (std::optional<std::string> text = helpOn(command)) {
-        return *std::move(text);
-    }
-    throw UsageError("help", noSuchCommand(command));
-}
-
-Request parseWith(const std::vector<std::string>& arguments)
-{
-    ParsedLine line = parse(withEmptyValuesApart(arguments));
-    std::string& command = line.request.command;
-    if (line.help) {
-        command = "help";
-    } else if (line.version) {
-        command = "version";
-    } else if (command.empty()) {
-        throw UsageError({}, "A command is required.");
-    } else if (command == "help") {
-        line.request.helpText = requiredHelp(line.helpOn);
-    }
-    return finished(std::move(line));
 }
 
 void requireWhatBelongsTogether(const Request& request)
@@ -100,13 +77,13 @@ Request parseCommandLine(const std::vector<std::string>& arguments)
     return request;
 }
 
-bool asksForJson(const std::vector<std::string>& arguments)
+bool requestsJson(const std::vector<std::string>& arguments)
 {
     const auto mark = std::find(arguments.begin(), arguments.end(), endOfOptions);
     return std::find(arguments.begin(), mark, "--json") != mark;
 }
 
-std::optional<std::string> askedLanguage(const std::vector<std::string>& arguments)
+std::optional<std::string> requestedLanguage(const std::vector<std::string>& arguments)
 {
     constexpr std::string_view flag = "--language";
     for (std::size_t index = 0; index < arguments.size() && arguments[index] != endOfOptions; ++index) {

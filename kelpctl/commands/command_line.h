@@ -15,9 +15,9 @@ Request parseCommandLine(const std::vector<std::string>& arguments);
 
 // Whether "--json" stands among the arguments, in front of "--": errors must be reported the right way also
 // when the command line cannot be read.
-bool asksForJson(const std::vector<std::string>& arguments);
+bool requestsJson(const std::vector<std::string>& arguments);
 
 // The value of "--language" in front of "--", also when the command line cannot be read.
-std::optional<std::string> askedLanguage(const std::vector<std::string>& arguments);
+std::optional<std::string> requestedLanguage(const std::vector<std::string>& arguments);
 
 } // namespace kelpctl

@@ -5,11 +5,10 @@
 #include "commands/exec.h"
 #include "commands/lifecycle.h"
 #include "commands/work.h"
-#include "doctor/json.h"
-#include "doctor/table.h"
+#include "doctor/doctor.h"
 #include "failure/report.h"
 #include "request/backend.h"
-#include "request/names.h"
+#include "request/request.h"
 #include "terminal/json.h"
 
 #include "orb/lvm.h"
@@ -17,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdlib>
 #include <exception>
 
 namespace kelpctl {
@@ -41,10 +41,8 @@ Outcome doctor(const Context& context)
     Examination found;
     work(context, [&] { found = examine(context); });
     const Judgement judgement = judge(found);
-    const Names names = namesOf(context.request);
-    Outcome outcome;
-    outcome.lines = doctorTable(found, judgement, names, context.console.outColours);
-    outcome.result = doctorObject(found, judgement, names);
+    Description description = describe(found, judgement, namesOf(context.request), context.console.outColours);
+    Outcome outcome{std::move(description.lines), std::move(description.object), {}};
     if (judgement.verdict == Verdict::blocked) {
         outcome.failure = makeReport(Failure("DOCTOR_FOUND_PROBLEMS"), {}, std::nullopt, context.request);
     }
@@ -122,33 +120,47 @@ std::string complaintOnLanguage(const std::string& code)
     return letters ? "" : "must be a lower-case ISO 639 code such as \"de\"";
 }
 
+// Decimal, or as in C; 0 for what is no number.
+long long numberIn(const std::string& text)
+{
+    char* end = nullptr;
+    const long long number = std::strtoll(text.c_str(), &end, 0);
+    return *end == '\0' ? number : 0;
+}
+
+std::string complaintOnTimeLimit(const std::string& text)
+{
+    const long long seconds = numberIn(text);
+    return seconds >= 1 && seconds <= 600 ? "" : "Value " + text + " not in range 1 to 600";
+}
+
 using Values = std::vector<std::string>;
 
 template <auto Member>
-void text(ParsedLine& line, const Values& values)
+void text(Request& request, const Values& values)
 {
-    line.request.*Member = values.front();
+    request.*Member = values.front();
 }
 
 template <auto Member>
-void flag(ParsedLine& line, const Values& /*values*/)
+void flag(Request& request, const Values& /*values*/)
 {
-    line.request.*Member = true;
+    request.*Member = true;
 }
 
 constexpr std::array allOptions = {
     Option{"--root", "DIR", "Installation root of the host product", text<&Request::root>},
     Option{"--release", "TEXT", "Release of the host product", text<&Request::release>},
     Option{"--wsl", nullptr, "Use WSL, whatever USE_WSL says",
-           [](ParsedLine& line, const Values&) { line.request.backend = Backend::wsl; }},
+           [](Request& request, const Values&) { request.backend = Backend::wsl; }},
     Option{.name = "--docker",
            .value = nullptr,
            .help = "Use Docker, whatever USE_WSL says",
-           .take = [](ParsedLine& line, const Values&) { line.request.backend = Backend::docker; },
+           .take = [](Request& request, const Values&) { request.backend = Backend::docker; },
            .excludes = "--wsl"},
     Option{"--log", "error|detail", "Write log records to standard error",
-           [](ParsedLine& line, const Values& values) {
-               line.request.log = values.front() == "detail" ? LogLevel::detail : LogLevel::error;
+           [](Request& request, const Values& values) {
+               request.log = values.front() == "detail" ? LogLevel::detail : LogLevel::error;
            },
            logLevels},
     Option{.name = "--log-file",
@@ -158,7 +170,8 @@ constexpr std::array allOptions = {
            .needs = "--log"},
     Option{"--json", nullptr, "Print one JSON object on standard output", flag<&Request::json>},
     Option{"--language", "CODE", "Language of the messages", text<&Request::language>, {}, complaintOnLanguage},
-    Option{"--version", nullptr, "Print the version", [](ParsedLine& line, const Values&) { line.version = true; }},
+    Option{"--version", nullptr, "Print the version",
+           [](Request& request, const Values&) { request.command = "version"; }},
 };
 
 constexpr char archiveHelp[] = "Archive, the installed one when not given";
@@ -168,17 +181,17 @@ constexpr Option container = {"--container", "NAME", "Container, \"kelp_hub\" wh
 constexpr Option variables = {.name = "-e",
                               .value = "NAME=VALUE",
                               .help = "Variable for the program, may be repeated",
-                              .take = [](ParsedLine& line, const Values& values) { line.variables = values; },
+                              .take = [](Request& request, const Values& values) { request.variables = values; },
                               .repeated = true};
 
 constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}};
-constexpr std::array doctorOptions = {Option{
-    .name = "--time-limit",
-    .value = "SECONDS",
-    .help = "How long to wait for each answer of wsl.exe and Docker, 10",
-    .take = [](ParsedLine& line,
-               const Values& values) { line.request.timeLimit = std::chrono::seconds(std::stol(values.front())); },
-    .range = {1, 600}}};
+constexpr std::array doctorOptions = {
+    Option{.name = "--time-limit",
+           .value = "SECONDS",
+           .help = "How long to wait for each answer of wsl.exe and Docker, 10",
+           .take = [](Request& request,
+                      const Values& values) { request.timeLimit = std::chrono::seconds(numberIn(values.front())); },
+           .complaint = complaintOnTimeLimit}};
 constexpr std::array provisionOptions = {
     Option{"--archive", "FILE", archiveHelp, text<&Request::archive>},
     Option{"--name", "NAME", nameHelp, text<&Request::name>},
@@ -197,16 +210,15 @@ constexpr std::array completionOptions = {Option{.name = "shell",
                                                  .take = text<&Request::shell>,
                                                  .words = shells,
                                                  .required = true}};
-constexpr std::array helpOptions = {
-    Option{.name = "command",
-           .value = "TEXT",
-           .help = "The command, all when not given",
-           .take = [](ParsedLine& line, const Values& values) { line.helpOn = values.front(); },
-           .namesCommand = true}};
+constexpr std::array helpOptions = {Option{.name = "command",
+                                           .value = "TEXT",
+                                           .help = "The command, all when not given",
+                                           .take = text<&Request::topic>,
+                                           .namesCommand = true}};
 constexpr std::array completeOptions = {
     Option{"--next", nullptr, "A new word is to be completed", flag<&Request::nextWord>}};
 
-constexpr std::array rows = {
+constexpr std::array commandRows = {
     Command{"setup", "Create the environment, as the host's interpreter does", "kelpctl setup kelp_hub_distro.tar.gz",
             setup, setupOptions},
     Command{"teardown", "Remove the environment, as the host's interpreter does", "kelpctl teardown", teardown},
@@ -239,7 +251,7 @@ constexpr std::array rows = {
 
 std::span<const Command> allCommands()
 {
-    return rows;
+    return commandRows;
 }
 
 std::span<const Option> globalOptions()
@@ -249,13 +261,9 @@ std::span<const Option> globalOptions()
 
 const Command* findCommand(const std::string& name)
 {
-    const auto row = std::find_if(rows.begin(), rows.end(), [&name](const Command& each) { return name == each.name; });
-    return row == rows.end() ? nullptr : &*row;
-}
-
-Outcome perform(const Context& context)
-{
-    return findCommand(context.request.command)->run(context);
+    const auto row = std::find_if(commandRows.begin(), commandRows.end(),
+                                  [&name](const Command& each) { return name == each.name; });
+    return row == commandRows.end() ? nullptr : &*row;
 }
 
 } // namespace kelpctl

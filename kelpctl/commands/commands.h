@@ -16,7 +16,4 @@ std::span<const Option> globalOptions();
 // The row of that name; null when there is none.
 const Command* findCommand(const std::string& name);
 
-// Does what the request says.
-Outcome perform(const Context& context);
-
 } // namespace kelpctl

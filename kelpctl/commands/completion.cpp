@@ -53,7 +53,7 @@ void enter(Position& position, const Command& command, std::span<const Command> 
         if (isFlag(option)) {
             position.flags.push_back(option);
         } else if (option.namesCommand) {
-            position.words = namesOf(commands);
+            position.words = listedNames(commands);
         } else {
             position.words.assign(option.words.begin(), option.words.end());
         }
@@ -63,7 +63,7 @@ void enter(Position& position, const Command& command, std::span<const Command> 
 Position positionBehind(const std::vector<std::string>& words, std::span<const Command> commands,
                         std::span<const Option> globalOptions)
 {
-    Position position{false, {globalOptions.begin(), globalOptions.end()}, namesOf(commands)};
+    Position position{false, {globalOptions.begin(), globalOptions.end()}, listedNames(commands)};
     position.flags.push_back({.name = "--help", .value = nullptr, .help = "", .take = nullptr});
     position.flags.push_back({.name = "-h", .value = nullptr, .help = "", .take = nullptr});
     for (std::size_t index = 0; index + 1 < words.size(); ++index) {

@@ -6,12 +6,13 @@
 #include "failure/causes.h"
 #include "failure/report.h"
 #include "request/backend.h"
-#include "request/names.h"
+#include "request/request.h"
 #include "terminal/interruption.h"
 #include "terminal/platform.h"
 
 #include "lvm/commands.h"
 
+#include "host/environment.h"
 #include "host/text.h"
 #include "orb/lvm.h"
 
@@ -69,12 +70,12 @@ void applyWsl(const Request& request, InsideCommand& command)
     command.environment = request.environment;
     orb::lvm::applySharedEnvironment(command.arguments, command.environment);
     command.environment = bareNames(command.environment);
-    if (!environmentVariable(utf8Variable)) {
+    if (!foundation::core::env::variable(utf8Variable)) {
         command.environment.try_emplace(utf8Variable, "1");
     }
     if (!request.environment.contains(listVariable)) {
         std::string& list = command.environment[listVariable];
-        list = mergedWslenv(environmentVariable(listVariable).value_or(""), list);
+        list = mergedWslenv(foundation::core::env::variable(listVariable).value_or(""), list);
     }
 }
 
@@ -85,7 +86,7 @@ void applyDocker(const Request& request, bool interactive, InsideCommand& comman
     orb::lvm::applySharedEnvironment(command.arguments, variables);
 }
 
-Run runCaptured(const Context& context, const InsideCommand& command)
+Run runForJson(const Context& context, const InsideCommand& command)
 {
     const Interruption interruption(Interruption::Meaning::endWork);
     return context.programs.run(command.arguments, command.environment, {});
@@ -129,14 +130,14 @@ std::optional<Report> missingProgram(const Run& inside, const Context& context)
 {
     constexpr std::int32_t noProgramStatus = 1;
     constexpr std::int32_t toldMissing = 42;
-    constexpr char question[] = "command -v -- \"$0\" >/dev/null || exit 42";
+    constexpr char script[] = "command -v -- \"$0\" >/dev/null || exit 42";
     if (inside.status != noProgramStatus) {
         return std::nullopt;
     }
     const std::string& client = inside.arguments.front();
     const std::string& distribution = rules::distributionOf(inside.arguments);
     std::vector<std::string> arguments = rules::commands::wslExec(client, distribution);
-    arguments.insert(arguments.end(), {"sh", "-c", question, context.request.program.front()});
+    arguments.insert(arguments.end(), {"sh", "-c", script, context.request.program.front()});
     if (ask(context.programs, arguments).status != toldMissing) {
         return std::nullopt;
     }
@@ -264,7 +265,7 @@ Outcome exec(const Context& context)
     const Request& request = context.request;
     InsideCommand command;
     work(context, [&] { command = insideCommand(request, context.console.interactive && !request.json); });
-    const Run inside = request.json ? runCaptured(context, command) : runOnTerminal(context, command);
+    const Run inside = request.json ? runForJson(context, command) : runOnTerminal(context, command);
     Outcome outcome;
     outcome.failure = diagnosis(inside, context);
     outcome.status = inside.status;

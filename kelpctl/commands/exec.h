@@ -2,7 +2,7 @@
 #pragma once
 
 #include "failure/output.h"
-#include "request/context.h"
+#include "request/request.h"
 
 #include <map>
 #include <string>

@@ -5,7 +5,7 @@
 #include "commands/work.h"
 #include "failure/failure.h"
 #include "request/backend.h"
-#include "request/names.h"
+#include "request/request.h"
 #include "terminal/json.h"
 
 #include "lvm/commands.h"
@@ -30,9 +30,9 @@ Outcome provisioned(const Context& context)
             source = made;
         }
     }
-    const std::string what = std::string("The ") + wordsOf(selectedBackend()).image + " " + name;
+    const std::string what = std::string("The ") + traitsOf(selectedBackend()).image + " " + name;
     Outcome outcome;
-    outcome.result = json::object{{"kind", wordsOf(selectedBackend()).image},
+    outcome.result = json::object{{"kind", traitsOf(selectedBackend()).image},
                                   {"name", name},
                                   {"created", source.has_value()},
                                   {"source", orNull(source)}};
@@ -53,11 +53,8 @@ void requireRemoved(const Context& context)
 // Forced removal by Docker succeeds for what is not there as well.
 void requireImage(const Context& context)
 {
-    switch (selectedBackend()) {
-    case Backend::wsl:
+    if (!traitsOf(selectedBackend()).hasContainers) {
         return;
-    case Backend::docker:
-        break;
     }
     const std::string client = orb::lvm::getContainerExecutablePath();
     const std::string image = namesOf(context.request).image;
@@ -79,11 +76,8 @@ void removeBy(const Context& context, const std::function<void()>& removal)
 // A container goes on without its image.
 void addContainerThatRuns(const Context& context, Outcome& outcome)
 {
-    switch (selectedBackend()) {
-    case Backend::wsl:
+    if (!traitsOf(selectedBackend()).hasContainers) {
         return;
-    case Backend::docker:
-        break;
     }
     const Names names = namesOf(context.request);
     const std::string client = orb::lvm::getContainerExecutablePath();
@@ -96,8 +90,8 @@ void addContainerThatRuns(const Context& context, Outcome& outcome)
 Outcome removed(const Context& context)
 {
     const std::string name = namesOf(context.request).image;
-    Outcome outcome{{std::string("The ") + wordsOf(selectedBackend()).image + " " + name + " was removed."},
-                    json::object{{"kind", wordsOf(selectedBackend()).image}, {"name", name}},
+    Outcome outcome{{std::string("The ") + traitsOf(selectedBackend()).image + " " + name + " was removed."},
+                    json::object{{"kind", traitsOf(selectedBackend()).image}, {"name", name}},
                     {}};
     addContainerThatRuns(context, outcome);
     return outcome;
@@ -106,11 +100,8 @@ Outcome removed(const Context& context)
 // Some Docker clients report success for a container that is not there.
 void requireContainer(const Context& context)
 {
-    switch (selectedBackend()) {
-    case Backend::wsl:
+    if (!traitsOf(selectedBackend()).hasContainers) {
         return;
-    case Backend::docker:
-        break;
     }
     const std::string client = orb::lvm::getContainerExecutablePath();
     if (askContainer(context.programs, client, namesOf(context.request).container) == ContainerState::missing) {
@@ -120,11 +111,8 @@ void requireContainer(const Context& context)
 
 Outcome containerChanged(const Context& context, const char* change)
 {
-    switch (selectedBackend()) {
-    case Backend::wsl:
+    if (!traitsOf(selectedBackend()).hasContainers) {
         return {{"WSL needs no container; nothing was done."}, json::object{{"container", nullptr}}, {}};
-    case Backend::docker:
-        break;
     }
     const std::string container = namesOf(context.request).container;
     return {{"The container " + container + " was " + change + "."}, json::object{{"container", container}}, {}};

@@ -1,7 +1,6 @@
 #include "commands/parser.h"
 
 #include "commands/commands.h"
-#include "commands/suggestions.h"
 #include "failure/failure.h"
 
 #include <CLI/CLI.hpp>
@@ -9,6 +8,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <numeric>
 #include <utility>
 
 // The options are declared through functions of their own: what the library does by templates, it does for each type
@@ -53,45 +53,21 @@ void limitTo(CLI::Option* added, std::span<const char* const> words)
     });
 }
 
-// Refuses all numbers outside, and what is none.
-void limitTo(CLI::Option* added, const Range& range)
-{
-    added->check([range](const std::string& text) {
-        long number = 0;
-        const bool good = CLI::detail::lexical_cast(text, number) && number >= range.lowest && number <= range.highest;
-        return good ? std::string()
-                    : "Value " + text + " not in range " + std::to_string(range.lowest) + " to " +
-                          std::to_string(range.highest);
-    });
-}
-
-// A number may be written in many ways.
-std::vector<std::string> plainNumber(const std::string& text)
-{
-    long number = 0;
-    CLI::detail::lexical_cast(text, number);
-    return {std::to_string(number)};
-}
-
-CLI::Option* addSwitch(CLI::App& app, const Option& option, ParsedLine& line)
+CLI::Option* addSwitch(CLI::App& app, const Option& option, Request& request)
 {
     return app.add_flag_callback(
-        option.name, [&option, &line] { option.take(line, {}); }, option.help);
+        option.name, [&option, &request] { option.take(request, {}); }, option.help);
 }
 
-CLI::Option* addValue(CLI::App& app, const Option& option, ParsedLine& line)
+CLI::Option* addValue(CLI::App& app, const Option& option, Request& request)
 {
-    const bool number = option.range.highest > 0;
-    const auto take = [&option, &line, number](const CLI::results_t& results) {
-        option.take(line, number ? plainNumber(results.front()) : results);
+    const auto take = [&option, &request](const CLI::results_t& results) {
+        option.take(request, results);
         return true;
     };
     CLI::Option* added = app.add_option(option.name, take, option.help)->type_name(option.value);
     if (!option.words.empty()) {
         limitTo(added, option.words);
-    }
-    if (number) {
-        limitTo(added, option.range);
     }
     if (option.complaint != nullptr) {
         added->check(option.complaint);
@@ -102,9 +78,9 @@ CLI::Option* addValue(CLI::App& app, const Option& option, ParsedLine& line)
     return added->required(option.required);
 }
 
-void addOption(CLI::App& app, const Option& option, ParsedLine& line)
+void addOption(CLI::App& app, const Option& option, Request& request)
 {
-    CLI::Option* added = option.value == nullptr ? addSwitch(app, option, line) : addValue(app, option, line);
+    CLI::Option* added = option.value == nullptr ? addSwitch(app, option, request) : addValue(app, option, request);
     if (option.needs != nullptr) {
         added->needs(app.get_option(option.needs));
     }
@@ -127,7 +103,7 @@ public:
     }
 };
 
-void addCommand(CLI::App& app, const Command& command, ParsedLine& line)
+void addCommand(CLI::App& app, const Command& command, Request& request)
 {
     if (command.shown == Shown::asFlag) {
         return;
@@ -140,11 +116,11 @@ void addCommand(CLI::App& app, const Command& command, ParsedLine& line)
                       "\n\nThe flags of \"kelpctl --help\" may follow as well.");
     }
     for (const Option& option : command.options) {
-        addOption(*added, option, line);
+        addOption(*added, option, request);
     }
 }
 
-void build(CLI::App& app, ParsedLine& line)
+void build(CLI::App& app, Request& request)
 {
     // A path that begins with "/" is no flag, on no system.
     app.allow_windows_style_options(false);
@@ -154,10 +130,10 @@ void build(CLI::App& app, ParsedLine& line)
     app.fallthrough();
     app.footer(programHelp());
     for (const Option& option : globalOptions()) {
-        addOption(app, option, line);
+        addOption(app, option, request);
     }
     for (const Command& command : allCommands()) {
-        addCommand(app, command, line);
+        addCommand(app, command, request);
     }
 }
 
@@ -167,66 +143,127 @@ std::string parsedCommand(const CLI::App& app)
     return commands.empty() ? std::string() : commands.front()->get_name();
 }
 
-std::vector<std::string> longFlags(const CLI::App& app)
+// How many letters must be changed, added or left out.
+std::size_t distance(const std::string& from, const std::string& to)
 {
-    std::vector<std::string> names;
-    for (const CLI::Option* option : app.get_options()) {
-        for (const std::string& name : option->get_lnames()) {
-            names.push_back("--" + name);
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t j = 1; j <= to.size(); ++j) {
+            const std::size_t change = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1, change});
         }
     }
-    return names;
+    return row.back();
 }
 
-// The flags of the command, if there is one, and of all.
-std::vector<std::string> possibleFlags(const CLI::App& app)
+// Whether the word was meant for the name: a few letters wrong, or its beginning, in whatever case.
+bool resembles(const std::string& given, const std::string& name)
 {
-    std::vector<std::string> names = longFlags(app);
-    for (const CLI::App* command : app.get_subcommands()) {
-        const std::vector<std::string> own = longFlags(*command);
-        names.insert(names.begin(), own.begin(), own.end());
+    constexpr std::size_t typingErrors = 2;
+    constexpr std::size_t enough = 3;
+    const std::string word = lowered(given);
+    return distance(word, name) <= typingErrors || (word.size() >= enough && name.starts_with(word));
+}
+
+std::string withSuggestion(const std::string& text, const std::string& word, const std::vector<std::string>& names)
+{
+    const auto meant =
+        std::find_if(names.begin(), names.end(), [&word](const std::string& name) { return resembles(word, name); });
+    return meant == names.end() ? text : text + " Did you mean \"" + *meant + "\"?";
+}
+
+void addLongFlags(std::vector<std::string>& names, std::span<const Option> options)
+{
+    names.emplace_back("--help");
+    for (const Option& option : options) {
+        if (std::string_view(option.name).starts_with("--")) {
+            names.emplace_back(option.name);
+        }
     }
-    return names;
 }
 
-} // namespace
-
-ParsedLine parse(std::vector<std::string> arguments)
+std::string noSuchCommand(const std::string& word)
 {
-    ParsedLine line;
-    CLI::App app(purpose, programName);
-    build(app, line);
-    try {
-        std::reverse(arguments.begin(), arguments.end());
-        app.parse(std::move(arguments));
-    } catch (const CLI::CallForHelp&) {
-        line.help = true;
-        line.request.helpText = app.help();
-    } catch (const CLI::ExtrasError& error) {
-        const std::vector<std::string> extras = app.remaining(true);
-        const std::string command = parsedCommand(app);
-        throw UsageError(command,
-                         extras.empty() ? error.what() : unexpected(command, extras.front(), possibleFlags(app)));
-    } catch (const CLI::ParseError& error) {
-        throw UsageError(parsedCommand(app), error.what());
+    std::vector<std::string> names = listedNames(allCommands());
+    names.insert(names.end(), {"--version", "--docker", "--wsl"});
+    const std::string text = "There is no command \"" + word + "\".";
+    // A flag's name without its hyphens is meant for the flag.
+    return std::find(names.begin(), names.end(), "--" + word) != names.end()
+               ? text + " Did you mean \"--" + word + "\"?"
+               : withSuggestion(text, word, names);
+}
+
+// The word stands where nothing may: behind the command, if there is one.
+std::string unexpected(const std::string& command, const std::string& word)
+{
+    if (word.starts_with("-")) {
+        std::vector<std::string> flags;
+        if (!command.empty()) {
+            addLongFlags(flags, findCommand(command)->options);
+        }
+        addLongFlags(flags, globalOptions());
+        return withSuggestion("There is no flag \"" + word + "\".", word, flags);
     }
-    line.request.command = parsedCommand(app);
-    return line;
+    if (command.empty()) {
+        return noSuchCommand(word);
+    }
+    if (word == "docker" || word == "wsl") {
+        return "There is no place for the argument \"" + word + "\". Did you mean \"--" + word + "\"?";
+    }
+    if (findCommand(command)->takesProgram) {
+        return "The program needs \"--\" in front of it: \"kelpctl " + command + " -- " + word + "\".";
+    }
+    return "There is no place for the argument \"" + word + "\".";
 }
 
-std::optional<std::string> helpOn(const std::string& command)
+std::string helpOn(const std::string& command)
 {
-    ParsedLine line;
+    Request request;
     CLI::App app(purpose, programName);
-    build(app, line);
+    build(app, request);
     if (command.empty()) {
         return app.help();
     }
     try {
         return app.get_subcommand(command)->help(programName);
     } catch (const CLI::OptionNotFound&) {
-        return std::nullopt;
+        throw UsageError("help", noSuchCommand(command));
     }
+}
+
+} // namespace
+
+Request parse(std::vector<std::string> arguments)
+{
+    Request request;
+    CLI::App app(purpose, programName);
+    build(app, request);
+    try {
+        std::reverse(arguments.begin(), arguments.end());
+        app.parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) {
+        request.command = "help";
+        request.helpText = app.help();
+        return request;
+    } catch (const CLI::ExtrasError& error) {
+        const std::vector<std::string> extras = app.remaining(true);
+        const std::string command = parsedCommand(app);
+        throw UsageError(command, extras.empty() ? error.what() : unexpected(command, extras.front()));
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(parsedCommand(app), error.what());
+    }
+    // The flag "--version" is a command by itself.
+    if (request.command.empty()) {
+        request.command = parsedCommand(app);
+    }
+    if (request.command == "help") {
+        request.helpText = helpOn(request.topic);
+    }
+    return request;
 }
 
 } // namespace kelpctl

@@ -10,6 +10,7 @@
 #include "terminal/text.h"
 
 #include "host/configuration.h"
+#include "host/environment.h"
 
 #include <iostream>
 
@@ -33,7 +34,7 @@ void configureHost(const Request& request)
 void configureLanguage(const std::vector<std::string>& arguments)
 {
     foundation::core::config::Configuration configuration = foundation::core::config::configuration();
-    const std::optional<std::string> asked = askedLanguage(arguments);
+    const std::optional<std::string> asked = requestedLanguage(arguments);
     configuration.setLanguage(asked ? *asked : systemLanguage());
     foundation::core::config::configure(configuration);
 }
@@ -70,7 +71,8 @@ int runRequest(const Context& context)
     const Log log(request, context.console.error);
     configureHost(request);
     warnOfLanguage(context);
-    return finish(request.json, context.console, request.command, perform(context));
+    const Outcome outcome = findCommand(request.command)->run(context);
+    return finish(request.json, context.console, request.command, outcome);
 }
 
 int fail(bool json, const Context& context, const std::string& command, const std::exception_ptr& error)
@@ -81,8 +83,8 @@ int fail(bool json, const Context& context, const std::string& command, const st
 // Whether text that goes there may be coloured: never when the user has said no.
 bool mayColour(StandardStream stream)
 {
-    return environmentVariable("NO_COLOR").value_or("").empty() && environmentVariable("TERM").value_or("") != "dumb" &&
-           showsColours(stream);
+    return foundation::core::env::variable("NO_COLOR").value_or("").empty() &&
+           foundation::core::env::variable("TERM").value_or("") != "dumb" && showsColours(stream);
 }
 
 Console processConsole()
@@ -108,9 +110,9 @@ int run(const std::vector<std::string>& arguments, Console& console, const Progr
         configureLanguage(arguments);
         request = parseCommandLine(arguments);
     } catch (const UsageError& error) {
-        return fail(asksForJson(arguments), context, error.command(), std::current_exception());
+        return fail(requestsJson(arguments), context, error.command(), std::current_exception());
     } catch (...) {
-        return fail(asksForJson(arguments), context, {}, std::current_exception());
+        return fail(requestsJson(arguments), context, {}, std::current_exception());
     }
     try {
         return runRequest(context);

@@ -1,7 +1,7 @@
 // The program as a function.
 #pragma once
 
-#include "asking/programs.h"
+#include "asking/run.h"
 #include "terminal/console.h"
 
 #include <string>

@@ -1,12 +1,12 @@
 #include "commands/work.h"
 
 #include "failure/failure.h"
-#include "failure/output.h"
 #include "terminal/interruption.h"
 #include "terminal/progress.h"
 
 #include <iostream>
 #include <optional>
+#include <sstream>
 
 namespace kelpctl {
 namespace {
@@ -17,6 +17,26 @@ bool showsProgress(const Context& context)
     const bool logsToError = context.request.log != LogLevel::none && !context.request.logFile;
     return context.console.errorIsTerminal && !logsToError;
 }
+
+// Holds back what is written to `from` while it lives, and writes it to `to` at the end.
+class StreamDetour {
+public:
+    StreamDetour(std::ostream& from, std::ostream& to) : from_(from), to_(to), buffer_(from.rdbuf(text_.rdbuf())) {}
+    ~StreamDetour()
+    {
+        from_.rdbuf(buffer_);
+        to_ << text_.str() << std::flush;
+    }
+
+    StreamDetour(const StreamDetour&) = delete;
+    StreamDetour& operator=(const StreamDetour&) = delete;
+
+private:
+    std::ostream& from_;
+    std::ostream& to_;
+    std::ostringstream text_;
+    std::streambuf* buffer_;
+};
 
 } // namespace
 

@@ -1,7 +1,7 @@
 // Work that takes a while.
 #pragma once
 
-#include "request/context.h"
+#include "request/request.h"
 
 #include <functional>
 

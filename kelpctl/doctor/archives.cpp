@@ -1,9 +1,11 @@
 #include "doctor/archives.h"
 
-#include "lvm/rules.h"
+#include "request/backend.h"
+#include "terminal/json.h"
 
 #include "host/files.h"
 #include "host/text.h"
+#include "orb/lvm.h"
 
 #include <algorithm>
 #include <array>
@@ -14,6 +16,7 @@ namespace kelpctl {
 namespace {
 
 using namespace std::string_view_literals;
+namespace json = boost::json;
 namespace rules = orb::lvm::detail;
 
 struct Magic {
@@ -88,6 +91,12 @@ ArchiveKind kindOfFile(const std::filesystem::path& file)
     return read ? kindOf(head) : ArchiveKind::notReadable;
 }
 
+// A name as the library keeps it, in UTF-8.
+std::string archiveName(const char16_t* name)
+{
+    return foundation::core::text::cvt_ustring_utf8(name);
+}
+
 void take(std::vector<Archive>& archives, const rules::DefaultArchives& names)
 {
     for (const char16_t* name : {names.preferred, names.other}) {
@@ -100,7 +109,93 @@ void take(std::vector<Archive>& archives, const rules::DefaultArchives& names)
     }
 }
 
+void examineArchives(const Context& /*context*/, Examination& found)
+{
+    found.archiveFolderFailure = reasonOf([&found] {
+        const std::filesystem::path folder(orb::lvm::getContainerTarsDirectory());
+        found.archiveFolder = utf8OrEmpty(folder.u16string());
+        found.archives = lookAtArchives(folder, traitsOf(found.backend).archives);
+    });
+}
+
+void judgeKind(const Examination& found, const Archive& taken, Findings& findings)
+{
+    switch (taken.kind) {
+    case ArchiveKind::tar:
+    case ArchiveKind::gzip:
+    case ArchiveKind::xz:
+    case ArchiveKind::bzip2:
+        return;
+    case ArchiveKind::zstd:
+        findings.note("ARCHIVE_PACKED_UNUSUALLY", taken.name);
+        return;
+    default:
+        // It is not looked at when the registry has the image.
+        const bool pulls = found.backend == Backend::docker && found.pullsFromRegistry;
+        findings.add(pulls ? Severity::note : findings.needed(), "ARCHIVE_NOT_USABLE", taken.name);
+    }
+}
+
+void judgeArchives(const Examination& found, Findings& findings)
+{
+    if (!findings.needsCreation()) {
+        return;
+    }
+    const Archive* taken = findIn(found.archives, [](const Archive& archive) { return archive.taken; });
+    if (taken != nullptr) {
+        judgeKind(found, *taken, findings);
+    } else if (found.rootExists) {
+        findings.add(findings.needed(), "ARCHIVE_NOT_INSTALLED",
+                     archiveName(traitsOf(found.backend).archives.preferred));
+    } else {
+        findings.add(findings.needed(), "ROOT_MISSING", found.root.value);
+    }
+}
+
+std::string archiveText(const Archive& archive)
+{
+    if (!archive.present) {
+        return kindName(archive.kind);
+    }
+    return sizeText(archive.size) + ", " + kindName(archive.kind) +
+           (archive.taken ? "; \"setup\" would take this one" : "");
+}
+
+json::object archiveObject(const Archive& archive)
+{
+    return {{"name", archive.name},
+            {"present", archive.present},
+            {"size", archive.present ? json::value(archive.size) : nullptr},
+            {"kind", kindName(archive.kind)},
+            {"taken", archive.taken}};
+}
+
+void describeArchives(const Examination& found, CheckOutput& out)
+{
+    out.member("archives") = {{"folder", textOrNull(found.archiveFolder)},
+                              {"failure", textOrNull(found.archiveFolderFailure)},
+                              {"files", listOf(true, found.archives, archiveObject)}};
+    const bool known = found.archiveFolderFailure.empty();
+    out.judged("folder", known ? found.archiveFolder : "not known: " + found.archiveFolderFailure, false);
+    for (const Archive& archive : found.archives) {
+        if (archive.taken) {
+            out.judged(archive.name, archiveText(archive));
+        } else {
+            out.row(archive.name, archiveText(archive));
+        }
+    }
+}
+
+constexpr std::array archiveRows = {
+    Check{"archives", examineArchives, judgeArchives, describeArchives},
+};
+
 } // namespace
+
+std::span<const Check> archiveChecks()
+{
+    return archiveRows;
+}
 
 ArchiveKind kindOf(std::string_view head)
 {
@@ -120,33 +215,10 @@ ArchiveKind kindOf(std::string_view head)
 
 const char* kindName(ArchiveKind kind)
 {
-    switch (kind) {
-    case ArchiveKind::missing:
-        return "missing";
-    case ArchiveKind::empty:
-        return "empty";
-    case ArchiveKind::tar:
-        return "tar";
-    case ArchiveKind::gzip:
-        return "gzip";
-    case ArchiveKind::xz:
-        return "xz";
-    case ArchiveKind::bzip2:
-        return "bzip2";
-    case ArchiveKind::zstd:
-        return "zstd";
-    case ArchiveKind::zip:
-        return "zip";
-    case ArchiveKind::text:
-        return "text";
-    case ArchiveKind::unknown:
-        return "unknown";
-    case ArchiveKind::notAFile:
-        return "not a file";
-    case ArchiveKind::notReadable:
-        break;
-    }
-    return "not readable";
+    constexpr std::array names = {"missing", "empty", "tar",  "gzip",    "xz",         "bzip2",
+                                  "zstd",    "zip",   "text", "unknown", "not a file", "not readable"};
+    static_assert(names.size() == static_cast<std::size_t>(ArchiveKind::notReadable) + 1);
+    return names.at(static_cast<std::size_t>(kind));
 }
 
 Archive lookAt(const std::filesystem::path& folder, const std::string& name)
@@ -164,11 +236,6 @@ Archive lookAt(const std::filesystem::path& folder, const std::string& name)
     const std::uintmax_t size = std::filesystem::file_size(file, error);
     archive.size = error ? 0 : size;
     return archive;
-}
-
-std::string archiveName(const char16_t* name)
-{
-    return foundation::core::text::cvt_ustring_utf8(name);
 }
 
 std::vector<Archive> lookAtArchives(const std::filesystem::path& folder, const rules::DefaultArchives& names)

@@ -1,9 +1,10 @@
-// Archives that provisioning would look for.
+// The archives that provisioning would look for.
 #pragma once
+
+#include "doctor/check.h"
 
 #include "lvm/rules.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -11,17 +12,7 @@
 
 namespace kelpctl {
 
-enum class ArchiveKind { missing, empty, tar, gzip, xz, bzip2, zstd, zip, text, unknown, notAFile, notReadable };
-
-struct Archive {
-    std::string name;
-    ArchiveKind kind = ArchiveKind::missing;
-    // As the library tells it: a file that cannot be looked at does not exist.
-    bool present = false;
-    std::uintmax_t size = 0;
-    // `setup` takes this one when it needs an archive.
-    bool taken = false;
-};
+std::span<const Check> archiveChecks();
 
 // As many of the first bytes as kindOf() needs.
 inline constexpr std::size_t headSize = 512;
@@ -34,9 +25,6 @@ const char* kindName(ArchiveKind kind);
 
 // The file of that name, looked at without its being changed.
 Archive lookAt(const std::filesystem::path& folder, const std::string& name);
-
-// A name as the library keeps it, in UTF-8.
-std::string archiveName(const char16_t* name);
 
 // The four archives in the order in which they are looked for; `names` decides which one is taken.
 std::vector<Archive> lookAtArchives(const std::filesystem::path& folder,

@@ -1,14 +1,12 @@
-// What provisioning depends on, as found on this computer. Everything is found out by looking and asking; nothing is
-// changed, and nothing that is missing or broken keeps the rest from being looked at.
+// Facts: what provisioning depends on, as found on this computer. Nothing here is judged.
 #pragma once
 
-#include "doctor/archives.h"
-#include "doctor/docker.h"
-#include "doctor/wsl.h"
-#include "request/context.h"
+#include "asking/docker.h"
+#include "asking/wsl.h"
+#include "request/request.h"
 
+#include <chrono>
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,6 +22,83 @@ struct Setting {
     Source source = Source::builtIn;
 };
 
+// Why a program that the look-up gave was taken or not.
+enum class CandidateState {
+    // wsl.exe
+    answers,
+    failed,
+    notStarted,
+    timedOut,
+    // docker.exe
+    regularFile,
+    hostsOwn,
+    missing,
+    link,
+    notAFile,
+    notReadable,
+    // Either: the search had ended.
+    notLookedAt,
+};
+
+struct Candidate {
+    // As the look-up printed it.
+    std::string path;
+    CandidateState state = CandidateState::notLookedAt;
+    bool taken = false;
+    // What it said to "-v".
+    Run answer;
+};
+
+struct WslExamination {
+    // The last look-up that was tried.
+    Run lookUp;
+    std::vector<Candidate> candidates;
+    // What the library uses: a candidate, or the place where Windows keeps it.
+    std::string executable;
+    // The first line of what a candidate answered, by its number alone. Empty when none did.
+    std::string version;
+    // "-l -q", by which the library tells what there is.
+    Run listing;
+    // The table of states; not asked when the listing has failed.
+    Run table;
+    std::vector<Distribution> distributions;
+};
+
+struct DockerImage {
+    std::string repository;
+    std::string tag;
+    std::string id;
+    std::string size;
+
+    // The repository without registry and path; the library compares nothing else.
+    std::string name() const { return repository.substr(repository.rfind('/') + 1); }
+};
+
+struct DockerContainer {
+    std::string name;
+    std::string image;
+    // Docker's words, which are the same in every language: "running" and "Up 3 minutes".
+    std::string state;
+    std::string status;
+};
+
+struct DockerExamination {
+    Run lookUp;
+    std::vector<Candidate> candidates;
+    // What the library uses, empty when the look-up found nothing. All that the look-up printed when no candidate is fit.
+    std::string client;
+    // Whether there is something of that name; the library asks this before it provisions.
+    bool clientExists = false;
+    // What ended the search, empty when nothing did.
+    std::string searchFailure;
+    // By "docker version"; the rest is not asked when it fails.
+    DockerEngine engine;
+    Run imageListing;
+    std::vector<DockerImage> images;
+    Run containerListing;
+    std::vector<DockerContainer> containers;
+};
+
 struct Adapter {
     // By the library's rule, empty when there is none.
     std::string address;
@@ -32,6 +107,18 @@ struct Adapter {
     std::vector<std::string> passedOver;
     // Why the adapters could not be listed, empty when they could.
     std::string failure;
+};
+
+enum class ArchiveKind { missing, empty, tar, gzip, xz, bzip2, zstd, zip, text, unknown, notAFile, notReadable };
+
+struct Archive {
+    std::string name;
+    ArchiveKind kind = ArchiveKind::missing;
+    // As the library tells it: a file that cannot be looked at does not exist.
+    bool present = false;
+    std::uintmax_t size = 0;
+    // `setup` takes this one when it needs an archive.
+    bool taken = false;
 };
 
 struct TemporaryFolder {
@@ -63,8 +150,5 @@ struct Examination {
     // How long each program was waited for.
     std::chrono::seconds timeLimit{0};
 };
-
-// Throws nothing. Once the user has interrupted kelpctl no program answers any more.
-Examination examine(const Context& context);
 
 } // namespace kelpctl

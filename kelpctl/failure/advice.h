@@ -2,7 +2,7 @@
 #pragma once
 
 #include "failure/advice_table.h"
-#include "request/names.h"
+#include "request/request.h"
 
 #include <span>
 #include <string>

@@ -191,7 +191,6 @@ inline constexpr std::array allAdvice = {
 class AdviceKey {
 public:
     AdviceKey() = default;
-    // NOLINTNEXTLINE(google-explicit-constructor): a key is written as its text
     consteval AdviceKey(const char* text) : text_(text)
     {
         bool known = false;

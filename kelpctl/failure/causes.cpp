@@ -3,10 +3,11 @@
 #include "asking/docker.h"
 #include "failure/advice.h"
 #include "request/backend.h"
-#include "request/names.h"
+#include "request/request.h"
 
 #include "lvm/commands.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kelpctl {
@@ -81,12 +82,8 @@ AdviceKey causeOfWslStatus(const Run& run)
     if (run.status == noSuchProgram) {
         return "WSL_NOT_FOUND";
     }
-    for (const std::int32_t status : notInstalled) {
-        if (run.status == status) {
-            return "WSL_NOT_INSTALLED";
-        }
-    }
-    return {};
+    const bool installed = std::find(notInstalled.begin(), notInstalled.end(), *run.status) == notInstalled.end();
+    return installed ? AdviceKey() : AdviceKey("WSL_NOT_INSTALLED");
 }
 
 AdviceKey causeOf(AdviceKey identifier, const std::optional<Run>& run, const Context& context)

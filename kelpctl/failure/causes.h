@@ -3,7 +3,7 @@
 #pragma once
 
 #include "failure/advice_table.h"
-#include "request/context.h"
+#include "request/request.h"
 
 #include <cstdint>
 #include <optional>

@@ -12,9 +12,7 @@ namespace {
 
 namespace json = boost::json;
 
-constexpr char strong[] = "\x1b[1m";
 constexpr char alarming[] = "\x1b[1;31m";
-constexpr char plain[] = "\x1b[0m";
 
 // Writes a report's lines: labels at the margin, what belongs to them indented.
 class ReportWriter {
@@ -24,7 +22,7 @@ public:
     void write(const std::string& label, const char* colour, const std::string& text)
     {
         const std::vector<std::string> lines = displayLines(text);
-        stream_ << (colours_ ? colour : "") << label << (colours_ ? plain : "");
+        stream_ << (colours_ ? colour : "") << label << (colours_ ? plainSequence : "");
         stream_ << (lines.empty() ? std::string() : lines.front()) << '\n';
         for (std::size_t index = 1; index < lines.size(); ++index) {
             stream_ << "    " << lines[index] << '\n';
@@ -76,7 +74,7 @@ void writeStream(ReportWriter& writer, const char* label, const std::string& tex
 void writeEvidence(ReportWriter& writer, const Report& report)
 {
     const Run& evidence = *report.evidence;
-    writer.write("evidence: ", strong, commandLine(evidence.arguments));
+    writer.write("evidence: ", boldSequence, commandLine(evidence.arguments));
     writer.writeDetail("status: ", statusText(evidence));
     writer.writeDetail("code: ", report.code);
     writeStream(writer, "standard output: ", evidence.output, report);
@@ -86,15 +84,15 @@ void writeEvidence(ReportWriter& writer, const Report& report)
 void writeReport(Console& console, const std::string& command, const Report& report)
 {
     ReportWriter writer(console.error, console.errorColours);
-    writer.write(command.empty() ? "kelpctl: " : "kelpctl " + command + ": ", strong, report.text);
+    writer.write(command.empty() ? "kelpctl: " : "kelpctl " + command + ": ", boldSequence, report.text);
     writer.write("error: ", alarming, report.identifier);
     if (report.cause) {
-        writer.write("cause: ", strong, report.cause->text);
+        writer.write("cause: ", boldSequence, report.cause->text);
     }
     if (report.evidence) {
         writeEvidence(writer, report);
     }
-    writer.write("next step: ", strong, report.nextStep);
+    writer.write("next step: ", boldSequence, report.nextStep);
     console.error << std::flush;
 }
 
@@ -152,12 +150,6 @@ void writeJson(Console& console, const std::string& command, const Outcome& outc
                                  {"result", outcome.result},
                                  {"error", errorObject(outcome.failure)}};
     console.out << jsonLine(object) << '\n' << std::flush;
-}
-
-StreamDetour::~StreamDetour()
-{
-    from_.rdbuf(buffer_);
-    to_ << text_.str() << std::flush;
 }
 
 } // namespace kelpctl

@@ -7,9 +7,6 @@
 #include <boost/json/value.hpp>
 
 #include <optional>
-#include <ostream>
-#include <sstream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -30,21 +27,5 @@ void writeText(Console& console, const std::string& command, const Outcome& outc
 // For programs: {"command", "ok", "result", "error"} on one line of standard output; docs/use/kelpctl.md describes
 // it. Text that is not UTF-8 is made so with U+FFFD.
 void writeJson(Console& console, const std::string& command, const Outcome& outcome);
-
-// Holds back what is written to `from` while it lives, and writes it to `to` at the end.
-class StreamDetour {
-public:
-    StreamDetour(std::ostream& from, std::ostream& to) : from_(from), to_(to), buffer_(from.rdbuf(text_.rdbuf())) {}
-    ~StreamDetour();
-
-    StreamDetour(const StreamDetour&) = delete;
-    StreamDetour& operator=(const StreamDetour&) = delete;
-
-private:
-    std::ostream& from_;
-    std::ostream& to_;
-    std::ostringstream text_;
-    std::streambuf* buffer_;
-};
 
 } // namespace kelpctl

@@ -74,7 +74,7 @@ Report catalogueReport(const IMsgIDException& error, const Context& context)
     for (const foundation::core::message::Argument& argument : error.message().arguments) {
         report.arguments.push_back(readable(argument.text()));
     }
-    std::optional<Run> run = tellingRun(context.journal.runs());
+    std::optional<Run> run = decisiveRun(context.journal.runs());
     if (run && run->succeeded() && report.identifier != orb::container_support::IMAGE_NOT_EXIST::identifier) {
         // What succeeded is no evidence, except for the list that an image is missing in.
         run.reset();
@@ -142,7 +142,7 @@ Report failureReport(const Failure& failure, const Context& context)
         return makeReport(failure, failure.cause(), std::nullopt, context.request);
     }
     const std::optional<Run> run =
-        isAboutARun(failure.identifier()) ? tellingRun(context.journal.runs()) : std::optional<Run>();
+        isAboutARun(failure.identifier()) ? decisiveRun(context.journal.runs()) : std::optional<Run>();
     const AdviceKey cause = causeOf(failure.identifier(), run, context);
     const std::string subject = run && run->ending == Ending::timedOut ? run->arguments.front() : failure.subject();
     return makeReport(Failure(failure.identifier(), subject), cause, run, context.request);

@@ -3,7 +3,7 @@
 
 #include "failure/advice.h"
 #include "failure/failure.h"
-#include "request/context.h"
+#include "request/request.h"
 
 #include <exception>
 #include <optional>

@@ -2,6 +2,7 @@
 
 #include "terminal/platform.h"
 
+#include "host/environment.h"
 #include "host/exceptions.h"
 #include "orb/lvm.h"
 
@@ -10,8 +11,8 @@ namespace {
 
 namespace rules = orb::lvm::detail;
 
-constexpr BackendWords wslWords = {"wsl", "WSL", "--wsl", "1", "distribution", rules::distroArchives};
-constexpr BackendWords dockerWords = {"docker", "Docker", "--docker", "0", "image", rules::imageArchives};
+constexpr BackendTraits wslTraits = {"wsl", "WSL", "--wsl", "1", "distribution", rules::distroArchives, false};
+constexpr BackendTraits dockerTraits = {"docker", "Docker", "--docker", "0", "image", rules::imageArchives, true};
 
 [[noreturn]] void throwDockerNotAvailable()
 {
@@ -22,27 +23,27 @@ constexpr BackendWords dockerWords = {"docker", "Docker", "--docker", "0", "imag
 
 } // namespace
 
-const BackendWords& wordsOf(Backend backend)
+const BackendTraits& traitsOf(Backend backend)
 {
     switch (backend) {
     case Backend::wsl:
         break;
     case Backend::docker:
-        return dockerWords;
+        return dockerTraits;
     }
-    return wslWords;
+    return wslTraits;
 }
 
 void selectBackend(const std::optional<Backend>& backend)
 {
     if (backend) {
-        setEnvironmentVariable(rules::backendVariable, wordsOf(*backend).value);
+        setEnvironmentVariable(rules::backendVariable, traitsOf(*backend).value);
     }
 }
 
 Backend selectedBackend()
 {
-    const std::optional<std::string> value = environmentVariable(rules::backendVariable);
+    const std::optional<std::string> value = foundation::core::env::variable(rules::backendVariable);
     return rules::selectsWsl(value ? value->c_str() : nullptr) ? Backend::wsl : Backend::docker;
 }
 

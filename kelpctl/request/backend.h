@@ -1,17 +1,17 @@
 // The backend that the library uses.
 #pragma once
 
-#include "request/request.h"
-
 #include "lvm/rules.h"
 
 #include <optional>
 
 namespace kelpctl {
 
+enum class Backend { wsl, docker };
+
 // What differs by the backend and is no more than a word. What is more is a switch: so the compiler names each place
 // that another backend concerns.
-struct BackendWords {
+struct BackendTraits {
     // For programs, and in titles.
     const char* name;
     const char* title;
@@ -21,9 +21,11 @@ struct BackendWords {
     // What an environment is there.
     const char* image;
     orb::lvm::detail::DefaultArchives archives;
+    // Whether programs run in containers, which a client of its own starts and stops.
+    bool hasContainers;
 };
 
-const BackendWords& wordsOf(Backend backend);
+const BackendTraits& traitsOf(Backend backend);
 
 // Decides the backend for this process, before the library is asked for the first time. Nothing given: USE_WSL stays
 // as it is.

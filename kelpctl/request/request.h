@@ -1,5 +1,10 @@
-// What the user asked for: the command line as a value.
+// What the user asked for: the command line as a value, the names that it is about, and what a command works with.
 #pragma once
+
+#include "asking/journal.h"
+#include "asking/run.h"
+#include "request/backend.h"
+#include "terminal/console.h"
 
 #include <chrono>
 #include <map>
@@ -9,7 +14,6 @@
 
 namespace kelpctl {
 
-enum class Backend { wsl, docker };
 enum class LogLevel { none, error, detail };
 
 struct Request {
@@ -33,6 +37,8 @@ struct Request {
     std::string image;
     bool rootFs = false;
     bool vector = false;
+    // As given with "-e", and as names with their values.
+    std::vector<std::string> variables;
     std::map<std::string, std::string> environment;
 
     // What stood behind "--", byte for byte.
@@ -44,18 +50,42 @@ struct Request {
     // How long doctor waits for each answer.
     std::chrono::seconds timeLimit{10};
 
-    // The text to show for "help".
+    // The command that "help" is about, all when it is empty; and the text to show.
+    std::string topic;
     std::string helpText;
 };
 
+// What a command works with.
+struct Context {
+    const Request& request;
+    Console& console;
+    const Programs& programs;
+    RunJournal& journal;
+};
+
 // What must not be shown: the values that were given with "-e".
-inline std::vector<std::string> secretsOf(const Request& request)
-{
-    std::vector<std::string> secrets;
-    for (const auto& [name, value] : request.environment) {
-        secrets.push_back(value);
-    }
-    return secrets;
-}
+std::vector<std::string> secretsOf(const Request& request);
+
+// What the placeholders of advice stand for.
+struct Names {
+    // 1: "kelpctl" and the flags that led here, to be put in front of a command.
+    std::string invocation = "kelpctl";
+    // 2: the distribution or image.
+    std::string image;
+    // 3: the container.
+    std::string container;
+    // 4: what the failure is about: a path, a program, a status.
+    std::string subject;
+};
+
+// Of what the request works on; there is no subject yet.
+Names namesOf(const Request& request);
+
+// The names that WSL accepts, and those that Docker accepts for the last part of a repository's name.
+bool isWslName(const std::string& name);
+bool isDockerName(const std::string& name);
+
+// Letters of ASCII in lower case; WSL takes names that differ in case for the same.
+std::string lowered(std::string text);
 
 } // namespace kelpctl

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,9 +12,6 @@ namespace kelpctl {
 // those of main() have lost every character outside the code page; text that is not well-formed there throws
 // std::system_error.
 std::vector<std::string> programArguments(int argc, const char* const argv[]);
-
-// A variable of this process's environment, UTF-8; nothing when it is not set.
-std::optional<std::string> environmentVariable(const std::string& name);
 
 // Sets a variable so that std::getenv() in any library of this process sees it. ASCII only; `value` is not empty.
 // Not to be called while other threads run.

@@ -21,8 +21,6 @@ struct MarkLook {
 
 constexpr std::array<MarkLook, 4> looks = {
     {{"", ""}, {"ok", "\x1b[32m"}, {"note", "\x1b[33m"}, {"PROBLEM", "\x1b[1;31m"}}};
-constexpr char strong[] = "\x1b[1m";
-constexpr char plain[] = "\x1b[0m";
 
 bool continuesCharacter(char byte)
 {
@@ -73,7 +71,7 @@ std::string TableLines::markColumn(Mark mark) const
         return column;
     }
     const std::string word = look.word;
-    return margin + (look.colour + word + plain) + column.substr(2 + word.size());
+    return margin + (look.colour + word + plainSequence) + column.substr(2 + word.size());
 }
 
 void TableLines::section(const std::string& title)
@@ -81,7 +79,7 @@ void TableLines::section(const std::string& title)
     if (!lines_.empty()) {
         lines_.emplace_back();
     }
-    lines_.push_back(colours_ ? strong + title + plain : title);
+    lines_.push_back(colours_ ? boldSequence + title + plainSequence : title);
 }
 
 void TableLines::row(Mark mark, const std::string& label, const std::string& value)

@@ -8,6 +8,10 @@
 
 namespace kelpctl {
 
+// What makes a terminal write in bold, and as before.
+inline constexpr char boldSequence[] = "\x1b[1m";
+inline constexpr char plainSequence[] = "\x1b[0m";
+
 // Control characters written out: \n, \r, \t, any other as \xNN. The result stays on one line, and a terminal obeys
 // nothing in it.
 std::string escaped(std::string_view text);

@@ -19,7 +19,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     } catch (const kelpctl::UsageError& error) {
         fuzz::require(!std::string(error.what()).empty(), "a usage error says why");
     }
-    fuzz::require(!kelpctl::asksForJson(arguments) || std::find(arguments.begin(), end, "--json") != end,
+    fuzz::require(!kelpctl::requestsJson(arguments) || std::find(arguments.begin(), end, "--json") != end,
                   "--json counts only in front of --");
     return 0;
 }

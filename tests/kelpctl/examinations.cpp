@@ -2,9 +2,9 @@
 
 using kelpctl::ArchiveKind;
 using kelpctl::Backend;
+using kelpctl::CandidateState;
 using kelpctl::Ending;
 using kelpctl::Examination;
-using kelpctl::Fate;
 using kelpctl::Run;
 using kelpctl::Source;
 
@@ -57,7 +57,8 @@ Examination goodWsl()
     found.backend = Backend::wsl;
     found.archives[0].taken = true;
     found.wsl.lookUp = answered({"where", "wsl.exe"}, std::string(wslPath) + "\n");
-    found.wsl.candidates = {{wslPath, Fate::answers, true, answered({wslPath, "-v"}, "WSL version: 2.4.13.0\n")}};
+    found.wsl.candidates = {
+        {wslPath, CandidateState::answers, true, answered({wslPath, "-v"}, "WSL version: 2.4.13.0\n")}};
     found.wsl.executable = wslPath;
     found.wsl.version = "2.4.13.0";
     found.wsl.listing = answered({wslPath, "-l", "-q"}, "kelp_hub_r1\n");
@@ -73,7 +74,7 @@ Examination goodDocker()
     found.backendSetting = {"--docker", Source::flag};
     found.archives[2].taken = true;
     found.docker.lookUp = answered({"where", "docker.exe"}, std::string(dockerPath) + "\n");
-    found.docker.candidates = {{dockerPath, Fate::regularFile, true, {}}};
+    found.docker.candidates = {{dockerPath, CandidateState::regularFile, true, {}}};
     found.docker.client = dockerPath;
     found.docker.clientExists = true;
     found.docker.engine.clientVersion = "28.0.1";

@@ -1,6 +1,6 @@
 // What operations allocate, and what becomes of an allocation that fails. Not on Windows: there the standard library's
 // own code lies in a DLL and keeps the allocator that it was built with.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "wsl.h"
 

@@ -1,5 +1,5 @@
 // The backend is asked for at each call, by each function that depends on it.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "orb/lvm.h"
 

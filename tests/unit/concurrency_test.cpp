@@ -1,6 +1,6 @@
 // First calls of everything from many threads at once.
 #include "fake_frame.h"
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "docker.h"
 #include "frame.h"

@@ -1,5 +1,5 @@
 // Starting and stopping the container.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "docker.h"
 #include "orb/lvm.h"

@@ -1,5 +1,5 @@
 // Finding docker.exe.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "docker.h"
 

@@ -1,5 +1,5 @@
 // Making the Docker image exist, from an archive.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "docker.h"
 #include "frame.h"

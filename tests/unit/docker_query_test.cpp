@@ -1,5 +1,5 @@
 // Which images and containers there are.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "docker.h"
 

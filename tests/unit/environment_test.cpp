@@ -1,5 +1,5 @@
 // The environment that a command inside shares.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "orb/lvm.h"
 

@@ -1,5 +1,5 @@
 // The five errors of the catalogue.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "frame.h"
 

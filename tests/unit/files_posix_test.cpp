@@ -1,5 +1,5 @@
 // Paths that cannot be looked at.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "docker.h"
 #include "wsl.h"

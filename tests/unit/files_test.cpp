@@ -1,5 +1,5 @@
 // Paths.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "files.h"
 

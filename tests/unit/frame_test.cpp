@@ -1,5 +1,5 @@
 // Switches and channels.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "frame.h"
 

@@ -1,6 +1,6 @@
 // The functions that the host's interpreter calls, and the provisioning entry behind the first.
 #include "fake_frame.h"
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "frame.h"
 #include "orb/lvm.h"

@@ -1,5 +1,5 @@
 // What names, paths and values contain never makes them more than they are: one argument each, and no part of a log.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "orb/lvm.h"
 

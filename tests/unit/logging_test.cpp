@@ -1,5 +1,5 @@
 // Whole operations while channels are off, or while only one of the two levels is on.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "frame.h"
 #include "orb/lvm.h"

@@ -1,5 +1,5 @@
 // Release-qualified names and the archive folder.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "frame.h"
 

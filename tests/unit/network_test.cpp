@@ -1,5 +1,5 @@
 // The host's address on the WSL network.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "rules.h"
 #include "wsl.h"

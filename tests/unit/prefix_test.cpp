@@ -1,5 +1,5 @@
 // The prefixes of commands that run inside the environment.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "orb/lvm.h"
 #include "wsl.h"

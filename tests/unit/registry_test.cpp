@@ -1,5 +1,5 @@
 // Pulling the image from the registry.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "docker.h"
 #include "frame.h"

@@ -1,5 +1,5 @@
 // Removing the distribution or the image.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "orb/lvm.h"
 

@@ -1,5 +1,5 @@
 // The entry to the process service.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "runner.h"
 

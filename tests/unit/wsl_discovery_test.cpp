@@ -1,5 +1,5 @@
 // Finding wsl.exe.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "wsl.h"
 

@@ -1,5 +1,5 @@
 // A distribution that is missing: imported.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "frame.h"
 #include "wsl.h"

@@ -1,5 +1,5 @@
 // Listing distributions.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "wsl.h"
 

@@ -1,5 +1,5 @@
 // A distribution that is there: checked, and started when it has to be.
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include "wsl.h"
 

@@ -1,5 +1,7 @@
 #include "terminal/platform.h"
 
+#include "host/environment.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <system_error>
@@ -12,12 +14,6 @@ namespace kelpctl {
 std::vector<std::string> programArguments(int argc, const char* const argv[])
 {
     return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>{};
-}
-
-std::optional<std::string> environmentVariable(const std::string& name)
-{
-    const char* value = std::getenv(name.c_str());
-    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
 }
 
 void setEnvironmentVariable(const std::string& name, const std::string& value)
@@ -54,7 +50,7 @@ bool mayWriteInto(const std::filesystem::path& folder)
 std::string systemLanguage()
 {
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const std::string locale = environmentVariable(variable).value_or("");
+        const std::string locale = foundation::core::env::variable(variable).value_or("");
         if (!locale.empty()) {
             const std::string code = locale.substr(0, locale.find_first_of("_.@"));
             return code == "C" || code == "POSIX" ? std::string() : code;

@@ -13,7 +13,7 @@ struct EventAnswer {
     bool interrupts;
     // How long the handler may keep the system waiting. It ends the process as soon as the handler has returned, and
     // after 5 s in any case; a process that is done meanwhile ends by itself.
-    std::chrono::milliseconds patience;
+    std::chrono::milliseconds timeout;
 };
 
 // While kelpctl works. `event` is a number of the system's (CTRL_C_EVENT and so on); `wasInterrupted` tells whether one

@@ -17,8 +17,8 @@ BOOL give(const EventAnswer& answer)
     if (answer.interrupts) {
         wasInterrupted = true;
     }
-    if (answer.patience.count() > 0) {
-        Sleep(static_cast<DWORD>(answer.patience.count()));
+    if (answer.timeout.count() > 0) {
+        Sleep(static_cast<DWORD>(answer.timeout.count()));
     }
     return answer.handled ? TRUE : FALSE;
 }

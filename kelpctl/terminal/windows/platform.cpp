@@ -22,12 +22,6 @@ std::string utf8(std::wstring_view text)
     return foundation::core::text::cvt_ustring_utf8(std::u16string(text.begin(), text.end()));
 }
 
-std::wstring wide(const std::string& text)
-{
-    const std::u16string units = foundation::core::text::cvt_utf8_ustring(text);
-    return {units.begin(), units.end()};
-}
-
 // What the console was like before kelpctl changed it: its code page, and what each stream that is a console obeys.
 struct ConsoleState {
     UINT codePage = 0;
@@ -96,25 +90,6 @@ std::vector<std::string> programArguments(int /*argc*/, const char* const /*argv
         arguments.erase(arguments.begin());
     }
     return arguments;
-}
-
-std::optional<std::string> environmentVariable(const std::string& name)
-{
-    const std::wstring wideName = wide(name);
-    std::wstring value;
-    while (true) {
-        SetLastError(ERROR_SUCCESS);
-        const DWORD length =
-            GetEnvironmentVariableW(wideName.c_str(), value.data(), static_cast<DWORD>(value.size() + 1));
-        if (length == 0 && GetLastError() == ERROR_ENVVAR_NOT_FOUND) {
-            return std::nullopt;
-        }
-        if (length <= value.size()) {
-            value.resize(length);
-            return utf8(value);
-        }
-        value.resize(length);
-    }
 }
 
 void setEnvironmentVariable(const std::string& name, const std::string& value)

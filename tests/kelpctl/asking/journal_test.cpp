@@ -4,16 +4,11 @@
 
 #include <gmock/gmock.h>
 
-#include <csignal>
-
 namespace {
 
 using kelpctl::Ending;
 using kelpctl::Interruption;
 using kelpctl::RunJournal;
-using kelpctl::runOf;
-using kelpctl::shortCommand;
-using kelpctl::tellingRun;
 using orb::process::detail::RunResult;
 using testing::ElementsAre;
 
@@ -90,81 +85,6 @@ TEST(RunJournal, EndsARunThatTakesTooLong)
     const RunResult result{137, {}, {}};
     journal.ended({"b"}, &result);
     EXPECT_EQ(journal.runs().at(0).ending, Ending::timedOut);
-}
-
-#ifndef _WIN32
-TEST(Interruption, EndsTheRunAndIsRemembered)
-{
-    RunJournal journal;
-    start(journal, {"a"});
-    {
-        const Interruption interruption(Interruption::Meaning::endWork);
-        EXPECT_FALSE(kelpctl::interrupted());
-        std::raise(SIGINT);
-        EXPECT_TRUE(kelpctl::interrupted());
-        EXPECT_TRUE(journal.shouldTerminate());
-        EXPECT_THROW(start(journal, {"b"}), kelpctl::Interrupted) << "nothing starts any more";
-    }
-    const Interruption next(Interruption::Meaning::endWork);
-    EXPECT_FALSE(kelpctl::interrupted());
-}
-
-TEST(Interruption, SecondOneEndsTheProcess)
-{
-    EXPECT_EXIT(
-        {
-            const Interruption interruption(Interruption::Meaning::endWork);
-            std::raise(SIGINT);
-            std::raise(SIGINT);
-        },
-        testing::KilledBySignal(SIGINT), "");
-}
-
-TEST(Interruption, ProgramOnTheTerminalGetsItAlone)
-{
-    const Interruption interruption(Interruption::Meaning::leaveToProgram);
-    std::raise(SIGINT);
-    std::raise(SIGINT);
-    std::raise(SIGQUIT);
-    EXPECT_TRUE(kelpctl::interrupted());
-}
-
-TEST(Interruption, RequestToEndIsNotLeftToAProgramOnTheTerminal)
-{
-    EXPECT_EXIT(
-        {
-            const Interruption interruption(Interruption::Meaning::leaveToProgram);
-            std::raise(SIGTERM);
-        },
-        testing::KilledBySignal(SIGTERM), "");
-}
-#endif
-
-TEST(Run, TextIsReadableAndTheBytesAreKept)
-{
-    const kelpctl::Run run = runOf({"tool"}, {1, std::string("a\0b\0", 4), "why"});
-    EXPECT_EQ(run.output, "ab");
-    EXPECT_EQ(run.captured, std::string("a\0b\0", 4));
-    EXPECT_EQ(run.error, "why");
-    EXPECT_FALSE(run.succeeded());
-}
-
-TEST(TellingRun, IsTheLastThatFailed)
-{
-    EXPECT_FALSE(tellingRun({}).has_value());
-    const kelpctl::Run good = runOf({"good"}, {0, {}, {}});
-    const kelpctl::Run bad = runOf({"bad"}, {1, {}, {}});
-    const kelpctl::Run worse = kelpctl::runThatDidNotStart({"worse"}, {});
-    EXPECT_THAT(tellingRun({bad, worse, good})->arguments, ElementsAre("worse"));
-    EXPECT_THAT(tellingRun({worse, bad, good})->arguments, ElementsAre("bad"));
-    EXPECT_THAT(tellingRun({good, good})->arguments, ElementsAre("good"));
-}
-
-TEST(ShortCommand, NamesTheProgramAndWhatItDoes)
-{
-    EXPECT_EQ(shortCommand({"C:\\Windows\\System32\\wsl.exe", "--import", "hub", "x", "y"}), "wsl.exe --import hub");
-    EXPECT_EQ(shortCommand({"where"}), "where");
-    EXPECT_EQ(shortCommand({}), "");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "asking/wsl.h"
 
-#include "desk.h"
+#include "fake_programs.h"
 
 #include <gmock/gmock.h>
 
@@ -11,11 +11,11 @@ using testing::IsEmpty;
 
 TEST(AskWsl, DistributionsHaveTheirStates)
 {
-    Desk desk;
-    desk.answers["wsl --list -q"] = {0, "kelp_hub\r\nUbuntu\r\n", {}};
-    desk.answers["wsl --list --all --verbose"] = {
+    FakePrograms fake;
+    fake.answers["wsl --list -q"] = {0, "kelp_hub\r\nUbuntu\r\n", {}};
+    fake.answers["wsl --list --all --verbose"] = {
         0, "  NAME        STATE           VERSION\r\n* kelp_hub    Running         2\r\n  Ubuntu  Stopped 1\r\n", {}};
-    const DistributionList list = askDistributions(desk.programs, "wsl");
+    const DistributionList list = askDistributions(fake.programs, "wsl");
     EXPECT_TRUE(list.known());
     ASSERT_EQ(list.all.size(), 2U);
     EXPECT_EQ(list.all[0].name, "kelp_hub");
@@ -29,9 +29,9 @@ TEST(AskWsl, DistributionsHaveTheirStates)
 
 TEST(AskWsl, DistributionsWithoutATableHaveNoState)
 {
-    Desk desk;
-    desk.answers["wsl --list -q"] = {0, "kelp_hub\r\n", {}};
-    const DistributionList list = askDistributions(desk.programs, "wsl");
+    FakePrograms fake;
+    fake.answers["wsl --list -q"] = {0, "kelp_hub\r\n", {}};
+    const DistributionList list = askDistributions(fake.programs, "wsl");
     ASSERT_EQ(list.all.size(), 1U);
     EXPECT_EQ(list.all[0].name, "kelp_hub");
     EXPECT_EQ(list.all[0].state, "");
@@ -39,17 +39,17 @@ TEST(AskWsl, DistributionsWithoutATableHaveNoState)
 
 TEST(AskWsl, NoDistributionsIsNoFailure)
 {
-    Desk desk;
-    desk.answers["wsl --list -q"] = {0, {}, {}};
-    const DistributionList list = askDistributions(desk.programs, "wsl");
+    FakePrograms fake;
+    fake.answers["wsl --list -q"] = {0, {}, {}};
+    const DistributionList list = askDistributions(fake.programs, "wsl");
     EXPECT_TRUE(list.known());
     EXPECT_THAT(list.all, IsEmpty());
 }
 
 TEST(AskWsl, FailedListingIsNotAnEmptyOne)
 {
-    Desk desk;
-    EXPECT_FALSE(askDistributions(desk.programs, "wsl").known());
+    FakePrograms fake;
+    EXPECT_FALSE(askDistributions(fake.programs, "wsl").known());
 }
 
 TEST(DistributionTable, KnowsStatesThatAreYetToBeInvented)

@@ -8,11 +8,11 @@
 
 namespace {
 
-using kelpctl::asksForJson;
 using kelpctl::Backend;
 using kelpctl::LogLevel;
 using kelpctl::parseCommandLine;
 using kelpctl::Request;
+using kelpctl::requestsJson;
 using kelpctl::UsageError;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -138,7 +138,7 @@ TEST(CommandLine, HelpShowsAnExampleForEachCommand)
 {
     const Request all = parseCommandLine({"--help"});
     EXPECT_EQ(all.command, "help");
-    for (const std::string& name : namesOf(kelpctl::allCommands())) {
+    for (const std::string& name : listedNames(kelpctl::allCommands())) {
         const Request one = parseCommandLine({name, "--help"});
         EXPECT_EQ(one.command, "help");
         const std::size_t start = one.helpText.find("Example: ");
@@ -264,17 +264,17 @@ TEST(CommandLine, WrongVariableIsNotRepeated)
 
 TEST(CommandLine, LanguageIsSeenInALineThatMeansNothing)
 {
-    EXPECT_EQ(kelpctl::askedLanguage({"nonsense", "--language", "de"}), "de");
-    EXPECT_EQ(kelpctl::askedLanguage({"--language=fr", "nonsense"}), "fr");
-    EXPECT_FALSE(kelpctl::askedLanguage({"exec", "--", "--language", "de"}).has_value());
-    EXPECT_FALSE(kelpctl::askedLanguage({"--language"}).has_value());
+    EXPECT_EQ(kelpctl::requestedLanguage({"nonsense", "--language", "de"}), "de");
+    EXPECT_EQ(kelpctl::requestedLanguage({"--language=fr", "nonsense"}), "fr");
+    EXPECT_FALSE(kelpctl::requestedLanguage({"exec", "--", "--language", "de"}).has_value());
+    EXPECT_FALSE(kelpctl::requestedLanguage({"--language"}).has_value());
 }
 
 TEST(CommandLine, JsonIsSeenInFrontOfTheMarkOnly)
 {
-    EXPECT_TRUE(asksForJson({"nonsense", "--json"}));
-    EXPECT_FALSE(asksForJson({"exec", "--", "--json"}));
-    EXPECT_FALSE(asksForJson({}));
+    EXPECT_TRUE(requestsJson({"nonsense", "--json"}));
+    EXPECT_FALSE(requestsJson({"exec", "--", "--json"}));
+    EXPECT_FALSE(requestsJson({}));
 }
 
 } // namespace

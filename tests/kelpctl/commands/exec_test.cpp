@@ -232,8 +232,8 @@ TEST(Exec, ObjectForProgramsNeedsNoTerminal)
     EXPECT_EQ(session.run({"exec", "--docker", "--json", "--", "ls"}), 0);
 }
 
-constexpr char engineQuestion[] = "/usr/bin/docker version --format {{json .}}";
-constexpr char containerQuestion[] = "/usr/bin/docker container inspect --format {{.State.Status}} kelp_hub";
+constexpr char engineQuery[] = "/usr/bin/docker version --format {{json .}}";
+constexpr char containerQuery[] = "/usr/bin/docker container inspect --format {{.State.Status}} kelp_hub";
 
 struct DockerEnd {
     const char* name;
@@ -258,10 +258,10 @@ TEST_P(ExecInDocker, TellsDockersFailuresFromTheProgramsStatus)
     const DockerEnd& end = GetParam();
     session.programStatus = end.status;
     if (*end.engine != '\0') {
-        session.answers[engineQuestion] = {0, end.engine, {}};
+        session.answers[engineQuery] = {0, end.engine, {}};
     }
     if (*end.container != '\0') {
-        session.answers[containerQuestion] = {0, end.container, {}};
+        session.answers[containerQuery] = {0, end.container, {}};
     }
     EXPECT_EQ(session.run({"exec", "--docker", "--", "ls"}), end.status);
     EXPECT_EQ(session.out, "");

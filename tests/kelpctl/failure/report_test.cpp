@@ -94,8 +94,8 @@ std::string nextStep(const char* key, const Request& request = {}, const std::st
     return adviceNextStep(adviceFor(kelpctl::adviceKey(key)), names);
 }
 
-constexpr char engineQuestion[] = "docker.exe version --format {{json .}}";
-constexpr char containerQuestion[] = "docker.exe container inspect --format {{.State.Status}} kelp_hub";
+constexpr char engineQuery[] = "docker.exe version --format {{json .}}";
+constexpr char containerQuery[] = "docker.exe container inspect --format {{.State.Status}} kelp_hub";
 constexpr char imageQuestion[] = "docker.exe image inspect --format {{.Id}} kelp_hub_r1";
 
 template <class ID>
@@ -213,7 +213,7 @@ TEST(Errors, DockerEngineThatDoesNotAnswerIsTheCause)
 TEST(Errors, ArchiveIsToBlameWhenTheEngineAnswers)
 {
     Docker scene;
-    scene.answers(engineQuestion, "{}");
+    scene.answers(engineQuery, "{}");
     scene.ran({"docker.exe", "load", "-i", "hub.tar"}, {1, {}, "archive/tar: invalid tar header"});
     const Report report = scene.reportOn(catalogueError<TAR_FILE_LOAD_ERROR>({"hub.tar", "hub", "invalid"}));
     EXPECT_FALSE(report.cause.has_value());
@@ -250,9 +250,8 @@ TEST_P(FailedStart, HasItsCause)
 {
     Docker scene;
     const Start& start = GetParam();
-    for (const auto& [question, text] : {std::pair{engineQuestion, start.engine},
-                                         {containerQuestion, start.container},
-                                         {imageQuestion, start.image}}) {
+    for (const auto& [question, text] :
+         {std::pair{engineQuery, start.engine}, {containerQuery, start.container}, {imageQuestion, start.image}}) {
         if (*text != '\0') {
             scene.answers(question, text);
         }
@@ -274,7 +273,7 @@ INSTANTIATE_TEST_SUITE_P(Errors, FailedStart,
 TEST(Errors, ImageThatNamesNoProgramIsTheCause)
 {
     Docker scene;
-    scene.answers(engineQuestion, "{}");
+    scene.answers(engineQuery, "{}");
     scene.answers(imageQuestion, "id");
     scene.answers("docker.exe image inspect --format {{len .Config.Cmd}} {{len .Config.Entrypoint}} kelp_hub_r1",
                   "0 0\n");
@@ -333,7 +332,7 @@ TEST(Errors, AdviceRepeatsTheFlagsThatLedHere)
     scene.request.backend = kelpctl::Backend::docker;
     scene.request.release = "R1";
     scene.request.root = "C:\\Program Files\\Host";
-    scene.answers(engineQuestion, "{}");
+    scene.answers(engineQuery, "{}");
     scene.ran({"docker.exe", "run"}, {125, {}, {}});
     EXPECT_THAT(scene.reportOn(Failure("CONTAINER_NOT_STARTED")).nextStep,
                 HasSubstr("kelpctl --docker --root \"C:\\Program Files\\Host\" --release R1 setup"));

@@ -19,7 +19,7 @@ TEST(ConsoleEvents, CtrlCEndsTheWorkTheFirstTimeAndKelpctlTheSecond)
         const EventAnswer first = answerAtWork(event, false);
         EXPECT_TRUE(first.handled);
         EXPECT_TRUE(first.interrupts);
-        EXPECT_EQ(first.patience.count(), 0);
+        EXPECT_EQ(first.timeout.count(), 0);
         EXPECT_FALSE(answerAtWork(event, true).handled);
     }
 }
@@ -31,7 +31,7 @@ TEST(ConsoleEvents, TheEndOfTheConsoleEndsTheWorkAndWaitsForItLessThanTheSystemW
             const EventAnswer answer = answerAtWork(event, wasInterrupted);
             EXPECT_TRUE(answer.handled);
             EXPECT_TRUE(answer.interrupts);
-            EXPECT_EQ(answer.patience, std::chrono::seconds(4));
+            EXPECT_EQ(answer.timeout, std::chrono::seconds(4));
         }
     }
 }
@@ -41,7 +41,7 @@ TEST(ConsoleEvents, TheProgramThatSharesTheConsoleIsLeftToItsOwnHandling)
     for (const DWORD event : typedEvents) {
         const EventAnswer answer = answerForProgram(event);
         EXPECT_TRUE(answer.handled);
-        EXPECT_EQ(answer.patience.count(), 0);
+        EXPECT_EQ(answer.timeout.count(), 0);
     }
     for (const DWORD event : ends) {
         EXPECT_FALSE(answerForProgram(event).handled);

@@ -1,4 +1,4 @@
-#include "request/names.h"
+#include "request/request.h"
 
 #include <gtest/gtest.h>
 

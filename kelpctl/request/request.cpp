@@ -1,6 +1,4 @@
-#include "request/names.h"
-
-#include "request/backend.h"
+#include "request/request.h"
 
 #include "orb/lvm.h"
 
@@ -22,7 +20,7 @@ std::string invocationOf(const Request& request)
 {
     std::string text = "kelpctl";
     if (request.backend) {
-        text += std::string(" ") + wordsOf(*request.backend).flag;
+        text += std::string(" ") + traitsOf(*request.backend).flag;
     }
     if (request.root) {
         text += " --root " + quotedIfBlank(*request.root);
@@ -46,22 +44,18 @@ std::string defaultImage()
     }
 }
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-bool isLower(char c)
-{
-    return c >= 'a' && c <= 'z';
-}
-
-bool isUpper(char c)
-{
-    return c >= 'A' && c <= 'Z';
-}
+constexpr char lettersAndDigits[] = "abcdefghijklmnopqrstuvwxyz0123456789";
 
 } // namespace
+
+std::vector<std::string> secretsOf(const Request& request)
+{
+    std::vector<std::string> secrets;
+    for (const auto& [name, value] : request.environment) {
+        secrets.push_back(value);
+    }
+    return secrets;
+}
 
 Names namesOf(const Request& request)
 {
@@ -75,39 +69,33 @@ Names namesOf(const Request& request)
 std::string lowered(std::string text)
 {
     std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; });
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
     return text;
 }
 
 bool isWslName(const std::string& name)
 {
     constexpr std::size_t longest = 256;
-    const auto isAllowed = [](char c) {
-        return isLower(c) || isUpper(c) || isDigit(c) || c == '.' || c == '_' || c == '-';
-    };
+    const std::string allowed = std::string(lettersAndDigits) + "._-";
     return !name.empty() && name.size() <= longest && lowered(name) != "legacy" &&
-           std::all_of(name.begin(), name.end(), isAllowed);
+           lowered(name).find_first_not_of(allowed) == std::string::npos;
 }
 
 // Groups of letters and digits, with one ".", one or two "_", or any number of "-" in between.
 bool isDockerName(const std::string& name)
 {
-    const auto isWord = [](char c) { return isLower(c) || isDigit(c); };
-    auto position = name.begin();
-    while (position != name.end()) {
-        const auto separator = std::find_if_not(position, name.end(), isWord);
-        if (separator == position) {
-            return false;
-        }
-        if (separator == name.end()) {
+    for (std::size_t start = 0; start < name.size();) {
+        const std::size_t separator = name.find_first_not_of(lettersAndDigits, start);
+        if (separator == std::string::npos) {
             return true;
         }
-        position = std::find_if(separator, name.end(), isWord);
-        const std::string between(separator, position);
-        if (between != "." && between != "_" && between != "__" &&
-            between.find_first_not_of('-') != std::string::npos) {
+        const std::size_t next = name.find_first_of(lettersAndDigits, separator);
+        const std::string between = name.substr(separator, next - separator);
+        if (separator == start || (between != "." && between != "_" && between != "__" &&
+                                   between.find_first_not_of('-') != std::string::npos)) {
             return false;
         }
+        start = next;
     }
     return false;
 }

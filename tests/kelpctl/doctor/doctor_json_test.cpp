@@ -1,4 +1,4 @@
-#include "doctor/json.h"
+#include "doctor/doctor.h"
 
 #include "examinations.h"
 #include "failure/output.h"
@@ -13,7 +13,6 @@
 
 namespace {
 
-using kelpctl::doctorObject;
 using kelpctl::Examination;
 using kelpctl::judge;
 using kelpctl::Names;
@@ -21,7 +20,7 @@ namespace json = boost::json;
 
 json::object object(const Examination& found)
 {
-    return doctorObject(found, judge(found), Names{"kelpctl", found.image, found.container, {}});
+    return describe(found, judge(found), Names{"kelpctl", found.image, found.container, {}}, false).object;
 }
 
 TEST(DoctorJson, HoldsWhatTheTableShows)

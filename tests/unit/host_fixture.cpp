@@ -1,4 +1,4 @@
-#include "host_test.h"
+#include "host_fixture.h"
 
 #include <fstream>
 

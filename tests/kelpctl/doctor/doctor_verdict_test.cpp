@@ -1,5 +1,7 @@
-#include "doctor/verdict.h"
+#include "doctor/doctor.h"
 
+#include "doctor/archives.h"
+#include "doctor/docker.h"
 #include "examinations.h"
 
 #include <gmock/gmock.h>
@@ -11,8 +13,8 @@ namespace {
 
 using kelpctl::Archive;
 using kelpctl::ArchiveKind;
+using kelpctl::CandidateState;
 using kelpctl::Examination;
-using kelpctl::Fate;
 using kelpctl::Finding;
 using kelpctl::judge;
 using kelpctl::Severity;
@@ -176,7 +178,7 @@ TEST(VerdictOnWsl, WhatAnImportNeedsIsOnlyANoteWhileTheDistributionMayBeThere)
 TEST(VerdictOnWsl, CandidateTellsWhatIsWrongWhereThePlaceOfWindowsIsEmpty)
 {
     Examination found = goodWsl();
-    found.wsl.candidates[0] = {"x", Fate::failed, false, failed({"x", "-v"}, 1, "not installed")};
+    found.wsl.candidates[0] = {"x", CandidateState::failed, false, failed({"x", "-v"}, 1, "not installed")};
     found.wsl.listing = failed({"C:\\Windows\\System32\\wsl.exe", "-l", "-q"}, 127, "");
     EXPECT_EQ(keys(found).front(), "!WSL_NOT_INSTALLED");
     found.wsl.candidates[0].answer = failed({"x", "-v"}, -1, "no option");
@@ -186,7 +188,7 @@ TEST(VerdictOnWsl, CandidateTellsWhatIsWrongWhereThePlaceOfWindowsIsEmpty)
 TEST(VerdictOnWsl, OldWslThatWorksIsANote)
 {
     Examination found = goodWsl();
-    found.wsl.candidates[0] = {"x", Fate::failed, false, failed({"x", "-v"}, -1, "no option")};
+    found.wsl.candidates[0] = {"x", CandidateState::failed, false, failed({"x", "-v"}, -1, "no option")};
     EXPECT_EQ(verdict(found), Verdict::exists);
     EXPECT_THAT(keys(found), ElementsAre("WSL_VERSION_UNKNOWN"));
 }
@@ -194,8 +196,8 @@ TEST(VerdictOnWsl, OldWslThatWorksIsANote)
 TEST(VerdictOnWsl, HangingIsAProblemUnlessAnotherWslWorks)
 {
     Examination found = goodWsl();
-    found.wsl.candidates.insert(found.wsl.candidates.begin(),
-                                {"C:\\other\\wsl.exe", Fate::timedOut, false, timedOut({"C:\\other\\wsl.exe", "-v"})});
+    found.wsl.candidates.insert(found.wsl.candidates.begin(), {"C:\\other\\wsl.exe", CandidateState::timedOut, false,
+                                                               timedOut({"C:\\other\\wsl.exe", "-v"})});
     EXPECT_THAT(keys(found), ElementsAre("TOOL_HANGS"));
     EXPECT_EQ(judge(found).findings[0].subject, "wsl.exe");
     found.wsl.candidates.pop_back();
@@ -343,7 +345,7 @@ TEST(Verdict, EachFindingHasAdviceOfItsOwn)
                                                                                   "WSL_NAME_TAKEN",
                                                                                   "WSL_NOT_USABLE",
                                                                                   "WSL_VERSION_UNKNOWN"}) {
-        const Finding finding{Severity::problem, key, "subject", kelpctl::Place::none};
+        const Finding finding{Severity::problem, key, "subject"};
         EXPECT_FALSE(findingText(finding, {}).empty()) << key.text();
         EXPECT_FALSE(findingNextStep(finding, {}).empty()) << key.text();
     }

@@ -1,4 +1,4 @@
-#include "doctor/table.h"
+#include "doctor/doctor.h"
 
 #include "examinations.h"
 
@@ -8,9 +8,9 @@
 
 namespace {
 
+using kelpctl::CandidateState;
+using kelpctl::candidateText;
 using kelpctl::Examination;
-using kelpctl::Fate;
-using kelpctl::fateText;
 using kelpctl::judge;
 using kelpctl::Judgement;
 using kelpctl::Names;
@@ -26,7 +26,7 @@ std::string table(const Examination& found, bool colours = false)
     const Judgement judgement = judge(found);
     const Names names{"kelpctl", found.image, found.container, {}};
     std::string text;
-    for (const std::string& line : doctorTable(found, judgement, names, colours)) {
+    for (const std::string& line : describe(found, judgement, names, colours).lines) {
         text += line + "\n";
     }
     return text;
@@ -172,21 +172,23 @@ TEST(DoctorTable, LinesAreAtMostAHundredAndTwentyColumns)
     }
 }
 
-TEST(Candidates, EachFateIsAWord)
+TEST(Candidates, EachStateIsAWord)
 {
-    const auto text = [](Fate fate, bool taken) { return fateText({"x", fate, taken, failed({"x"}, -1, "")}, limit); };
-    EXPECT_EQ(text(Fate::answers, true), "taken: it answers \"-v\"");
-    EXPECT_EQ(text(Fate::failed, false), "passed over: \"-v\" failed with status -1 (0xFFFFFFFF)");
-    EXPECT_EQ(text(Fate::notStarted, false), "passed over: it could not be started");
-    EXPECT_EQ(text(Fate::timedOut, false), "passed over: it did not answer \"-v\" within 10 s");
-    EXPECT_EQ(text(Fate::notAsked, false), "not looked at: the search had ended");
-    EXPECT_EQ(text(Fate::regularFile, true), "taken: it is the first that is a file");
-    EXPECT_EQ(text(Fate::hostsOwn, false), "passed over: it lies in bin\\win64, among the host's own programs");
-    EXPECT_EQ(text(Fate::missing, false), "passed over: it does not exist");
-    EXPECT_EQ(text(Fate::link, true), "taken all the same, since no other is better: it is a link");
-    EXPECT_EQ(text(Fate::notAFile, false), "passed over: it is no file");
-    EXPECT_EQ(text(Fate::notReadable, false), "it cannot be looked at, which ends the search");
-    EXPECT_EQ(text(Fate::notLookedAt, false), "not looked at: the search had ended");
+    const auto text = [](CandidateState state, bool taken) {
+        return candidateText({"x", state, taken, failed({"x"}, -1, "")}, limit);
+    };
+    EXPECT_EQ(text(CandidateState::answers, true), "taken: it answers \"-v\"");
+    EXPECT_EQ(text(CandidateState::failed, false), "passed over: \"-v\" failed with status -1 (0xFFFFFFFF)");
+    EXPECT_EQ(text(CandidateState::notStarted, false), "passed over: it could not be started");
+    EXPECT_EQ(text(CandidateState::timedOut, false), "passed over: it did not answer \"-v\" within 10 s");
+    EXPECT_EQ(text(CandidateState::notLookedAt, false), "not looked at: the search had ended");
+    EXPECT_EQ(text(CandidateState::regularFile, true), "taken: it is the first that is a file");
+    EXPECT_EQ(text(CandidateState::hostsOwn, false),
+              "passed over: it lies in bin\\win64, among the host's own programs");
+    EXPECT_EQ(text(CandidateState::missing, false), "passed over: it does not exist");
+    EXPECT_EQ(text(CandidateState::link, true), "taken all the same, since no other is better: it is a link");
+    EXPECT_EQ(text(CandidateState::notAFile, false), "passed over: it is no file");
+    EXPECT_EQ(text(CandidateState::notReadable, false), "it cannot be looked at, which ends the search");
 }
 
 TEST(Sizes, AreRoundedAndExact)

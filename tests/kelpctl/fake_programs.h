@@ -1,6 +1,6 @@
 #pragma once
 
-#include "asking/programs.h"
+#include "asking/run.h"
 
 #include <map>
 #include <stdexcept>
@@ -8,7 +8,7 @@
 #include <vector>
 
 // Programs that answer by their command line; any other fails.
-class Desk {
+class FakePrograms {
 public:
     std::map<std::string, orb::process::detail::RunResult> answers;
     std::map<std::string, std::string> environment;
