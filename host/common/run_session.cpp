@@ -18,10 +18,10 @@ void RunSession::received(Stream stream, std::size_t size)
 
 bool RunSession::endWanted()
 {
-    if (terminated_ || !asks() || Clock::now() < nextQuestion_) {
+    if (terminated_ || !asks() || now_() < nextQuestion_) {
         return false;
     }
-    nextQuestion_ = Clock::now() + questionInterval;
+    nextQuestion_ = now_() + questionInterval;
     if (feeder_ && feeder_->failed()) {
         return true;
     }
@@ -38,7 +38,7 @@ void RunSession::programExited()
 void RunSession::extendStreamDeadline()
 {
     // A limit too long to be added to the clock is no limit.
-    const Clock::time_point now = Clock::now();
+    const Clock::time_point now = now_();
     const auto limit = terminated_ ? std::min(options_.streamTimeout, terminatedStreamTimeout) : options_.streamTimeout;
     const bool endless = limit >= std::chrono::floor<std::chrono::milliseconds>(Clock::time_point::max() - now);
     streamDeadline_ = endless ? Clock::time_point::max() : now + limit;
@@ -50,7 +50,7 @@ std::optional<std::chrono::milliseconds> RunSession::patience() const
         return std::nullopt;
     }
     const Clock::time_point next = exited_ ? streamDeadline_ : nextQuestion_;
-    const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
+    const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(next - now_());
     // The systems count the milliseconds of a wait in 32 bits at most.
     return std::clamp<std::chrono::milliseconds>(remaining, std::chrono::milliseconds{0}, std::chrono::hours{24});
 }

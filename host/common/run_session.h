@@ -18,7 +18,11 @@ class RunSession {
 public:
     using Clock = std::chrono::steady_clock;
 
-    explicit RunSession(const RunOptions& options) : options_(options), nextQuestion_(Clock::now() + questionInterval)
+    // The time that limits are counted in.
+    using Now = Clock::time_point (*)();
+
+    explicit RunSession(const RunOptions& options, Now now = Clock::now)
+        : options_(options), now_(now), nextQuestion_(now() + questionInterval)
     {
     }
 
@@ -42,7 +46,7 @@ public:
     std::optional<std::chrono::milliseconds> patience() const;
 
     // The program has exited and its streams have been silent for too long.
-    bool streamsOverdue() const { return exited_ && Clock::now() >= streamDeadline_; }
+    bool streamsOverdue() const { return exited_ && now_() >= streamDeadline_; }
 
     // Ends the feeding, calls the exit callback and gives the result. Throws what the input handler threw.
     RunResult finish(ExitReport report);
@@ -57,6 +61,7 @@ private:
     void extendStreamDeadline();
 
     const RunOptions& options_;
+    const Now now_;
     Capture output_;
     Capture error_;
     std::optional<InputFeeder> feeder_;

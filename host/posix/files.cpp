@@ -1,12 +1,6 @@
 #include "host/files.h"
 
-#include "random_bits.h"
-
 #include "host/text.h"
-
-#include <sys/random.h>
-
-#include <cerrno>
 
 namespace foundation::core::path {
 
@@ -48,15 +42,6 @@ bool is_link(const std::filesystem::path& path)
 bool is_regular_file(const std::filesystem::path& path)
 {
     return typeBy(std::filesystem::status, "status", path) == std::filesystem::file_type::regular;
-}
-
-RandomBits randomBits()
-{
-    RandomBits bits{};
-    if (getrandom(bits.data(), bits.size(), 0) != static_cast<ssize_t>(bits.size())) {
-        throw std::system_error(errno, std::system_category(), "getrandom");
-    }
-    return bits;
 }
 
 } // namespace foundation::core::path

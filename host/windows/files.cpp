@@ -2,15 +2,12 @@
 
 #include "handle.h"
 #include "program_search.h"
-#include "random_bits.h"
 #include "system_error.h"
 
 #include <optional>
 #include <string_view>
 
 #include <windows.h>
-
-#include <bcrypt.h>
 
 namespace foundation::core::path {
 
@@ -139,17 +136,6 @@ std::u16string temp_directory_name()
         name.pop_back();
     }
     return {name.begin(), name.end()};
-}
-
-RandomBits randomBits()
-{
-    RandomBits bits{};
-    const NTSTATUS status =
-        BCryptGenRandom(nullptr, bits.data(), static_cast<ULONG>(bits.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG);
-    if (status < 0) {
-        throw system::SystemError(static_cast<DWORD>(status), "BCryptGenRandom");
-    }
-    return bits;
 }
 
 } // namespace foundation::core::path

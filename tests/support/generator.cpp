@@ -110,7 +110,7 @@ std::string Generator::textOrNothing()
 std::string Generator::nearly(const std::string& text)
 {
     std::string other = text;
-    switch (below(6)) {
+    switch (below(7)) {
     case 0:
         std::transform(other.begin(), other.end(), other.begin(), [](unsigned char c) { return std::toupper(c); });
         return other;
@@ -126,9 +126,21 @@ std::string Generator::nearly(const std::string& text)
         return other + "2";
     case 4:
         return "x" + other;
+    case 5:
+        return within(other);
     default:
         return other;
     }
+}
+
+// Something in the middle of the text, between two of its characters.
+std::string Generator::within(std::string text)
+{
+    std::size_t place = below(text.size() + 1);
+    while (place < text.size() && (text[place] & 0xC0) == 0x80) {
+        ++place;
+    }
+    return text.insert(place, word());
 }
 
 std::string Generator::blanks()

@@ -29,7 +29,7 @@ public:
     std::string word();
     // Empty half the time, otherwise a text; for what has a default.
     std::string textOrNothing();
-    // Nearly `text`: in another case, with a blank, cut, or continued. Sometimes the same.
+    // Nearly `text`: in another case, with a blank, cut, continued, or with something in it. Sometimes the same.
     std::string nearly(const std::string& text);
     // Blanks of all kinds, at least one.
     std::string blanks();
@@ -39,6 +39,8 @@ public:
     std::size_t count();
 
 private:
+    std::string within(std::string text);
+
     std::mt19937_64 random_;
 };
 

@@ -187,13 +187,14 @@ INSTANTIATE_TEST_SUITE_P(Seed, WslListingRule, testing::Range(250U, 256U));
 
 class WslAddressRule : public RuleTest {
 protected:
-    // Often exactly what is looked for, otherwise something like it.
+    // Mostly what is looked for, somewhere in a text, otherwise something like it.
     std::u16string like(const std::string& text)
     {
-        const std::string found = any.oneIn(3) ? any.nearly(text) : text;
-        std::string lower = found;
-        std::replace(lower.begin(), lower.end(), '(', '[');
-        return wide(any.textOrNothing() + (any.oneIn(8) ? lower : found) + any.textOrNothing());
+        static const std::vector<std::string> others = {"(WSL",   "WSL)",    "(wsl)",   "(WSL (Hyper-V firewall))",
+                                                        "( WSL)", "(WSL2)",  "virtual", "VIRTUAL",
+                                                        "Virtua", "Hyper-V", ""};
+        const std::string found = any.oneIn(4) ? any.nearly(text) : any.oneIn(4) ? any.oneOf(others) : text;
+        return wide(any.textOrNothing() + found + any.textOrNothing());
     }
 
     std::vector<InetAddress> addresses()
