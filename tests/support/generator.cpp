@@ -67,6 +67,12 @@ std::string Generator::text()
     for (std::size_t i = 0; i < length; ++i) {
         text += oneIn(3) ? oneOf(others) : oneOf(known);
     }
+    if (oneIn(6)) {
+        text += oneOf(std::vector<std::string>{" ", "\t", "\r", "\n", "\r\n", "  "});
+    }
+    if (oneIn(12)) {
+        text.insert(0, " ");
+    }
     if (oneIn(60)) {
         return text + std::string(oneIn(30) ? hugeSize : 70'000, 'x') + text;
     }

@@ -146,13 +146,14 @@ TEST_P(FrameRule, TheCheckOfWslTellsAnyFailureFromSuccess)
 TEST_P(FrameRule, TheFirstInputOfTheSetupIsTheArchiveIfItIsText)
 {
     setVariable("USE_WSL", "0");
-    forManyValues(60, [this] {
+    forManyValues(150, [this] {
         host().fileTypes = {{u"D:\\docker.exe", std::filesystem::file_type::regular}};
-        const std::vector<hxClass> classes = {hxClass::character, hxClass::character, hxClass::floating, hxClass::cell};
-        hxArray first{"first", any.oneOf(classes), wide(any.textOrNothing()), 1};
+        const std::vector<hxClass> classes = {hxClass::character, hxClass::character, hxClass::character,
+                                              hxClass::floating, hxClass::cell};
+        hxArray first{"first", any.oneOf(classes), wide(any.text()), 1};
         hxArray second{"second", hxClass::character, u"second", 0};
         hxArray* inputs[] = {any.oneIn(5) ? nullptr : &first, &second};
-        const int count = static_cast<int>(any.below(4)) - 1;
+        const int count = static_cast<int>(any.below(5)) - 1;
         const bool given = count > 0 && inputs[0] != nullptr && first.elementClass == hxClass::character;
         const std::u16string path = given ? first.text : u"";
         const std::u16string expected = path.empty() ? getContainerTarsDirectory() + u"/kelp_hub_docker.tar" : path;
