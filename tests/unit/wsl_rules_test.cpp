@@ -23,7 +23,10 @@ protected:
         std::string candidate = any.text();
         const std::size_t count = any.count();
         for (std::size_t i = 0; i < count; ++i) {
-            candidate = any.oneIn(3) ? any.nearly(candidate) : any.text();
+            // Often the same again.
+            if (!any.oneIn(3)) {
+                candidate = any.oneIn(3) ? any.nearly(candidate) : any.text();
+            }
             printed += candidate;
             printed += any.oneIn(2) ? "\r\n" : any.blanks();
         }
@@ -116,7 +119,10 @@ protected:
         std::string name = any.word();
         const std::size_t count = any.count();
         for (std::size_t i = 0; i < count; ++i) {
-            name = any.oneIn(3) ? any.nearly(name) : any.word();
+            // Often the same again.
+            if (!any.oneIn(3)) {
+                name = any.oneIn(3) ? any.nearly(name) : any.word();
+            }
             for (const char character : name + (any.oneIn(5) ? any.blanks() : "\r\n")) {
                 printed += character;
                 printed += '\0';
