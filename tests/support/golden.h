@@ -4,5 +4,6 @@
 #include <filesystem>
 #include <string>
 
-// Compares the text with the golden file, or makes it the golden file when ZQORB_RENEW_GOLDEN is set.
+// Compares the text with the golden file, or makes it the golden file when ZQORB_RENEW_GOLDEN is set; a test fails that
+// is to do so in continuous integration, where CI is set.
 void expectGolden(const std::filesystem::path& file, const std::string& text);

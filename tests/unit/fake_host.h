@@ -65,6 +65,8 @@ public:
     std::u16string temporaryDirectory = u"the temp dir";
     std::u16string temporaryName = u"the temp dir/new name";
     std::function<bool(const std::filesystem::path&, std::error_code&)> isLink;
+    // The types of paths that the file system is not asked for.
+    std::map<std::u16string, std::filesystem::file_type> fileTypes;
     bool acceptsRecords = true;
     bool sleepsReally = false;
     // Called with each event after it is recorded; an exception passes to whoever called the service.

@@ -103,6 +103,9 @@ namespace {
 
 std::filesystem::file_type typeOf(const char* operation, const std::filesystem::path& path)
 {
+    if (const auto known = host().fileTypes.find(path.u16string()); known != host().fileTypes.end()) {
+        return known->second;
+    }
     std::error_code error;
     const std::filesystem::file_type type = std::filesystem::status(path, error).type();
     if (type == std::filesystem::file_type::none) {

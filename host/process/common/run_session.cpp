@@ -18,10 +18,10 @@ void RunSession::commit(Stream stream, std::size_t size)
 
 bool RunSession::shouldTerminate()
 {
-    if (!polls() || Clock::now() < nextPoll_) {
+    if (!polls() || now_() < nextPoll_) {
         return false;
     }
-    nextPoll_ = Clock::now() + pollInterval;
+    nextPoll_ = now_() + pollInterval;
     if (feeder_ && feeder_->failed()) {
         return true;
     }
@@ -41,7 +41,7 @@ void RunSession::programExited()
 void RunSession::extendStreamDeadline()
 {
     // A limit too long to be added to the clock is no limit.
-    const Clock::time_point now = Clock::now();
+    const Clock::time_point now = now_();
     const auto limit =
         terminated_ ? std::min(options_.streamTimeout(), terminatedStreamTimeout) : options_.streamTimeout();
     const bool endless = limit >= std::chrono::floor<std::chrono::milliseconds>(Clock::time_point::max() - now);
@@ -57,7 +57,7 @@ std::optional<std::chrono::milliseconds> RunSession::timeout() const
     if (next == Clock::time_point::max()) {
         return std::nullopt;
     }
-    const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
+    const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(next - now_());
     // The systems count the milliseconds of a wait in 32 bits at most.
     return std::clamp<std::chrono::milliseconds>(remaining, std::chrono::milliseconds{0}, std::chrono::hours{24});
 }

@@ -18,7 +18,13 @@ class RunSession {
 public:
     using Clock = std::chrono::steady_clock;
 
-    explicit RunSession(const RunOptions& options) : options_(options), nextPoll_(Clock::now() + pollInterval) {}
+    // The time that limits are counted in.
+    using Now = Clock::time_point (*)();
+
+    explicit RunSession(const RunOptions& options, Now now = Clock::now)
+        : options_(options), now_(now), nextPoll_(now() + pollInterval)
+    {
+    }
 
     // Feeds the program's standard input from now on.
     void feed(std::unique_ptr<InputSink> sink) { feeder_.emplace(options_.inputHandler(), std::move(sink)); }
@@ -40,7 +46,7 @@ public:
     std::optional<std::chrono::milliseconds> timeout() const;
 
     // The program has exited and its streams have been silent for too long.
-    bool streamsOverdue() const { return exited_ && Clock::now() >= streamDeadline_; }
+    bool streamsOverdue() const { return exited_ && now_() >= streamDeadline_; }
 
     // Ends the feeding, calls the exit callback and gives the result. Throws what the input handler threw.
     RunResult finish(ExitReport report);
@@ -58,6 +64,7 @@ private:
     void extendStreamDeadline();
 
     const RunOptions& options_;
+    const Now now_;
     Capture output_;
     Capture error_;
     std::optional<InputFeeder> feeder_;

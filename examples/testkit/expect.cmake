@@ -1,0 +1,21 @@
+# Runs a program that must end with a status and print a text:
+#     cmake -D STATUS=0 -D TEXT=ready -P expect.cmake -- PROGRAM ARGUMENT...
+# (CTest's PASS_REGULAR_EXPRESSION would look at the text only: a host that prints it and then crashes would pass.)
+set(command "")
+set(separator_seen FALSE)
+foreach(index RANGE ${CMAKE_ARGC})
+    if(separator_seen AND index LESS CMAKE_ARGC)
+        list(APPEND command "${CMAKE_ARGV${index}}")
+    elseif("${CMAKE_ARGV${index}}" STREQUAL "--")
+        set(separator_seen TRUE)
+    endif()
+endforeach()
+
+execute_process(COMMAND ${command} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
+message("${output}")
+string(FIND "${output}" "${TEXT}" place)
+if(NOT status STREQUAL STATUS)
+    message(FATAL_ERROR "the program ended with ${status}, not with ${STATUS}")
+elseif(place EQUAL -1)
+    message(FATAL_ERROR "the program did not print \"${TEXT}\"")
+endif()
