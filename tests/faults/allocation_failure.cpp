@@ -94,6 +94,7 @@ public:
           sink_(foundation::core::diag::attach_sink([](const foundation::core::diag::log_record&) {}))
     {
         setting_.build(FAULT_PLAYER);
+        archive_ = setting_.places().givenArchive;
         usual_ = Model(scenario, setting_.places(), scenario.before).perform({}).result;
     }
 
@@ -107,7 +108,7 @@ private:
     {
         setting_.stage().rewind({});
         setting_.resetState();
-        return resultOf(scenario_.operation);
+        return resultOf(scenario_.operation, archive_);
     }
     // What this may come to when memory is short: a candidate that cannot be tried is passed over, and a folder that
     // cannot be made is left for wsl.exe to report.
@@ -124,6 +125,7 @@ private:
     const Scenario& scenario_;
     foundation::core::diag::sink_handle sink_;
     std::string usual_;
+    std::string archive_;
     long expectedLive_ = 0;
     std::map<int, int> endings_;
 };
@@ -143,7 +145,7 @@ Try Tries::tryOnce(bool warm, long number, long expectedLive, int report) const
     const std::size_t handles = openHandles();
     counted = 0;
     failing = number;
-    std::string result = resultOf(scenario_.operation);
+    std::string result = resultOf(scenario_.operation, archive_);
     failing = 0;
     const bool reached = number != 0 && counted >= number;
     std::string next = perform();

@@ -64,7 +64,8 @@ bool isRunning(long long process, const std::filesystem::path& folder)
     program.resize(known ? length : 0);
     const bool running = WaitForSingleObject(handle, 0) == WAIT_TIMEOUT;
     CloseHandle(handle);
-    return running && std::filesystem::path(program).parent_path() == folder;
+    const std::filesystem::path below = std::filesystem::path(program).lexically_relative(folder);
+    return running && !below.empty() && *below.begin() != "..";
 }
 
 std::size_t threadCount()
@@ -78,6 +79,11 @@ std::size_t remainingChildren()
 {
     return 0;
 }
+
+const bool canHaveWslAddress = false;
+
+WslAddress::WslAddress(const std::string&) {}
+WslAddress::~WslAddress() = default;
 
 std::size_t residentMemory()
 {

@@ -2,85 +2,95 @@
 
 #include <algorithm>
 #include <sstream>
-#include <stdexcept>
+#include <utility>
 
 namespace faults {
 namespace {
 
-constexpr char hub[] = "kelp_hub_R2026b";
-constexpr char usualWsl[] = "C:\\Windows\\System32\\wsl.exe";
-constexpr char common[] = "orb:lvm:common";
-constexpr char wsl[] = "orb:lvm:wsl";
-constexpr char docker[] = "orb:lvm:docker";
+constexpr char commonChannel[] = "orb:lvm:common";
+constexpr char wslChannel[] = "orb:lvm:wsl";
+constexpr char dockerChannel[] = "orb:lvm:docker";
 
-std::vector<std::string> wordsOf(const std::string& text)
+constexpr char fallbackWsl[] = "C:\\Windows\\System32\\wsl.exe";
+constexpr char baseName[] = "kelp_hub";
+constexpr char hostTree[] = "bin\\win64";
+
+std::string addKVRelease(const std::string& name)
+{
+    return name + "_R2026b";
+}
+
+std::string hubTag()
+{
+    return baseName + addKVRelease(baseName);
+}
+
+std::string nameOr(const std::string& given, const std::string& usual)
+{
+    return given.empty() ? usual : given;
+}
+
+// White space as the C library knows it, at both ends.
+std::string trimmed(const std::string& text)
+{
+    constexpr char space[] = " \t\n\v\f\r";
+    const std::size_t first = text.find_first_not_of(space);
+    return first == std::string::npos ? std::string() : text.substr(first, text.find_last_not_of(space) + 1 - first);
+}
+
+std::vector<std::string> words(const std::string& text)
 {
     std::istringstream stream(text);
-    std::vector<std::string> words;
+    std::vector<std::string> all;
     for (std::string word; stream >> word;) {
-        words.push_back(word);
+        all.push_back(word);
     }
-    return words;
+    return all;
 }
 
-std::string trimmed(std::string text)
-{
-    constexpr char blanks[] = " \t\n\v\f\r";
-    text.erase(text.find_last_not_of(blanks) + 1);
-    text.erase(0, text.find_first_not_of(blanks));
-    return text;
-}
-
-std::vector<std::string> linesOf(const std::string& text)
+std::vector<std::string> trimmedLines(const std::string& text)
 {
     std::istringstream stream(text);
-    std::vector<std::string> lines;
+    std::vector<std::string> all;
     for (std::string line; std::getline(stream, line);) {
-        if (line = trimmed(line); !line.empty()) {
-            lines.push_back(line);
-        }
+        all.push_back(trimmed(line));
     }
-    return lines;
+    std::erase(all, "");
+    return all;
 }
 
-// In a command line, as a path with blanks must be.
-std::string quoted(const std::string& path)
-{
-    return path.find(' ') == std::string::npos ? path : '"' + path + '"';
-}
-
-// Good enough for what the simulation prints: its garbage begins with bytes that no UTF-8 text has.
-bool isText(const std::string& text)
-{
-    return text.find('\xff') == std::string::npos && text.find('\x80') == std::string::npos;
-}
-
-bool has(const std::vector<std::string>& list, const std::string& name)
-{
-    return std::count(list.begin(), list.end(), name) > 0;
-}
-
-std::string inBrackets(const std::vector<std::string>& list)
+std::string bracketed(const std::vector<std::string>& list)
 {
     std::string text;
     for (const std::string& element : list) {
-        text += (text.empty() ? "[" : " [") + element + "]";
+        text += (text.empty() ? "" : " ") + ("[" + element + "]");
     }
     return text;
 }
 
-std::string fileName(const std::string& path)
+bool holds(const std::vector<std::string>& list, const std::string& element)
 {
-    return path.substr(path.find_last_of("/\\") + 1);
+    return std::find(list.begin(), list.end(), element) != list.end();
 }
 
-// The simulated programs are known without the suffix that Windows gives them.
-bool isLookup(const std::string& program)
+std::string digit(bool flag)
 {
-    return program == "where" || program == "which";
+    return flag ? "1" : "0";
+}
+
+// Enough for what the simulation prints.
+bool isUtf8(const std::string& text)
+{
+    return text.find_first_of("\x80\xff\xc3") == std::string::npos;
 }
 
 } // namespace
+
+std::string relativeProgram(const Places& places, const std::string& command)
+{
+    const bool inside = command.starts_with(places.programs);
+    return inside ? std::filesystem::path(command.substr(places.programs.size())).generic_string() : command;
+}
 
 Model::Model(const Scenario& scenario, Places places, State state)
     : scenario_(scenario), places_(std::move(places)), state_(std::move(state))
@@ -93,7 +103,8 @@ Outcome Model::perform(const Plan& plan)
     calls_ = 0;
     outcome_ = {};
     try {
-        operation(scenario_.operation);
+        const std::string result = operation(scenario_.operation);
+        outcome_.result = result;
     } catch (const Thrown& thrown) {
         outcome_.result = thrown.result;
         outcome_.arguments = thrown.arguments;
@@ -101,327 +112,401 @@ Outcome Model::perform(const Plan& plan)
     return outcome_;
 }
 
-void Model::logLine(const std::string& channel, std::uint32_t severity, const std::string& text)
+void Model::detail(const char* channel, const std::string& text)
 {
-    outcome_.log.push_back({channel, severity, text});
+    outcome_.log.push_back({channel, 8, text});
 }
 
-bool Model::isBroken(const std::string& program, Fault how) const
+void Model::error(const char* channel, const std::string& text)
 {
-    return plan_.fault == how && program == plan_.program && calls_ + 1 >= plan_.call;
+    outcome_.log.push_back({channel, 512, text});
 }
 
-bool Model::isProgramFile(const std::string& path) const
+bool Model::isSpoilt(const std::string& program, Fault how) const
 {
-    const std::string name = fileName(path);
-    return path == places_.programs + name && !isBroken(name, Fault::missing) &&
-           (name == "wsl.exe" || name == "docker.exe");
+    return plan_.fault == how && plan_.program == program && calls_ + 1 >= plan_.call;
 }
 
-// The process service, as its header promises it.
+Entry Model::whatIsAt(const std::string& path) const
+{
+    std::vector<std::string> all = state_.candidates;
+    all.insert(all.end(), {"wsl.exe", "docker.exe"});
+    for (const std::string& each : all) {
+        if (path == nativePath(places_.programs, each)) {
+            return isSpoilt(each, Fault::missing) ? Entry::nothing : entryOf(each);
+        }
+    }
+    return Entry::nothing;
+}
+
+// A program that is not there is a run that failed; one that is there and cannot be started is an exception.
 Answer Model::run(const std::vector<std::string>& command)
 {
     const std::string& program = command.front();
     if (program.find('\0') != std::string::npos) {
         throw Thrown{"std::invalid_argument", {}};
     }
-    const std::string name = fileName(program);
-    const bool isThere =
-        isLookup(name) ? program == name && (name == "where") != scenario_.which && !isBroken(name, Fault::missing)
-                       : isProgramFile(program);
-    if (!isThere) {
+    const std::string name = relativeProgram(places_, program);
+    const bool onPath = program == (scenario_.which ? "which" : "where") && !isSpoilt(program, Fault::missing);
+    const Entry entry = onPath ? Entry::program : whatIsAt(program);
+    if (entry == Entry::nothing) {
         return {127, {}, "cannot start '" + program + "': No such file or directory\n"};
     }
-    if (isBroken(name, Fault::unstartable)) {
+    if (entry == Entry::folder || isSpoilt(name, Fault::unstartable)) {
         throw Thrown{"std::system_error", {}};
     }
     ++calls_;
     outcome_.calls.push_back(command);
     const Fault fault = calls_ == plan_.call ? plan_.fault : Fault::none;
-    const Arguments arguments(command.begin() + 1, command.end());
-    return answerWith(fault, state_, places_.programs, name, arguments);
+    return answerWith(fault, state_, places_.programs, name, {command.begin() + 1, command.end()});
 }
 
-std::string Model::findWsl()
+// Narrow text as a path.
+std::string Model::toPath(const std::string& text) const
 {
-    Answer lookup = run({"where", "wsl.exe"});
-    if (lookup.status != 0) {
-        detail(wsl, "check_possible_executables: \"where\" command was not found");
-        lookup = run({"which", "wsl.exe"});
+    if (!isUtf8(text) && !consolesHaveCodePages) {
+        throw Thrown{"std::system_error", {}};
+    }
+    return text;
+}
+
+bool Model::archiveExists(const std::string& path) const
+{
+    if (path == places_.givenArchive) {
+        return true;
+    }
+    switch (scenario_.archives) {
+    case Archives::packed:
+        return path.ends_with(".tar.gz");
+    case Archives::plain:
+        return path.ends_with(".tar");
+    default:
+        return false;
+    }
+}
+
+// The second is taken untested when the first does not exist.
+std::string Model::defaultArchive(const std::string& packed, const std::string& plain) const
+{
+    return places_.archives + (archiveExists(places_.archives + packed) ? packed : plain);
+}
+
+// Asked once in the life of a process.
+std::string Model::chosenWsl()
+{
+    if (keptWsl_) {
+        return *keptWsl_;
+    }
+    Answer lookUp = run({"where", "wsl.exe"});
+    if (lookUp.status != 0) {
+        detail(wslChannel, "check_possible_executables: \"where\" command was not found");
+        lookUp = run({"which", "wsl.exe"});
     }
     std::vector<std::string> candidates;
-    if (lookup.status == 0) {
-        detail(wsl, "check_possible_executables: wsl_path_candidate = " + trimmed(lookup.output));
-        candidates = linesOf(lookup.output);
+    if (lookUp.status == 0) {
+        const std::string output = trimmed(lookUp.output);
+        detail(wslChannel, "check_possible_executables: wsl_path_candidate = " + output);
+        candidates = trimmedLines(output);
     }
     for (const std::string& candidate : candidates) {
         try {
             if (run({candidate, "-v"}).status == 0) {
+                keptWsl_ = candidate;
                 return candidate;
             }
         } catch (const Thrown&) {
-            continue;
+            // One that cannot be run is passed over without a word.
         }
     }
-    detail(wsl, std::string("check_possible_executables: fallback to ") + usualWsl);
-    return usualWsl;
+    keptWsl_ = fallbackWsl;
+    detail(wslChannel, std::string("check_possible_executables: fallback to ") + fallbackWsl);
+    return *keptWsl_;
 }
 
-std::string Model::wslPath()
+std::string Model::getExecutablePath()
 {
-    if (!keptWslPath_) {
-        keptWslPath_ = findWsl();
-    }
-    detail(wsl, "getExecutablePath: wsl_path " + *keptWslPath_);
-    return *keptWslPath_;
+    const std::string path = chosenWsl();
+    detail(wslChannel, "getExecutablePath: wsl_path " + path);
+    return path;
 }
 
-std::vector<std::string> Model::distributions(bool running)
+std::string Model::getDockerExecutablePath()
 {
-    const std::string path = wslPath();
-    detail(wsl, "getDistros: wslPath = " + path);
-    std::vector<std::string> command{path, "--list", "-q"};
-    if (running) {
-        detail(wsl, "getDistros: wslPath onlyRunning = true");
-        command.emplace_back("--running");
-    }
-    if (scenario_.extraLogging) {
-        detail(wsl, "getDistros: args = " + inBrackets(command));
-    }
-    Answer listing = run(command);
-    detail(wsl, "getDistros: status = " + std::to_string(listing.status));
-    if (listing.status != 0) {
-        error(wsl, "getDistros: status = " + std::to_string(listing.status) + "; " + listing.error);
+    const Answer lookUp = run({"where", "docker.exe"});
+    if (lookUp.status != 0) {
         return {};
     }
-    if (listing.output.empty()) {
-        detail(wsl, "getDistros: no distros");
-        return {};
-    }
-    std::erase(listing.output, '\0');
-    const std::vector<std::string> names = wordsOf(listing.output);
-    if (scenario_.extraLogging) {
-        detail(wsl, "getDistros: distros = " + inBrackets(names));
-    }
-    return names;
-}
-
-void Model::startDistribution()
-{
-    const bool running = has(distributions(true), hub);
-    // No machine that runs these tests has an adapter of WSL.
-    detail(wsl, "importFromTarIfNecessary: (1) wslIPAddress =  ");
-    if (running) {
-        return;
-    }
-    detail(wsl, "importFromTarIfNecessary: wslIPAddress is empty and distro is not running");
-    run({wslPath(), "-d", hub, "--exec", "~"});
-}
-
-void Model::wslImport()
-{
-    detail(wsl, "importFromTarIfNecessary: WSL");
-    const std::string path = wslPath();
-    detail(wsl, "importFromTarIfNecessary: wslPath = " + path);
-    detail(wsl, std::string("importFromTarIfNecessary: localDistroName = ") + hub);
-    const bool exists = has(distributions(false), hub);
-    detail(wsl, std::string("importFromTarIfNecessary: kelp distro exists ") + (exists ? "1" : "0"));
-    if (exists) {
-        startDistribution();
-        return;
-    }
-    detail(wsl, "importFromTarIfNecessary: attempt to import distro");
-    const std::string archive =
-        places_.archives + (scenario_.uncompressed ? "kelp_hub_distro.tar" : "kelp_hub_distro.tar.gz");
-    detail(wsl, "importFromTarIfNecessary: localTarFilePath = " + archive);
-    detail(wsl, std::string("importFromTarIfNecessary: useGZ = ") + (scenario_.uncompressed ? "0" : "1"));
-    const std::string location = "importFromTarIfNecessary: localDistroLocationPath";
-    const std::string folder = "{new folder}";
-    detail(wsl, location + " = " + folder);
-    detail(wsl, location + " exist " + folder + " distroLocationExist = 0");
-    detail(wsl, location + " = " + folder + " doesn't exist, will attempt to create");
-    detail(wsl, location + " wasCreated = 1");
-    const Answer import = run({path, "--import", hub, folder, archive, "--version", "2"});
-    if (import.status == 0) {
-        return;
-    }
-    const std::string failed = "importFromTarIfNecessary: distro's import unsuccessful ";
-    detail(wsl, failed + "status = " + std::to_string(import.status));
-    error(wsl, failed + "cout = " + import.output);
-    error(wsl, failed + "cerr = " + import.error);
-    throw Thrown{"WSL_CANNOT_IMPORT_TAR_FILE",
-                 {archive, "cout = \n" + import.output + "\ncerr = \n" + import.error + "\n"}};
-}
-
-std::string Model::dockerPath()
-{
-    const Answer lookup = run({"where", "docker.exe"});
-    if (lookup.status != 0) {
-        return {};
-    }
-    for (const std::string& line : linesOf(lookup.output)) {
-        if (!isText(line) && !consolesHaveCodePages) {
-            throw Thrown{"std::system_error", {}};
-        }
-        if (isProgramFile(line)) {
+    const std::string output = trimmed(lookUp.output);
+    for (const std::string& line : trimmedLines(output)) {
+        if (line.find(hostTree) == std::string::npos && whatIsAt(toPath(line)) == Entry::program) {
             return line;
         }
     }
-    return trimmed(lookup.output);
+    return output;
 }
 
-std::vector<std::string> Model::images()
+std::string Model::executablePath()
 {
-    const Answer listing = run({dockerPath(), "images", "--format", "{{.Repository}}"});
-    std::vector<std::string> names;
-    if (listing.status == 0) {
-        names = wordsOf(listing.output);
-    }
-    for (std::string& name : names) {
-        name = name.substr(name.rfind('/') + 1);
-    }
-    return names;
+    return usesWsl() ? getExecutablePath() : getDockerExecutablePath();
 }
 
-bool Model::pull()
+std::vector<std::string> Model::getDistros(bool onlyRunning)
+{
+    const std::string wslPath = getExecutablePath();
+    detail(wslChannel, "getDistros: wslPath = " + wslPath);
+    std::vector<std::string> command = {wslPath, "--list", "-q"};
+    if (onlyRunning) {
+        detail(wslChannel, "getDistros: wslPath onlyRunning = true");
+        command.emplace_back("--running");
+    }
+    if (scenario_.extraLogging) {
+        detail(wslChannel, "getDistros: args = " + bracketed(command));
+    }
+    Answer answer = run(command);
+    detail(wslChannel, "getDistros: status = " + std::to_string(answer.status));
+    if (answer.status != 0) {
+        error(wslChannel, "getDistros: status = " + std::to_string(answer.status) + "; " + answer.error);
+        return {};
+    }
+    if (answer.output.empty()) {
+        detail(wslChannel, "getDistros: no distros");
+        return {};
+    }
+    std::erase(answer.output, '\0');
+    const std::vector<std::string> distros = words(answer.output);
+    if (scenario_.extraLogging) {
+        detail(wslChannel, "getDistros: distros = " + bracketed(distros));
+    }
+    return distros;
+}
+
+void Model::wakeDistribution()
+{
+    detail(wslChannel, "importFromTarIfNecessary: wslIPAddress is empty and distro is not running");
+    // Always the default one, whichever was asked for.
+    std::vector<std::string> command = getContainerArgumentsPrefix("");
+    command.emplace_back("~");
+    run(command);
+    // Then the address is asked for three times, in vain on this machine.
+}
+
+void Model::wslImportFromTarIfNecessary(const std::string& tarPath, const std::string& imageName)
+{
+    const std::string wslPath = getExecutablePath();
+    detail(wslChannel, "importFromTarIfNecessary: wslPath = " + wslPath);
+    const std::string distro = nameOr(imageName, addKVRelease(baseName));
+    detail(wslChannel, "importFromTarIfNecessary: localDistroName = " + distro);
+    const bool exists = holds(getDistros(false), distro);
+    detail(wslChannel, "importFromTarIfNecessary: kelp distro exists " + digit(exists));
+    if (exists) {
+        const bool running = holds(getDistros(true), distro);
+        detail(wslChannel, "importFromTarIfNecessary: (1) wslIPAddress =  " + scenario_.address);
+        if (scenario_.address.empty() && !running) {
+            wakeDistribution();
+        }
+        return;
+    }
+
+    detail(wslChannel, "importFromTarIfNecessary: attempt to import distro");
+    std::string archive = tarPath;
+    if (tarPath.empty()) {
+        archive = defaultArchive("kelp_hub_distro.tar.gz", "kelp_hub_distro.tar");
+        detail(wslChannel, "importFromTarIfNecessary: localTarFilePath = " + archive);
+        detail(wslChannel, "importFromTarIfNecessary: useGZ = " + digit(archive.ends_with(".gz")));
+    }
+    // Its name is new each time; here it stands for what was chosen.
+    const std::string folder = "{new folder}";
+    const std::string folderIs = "importFromTarIfNecessary: localDistroLocationPath = " + folder;
+    detail(wslChannel, folderIs);
+    detail(wslChannel,
+           "importFromTarIfNecessary: localDistroLocationPath exist " + folder + " distroLocationExist = 0");
+    detail(wslChannel, folderIs + " doesn't exist, will attempt to create");
+    detail(wslChannel, "importFromTarIfNecessary: localDistroLocationPath wasCreated = 1");
+    const Answer answer = run({wslPath, "--import", distro, folder, archive, "--version", "2"});
+    if (answer.status == 0) {
+        return;
+    }
+    const std::string unsuccessful = "importFromTarIfNecessary: distro's import unsuccessful ";
+    detail(wslChannel, unsuccessful + "status = " + std::to_string(answer.status));
+    error(wslChannel, unsuccessful + "cout = " + answer.output);
+    error(wslChannel, unsuccessful + "cerr = " + answer.error);
+    throw Thrown{"WSL_CANNOT_IMPORT_TAR_FILE",
+                 {archive, "cout = \n" + answer.output + "\ncerr = \n" + answer.error + "\n"}};
+}
+
+std::vector<std::string> Model::getImageRepositories()
+{
+    const Answer answer = run({getDockerExecutablePath(), "images", "--format", "{{.Repository}}"});
+    if (answer.status != 0) {
+        return {};
+    }
+    std::vector<std::string> repositories = words(answer.output);
+    for (std::string& repository : repositories) {
+        repository = repository.substr(repository.find_last_of('/') + 1);
+    }
+    return repositories;
+}
+
+// Whether the image counts as pulled.
+bool Model::pullImageFromRegistry()
 {
     if (!scenario_.registry) {
         return false;
     }
-    const std::string reference = std::string("zqkelp/kelp_hub") + hub + ":kelp_hub" + hub;
-    const std::string path = dockerPath();
-    std::string failure;
-    const Answer pulled = run({path, "pull", "-q", reference});
-    if (pulled.status != 0) {
-        failure = pulled.error;
-    } else {
-        const Answer tagged = run({path, "tag", reference, hub});
-        failure = tagged.status != 0 ? tagged.error : std::string();
+    const std::string reference = "zqkelp/" + hubTag() + ":" + hubTag();
+    const std::string docker = getDockerExecutablePath();
+    Answer answer = run({docker, "pull", "-q", reference});
+    if (answer.status == 0) {
+        answer = run({docker, "tag", reference, addKVRelease(baseName)});
     }
-    if (failure.empty()) {
+    if (answer.status == 0 || answer.error.empty()) {
         return true;
     }
-    outcome_.printed += "ERROR in pullImageFromRegistry: " + failure + "\n";
+    outcome_.printed += "ERROR in pullImageFromRegistry: " + answer.error + "\n";
     return false;
 }
 
-void Model::dockerImport(bool rootFs)
+void Model::dockerImportFromTarIfNecessary(const std::string& tarPath, const std::string& imageName, bool rootFs)
 {
-    detail(docker, "importFromTarIfNecessary: docker");
-    const std::string path = dockerPath();
-    detail(docker, "importFromTarIfNecessary: dockerPath = " + path);
-    if (!isProgramFile(path)) {
-        error(docker, "importFromTarIfNecessary: dockerPath doesn't exist");
+    detail(dockerChannel, "importFromTarIfNecessary: docker");
+    const std::string docker = getDockerExecutablePath();
+    detail(dockerChannel, "importFromTarIfNecessary: dockerPath = " + docker);
+    if (whatIsAt(toPath(docker)) == Entry::nothing) {
+        error(dockerChannel, "importFromTarIfNecessary: dockerPath doesn't exist");
         throw Thrown{"DOCKER_NOT_AVAILABLE", {}};
     }
-    if (has(images(), hub)) {
+    const std::string name = nameOr(imageName, addKVRelease(baseName));
+    if (holds(getImageRepositories(), name)) {
         return;
     }
-    const std::string archive = places_.archives + (scenario_.uncompressed ? "kelp_hub_docker.tar"
-                                                    : rootFs               ? "kelp_hub_distro.tar.gz"
-                                                                           : "kelp_hub_docker.tar.gz");
-    if (!pull()) {
-        const Answer load = rootFs ? run({path, "import", archive, hub}) : run({path, "load", "-i", archive});
-        if (load.status != 0 && !load.error.empty()) {
-            throw Thrown{"TAR_FILE_LOAD_ERROR", {archive, hub, load.error}};
+    const std::string packed = rootFs ? "kelp_hub_distro.tar.gz" : "kelp_hub_docker.tar.gz";
+    const std::string archive = nameOr(tarPath, defaultArchive(packed, "kelp_hub_docker.tar"));
+    if (!archiveExists(archive)) {
+        throw Thrown{"TAR_FILE_NOT_AVAILABLE", {archive}};
+    }
+    if (!pullImageFromRegistry()) {
+        const Answer answer = run(rootFs ? std::vector<std::string>{docker, "import", archive, imageName}
+                                         : std::vector<std::string>{docker, "load", "-i", archive});
+        if (answer.status != 0 && !answer.error.empty()) {
+            throw Thrown{"TAR_FILE_LOAD_ERROR", {archive, name, answer.error}};
         }
     }
-    if (!has(images(), hub)) {
-        throw Thrown{"IMAGE_NOT_EXIST", {hub}};
+    if (!holds(getImageRepositories(), name)) {
+        throw Thrown{"IMAGE_NOT_EXIST", {name}};
     }
 }
 
-void Model::clear()
+bool Model::runHubContainer(const std::string& imageName, const std::string& containerName)
 {
-    const bool isWsl = scenario_.backend == Backend::wsl;
-    detail(common, "clearDistroImage: COMMON");
-    detail(common, std::string("clearDistroImage: imageName = ") + hub);
-    const std::string path = isWsl ? wslPath() : dockerPath();
-    detail(common, "clearDistroImage: commandPath = " + path);
-    const Answer removal = isWsl ? run({path, "--unregister", hub}) : run({path, "image", "rm", "--force", hub});
-    detail(common, "clearDistroImage: status = " + std::to_string(removal.status));
-    if (removal.status != 0) {
-        error(common, "clearDistroImage: distro's clear unsuccessful cout = " + removal.output);
-        error(common, "clearDistroImage: distro's clear unsuccessful cerr = " + removal.error);
+    std::vector<std::string> command = {getDockerExecutablePath(), "run", "-di", "--network=host"};
+    command.push_back("--name=" + nameOr(containerName, baseName));
+    for (const std::string& word : words(scenario_.auxiliary)) {
+        command.push_back(word);
     }
+    command.push_back(nameOr(imageName, addKVRelease(baseName)));
+    return run(command).status == 0;
 }
 
-void Model::operation(const std::string& name)
+bool Model::removeHubContainer(const std::string& containerName)
 {
-    const bool isWsl = scenario_.backend == Backend::wsl;
-    const auto truth = [](bool value) { return value ? "true" : "false"; };
-    outcome_.result = "returns";
-    if (name == "import" || name == "import-rootfs" || name == "setup") {
-        isWsl ? wslImport() : dockerImport(name == "import-rootfs");
-    } else if (name == "clear" || name == "teardown") {
-        clear();
-    } else if (name == "check") {
-        outcome_.result = run({wslPath(), "-l", "-q"}).status == 0 ? "0" : "-3";
-    } else if (name == "start") {
-        outcome_.result =
-            truth(isWsl || run({dockerPath(), "run", "-di", "--network=host", "--name=kelp_hub", hub}).status == 0);
-    } else if (name == "stop") {
-        outcome_.result = truth(isWsl || run({dockerPath(), "container", "rm", "-f", "kelp_hub"}).status == 0);
-    } else if (name == "command-prefix") {
-        outcome_.result =
-            isWsl ? quoted(wslPath()) + " -d " + hub + " --exec " : quoted(dockerPath()) + " exec kelp_hub";
-    } else if (name == "arguments-prefix") {
-        outcome_.result = isWsl ? wslPath() + "|-d|" + hub + "|--exec|" : dockerPath() + "|exec|kelp_hub|";
-    } else if (name == "executable") {
-        outcome_.result = isWsl ? wslPath() : dockerPath();
+    return run({getDockerExecutablePath(), "container", "rm", "-f", nameOr(containerName, baseName)}).status == 0;
+}
+
+void Model::importFromTarIfNecessary(const std::string& tarPath, const std::string& imageName, bool rootFs)
+{
+    if (usesWsl()) {
+        detail(wslChannel, "importFromTarIfNecessary: WSL");
+        wslImportFromTarIfNecessary(tarPath, imageName);
     } else {
-        throw std::logic_error("no such operation: " + name);
+        dockerImportFromTarIfNecessary(tarPath, imageName, rootFs);
     }
 }
 
-const std::vector<Scenario>& scenarios()
+void Model::clearDistroImage(const std::string& imageName)
 {
-    const State nothing;
-    const State stopped{{hub}, {}, {}, {}};
-    const State running{{hub}, {hub}, {}, {}};
-    const State image{{}, {}, {"ubuntu", hub}, {}};
-    const State container{{}, {}, {hub}, {"kelp_hub"}};
-    const Backend w = Backend::wsl;
-    const Backend d = Backend::docker;
-    static const std::vector<Scenario> all{
-        {"wsl-import-missing", w, "import", nothing},
-        {"wsl-import-stopped", w, "import", stopped},
-        {"wsl-import-running", w, "import", running, false, true},
-        {"wsl-import-by-which", w, "import", nothing, false, false, true, true},
-        {"wsl-clear", w, "clear", stopped},
-        {"wsl-command-prefix", w, "command-prefix", stopped},
-        {"wsl-arguments-prefix", w, "arguments-prefix", stopped},
-        {"wsl-executable", w, "executable", stopped},
-        {"wsl-start", w, "start", stopped},
-        {"wsl-stop", w, "stop", stopped},
-        {"wsl-gateway-setup", w, "setup", nothing},
-        {"wsl-gateway-teardown", w, "teardown", running},
-        {"wsl-gateway-check", w, "check", stopped},
-        {"docker-import-present", d, "import", image},
-        {"docker-import-load", d, "import", nothing},
-        {"docker-import-rootfs", d, "import-rootfs", nothing},
-        {"docker-import-pull", d, "import", nothing, true},
-        {"docker-clear", d, "clear", image},
-        {"docker-start", d, "start", image},
-        {"docker-stop", d, "stop", container},
-        {"docker-command-prefix", d, "command-prefix", container},
-        {"docker-arguments-prefix", d, "arguments-prefix", container},
-        {"docker-executable", d, "executable", container},
-        {"docker-gateway-setup", d, "setup", nothing, false, false, true},
-        {"docker-gateway-teardown", d, "teardown", image},
-        {"docker-gateway-check", d, "check", stopped},
-    };
-    return all;
+    detail(commonChannel, "clearDistroImage: COMMON");
+    const std::string name = nameOr(imageName, addKVRelease(baseName));
+    detail(commonChannel, "clearDistroImage: imageName = " + name);
+    const std::string path = executablePath();
+    detail(commonChannel, "clearDistroImage: commandPath = " + path);
+    const Answer answer = run(usesWsl() ? std::vector<std::string>{path, "--unregister", name}
+                                        : std::vector<std::string>{path, "image", "rm", "--force", name});
+    detail(commonChannel, "clearDistroImage: status = " + std::to_string(answer.status));
+    if (answer.status != 0) {
+        error(commonChannel, "clearDistroImage: distro's clear unsuccessful cout = " + answer.output);
+        error(commonChannel, "clearDistroImage: distro's clear unsuccessful cerr = " + answer.error);
+    }
 }
 
-const Scenario& scenarioNamed(const std::string& name)
+std::string Model::startContainerIfNecessary(const std::string& containerName, const std::string& imageName)
 {
-    const auto& all = scenarios();
-    const auto entry = std::find_if(all.begin(), all.end(), [&name](const Scenario& s) { return s.name == name; });
-    if (entry == all.end()) {
-        throw std::invalid_argument("no such scenario: " + name);
+    return usesWsl() || runHubContainer(imageName, containerName) ? "true" : "false";
+}
+
+std::string Model::stopContainerIfNecessary(const std::string& containerName)
+{
+    return usesWsl() || removeHubContainer(containerName) ? "true" : "false";
+}
+
+std::string Model::getContainerCommandPrefix(const std::string& name)
+{
+    const std::string path = executablePath();
+    const std::string shown = path.find(' ') == std::string::npos ? path : "\"" + path + "\"";
+    return usesWsl() ? shown + " -d " + addKVRelease(baseName) + " --exec " : shown + " exec " + nameOr(name, baseName);
+}
+
+std::vector<std::string> Model::getContainerArgumentsPrefix(const std::string& name)
+{
+    const std::string path = executablePath();
+    return usesWsl() ? std::vector<std::string>{path, "-d", addKVRelease(baseName), "--exec"}
+                     : std::vector<std::string>{path, "exec", nameOr(name, baseName)};
+}
+
+// WSL, whichever backend is selected; what is printed does not count.
+std::string Model::wslCheck()
+{
+    return run({getExecutablePath(), "-l", "-q"}).status == 0 ? "0" : "-3";
+}
+
+std::string Model::operation(const std::string& name)
+{
+    const std::string nothing;
+    if (name == "import" || name == "setup") {
+        importFromTarIfNecessary(nothing, nothing, false);
+    } else if (name == "setup-given") {
+        importFromTarIfNecessary(places_.givenArchive, nothing, false);
+    } else if (name == "import-named") {
+        importFromTarIfNecessary(places_.givenArchive, otherName, false);
+    } else if (name == "import-rootfs") {
+        importFromTarIfNecessary(nothing, addKVRelease(baseName), true);
+    } else if (name == "import-unnamed") {
+        importFromTarIfNecessary(nothing, nothing, true);
+    } else if (name == "clear" || name == "teardown") {
+        clearDistroImage(nothing);
+    } else if (name == "clear-named") {
+        clearDistroImage(otherName);
+    } else if (name == "check") {
+        return wslCheck();
+    } else if (name == "start") {
+        return startContainerIfNecessary(nothing, nothing);
+    } else if (name == "start-named") {
+        return startContainerIfNecessary(otherContainer, otherName);
+    } else if (name == "stop") {
+        return stopContainerIfNecessary(nothing);
+    } else if (name == "stop-named") {
+        return stopContainerIfNecessary(otherContainer);
+    } else if (name == "command-prefix") {
+        return getContainerCommandPrefix(nothing);
+    } else if (name == "arguments-prefix") {
+        std::string joined;
+        for (const std::string& element : getContainerArgumentsPrefix(nothing)) {
+            joined += element + "|";
+        }
+        return joined;
+    } else if (name == "executable") {
+        return executablePath();
     }
-    return *entry;
+    return "returns";
 }
 
 } // namespace faults

@@ -1,7 +1,8 @@
-// What the library promises: a second, independent writing-down of each operation, on the simulated machine. It gives
-// the outcome that a run of the library is then held to.
+// What the library promises, written down from the description of its interface and from nothing else: the outcome that
+// a run of the library on the simulated machine is held to. It must never be made to follow the library's code.
 #pragma once
 
+#include "scenarios.h"
 #include "simulation.h"
 
 #include <cstdint>
@@ -34,28 +35,12 @@ struct Outcome {
     bool operator==(const Outcome&) const = default;
 };
 
-enum class Backend { wsl, docker };
-
-struct Scenario {
-    std::string name;
-    Backend backend = Backend::wsl;
-    // What is called; see perform() in operations.cpp.
-    std::string operation;
-    State before;
-    bool registry = false;
-    bool extraLogging = false;
-    bool uncompressed = false;
-    // The look-up is not there, and the Unix-style shell's is.
-    bool which = false;
-};
-
-const std::vector<Scenario>& scenarios();
-const Scenario& scenarioNamed(const std::string& name);
-
 // Where things lie, in native form. Folders end in a separator.
 struct Places {
     std::string programs;
     std::string archives;
+    // An archive outside the install tree.
+    std::string givenArchive;
 };
 
 // The programs that misbehave, and when.
@@ -63,9 +48,12 @@ struct Plan {
     Fault fault = Fault::none;
     // Counted from 1; only programs that could be started count.
     int call = 0;
-    // The program of that call, which is gone from the end of the call before it.
+    // The program of that call, below the programs' folder, which is gone from the end of the call before it.
     std::string program;
 };
+
+// The name of a program below the programs' folder, as the machine and the plan know it.
+std::string relativeProgram(const Places& places, const std::string& command);
 
 // A process that uses the library. What the library keeps for the life of a process is kept here too.
 class Model {
@@ -82,31 +70,53 @@ private:
         std::string result;
         std::vector<std::string> arguments;
     };
+    struct Found {
+        std::string folder;
+        bool exists = false;
+    };
 
-    void operation(const std::string& name);
-    void logLine(const std::string& channel, std::uint32_t severity, const std::string& text);
-    void detail(const std::string& channel, const std::string& text) { logLine(channel, 8, text); }
-    void error(const std::string& channel, const std::string& text) { logLine(channel, 512, text); }
+    bool usesWsl() const { return scenario_.backend == Backend::wsl; }
+    void detail(const char* channel, const std::string& text);
+    void error(const char* channel, const std::string& text);
 
+    // The host's services.
     Answer run(const std::vector<std::string>& command);
-    bool isBroken(const std::string& program, Fault how) const;
-    bool isProgramFile(const std::string& path) const;
+    Entry whatIsAt(const std::string& path) const;
+    bool isSpoilt(const std::string& program, Fault how) const;
+    std::string toPath(const std::string& text) const;
+    bool archiveExists(const std::string& path) const;
 
-    std::string wslPath();
-    std::string findWsl();
-    std::vector<std::string> distributions(bool running);
-    void wslImport();
-    void startDistribution();
-    std::string dockerPath();
-    std::vector<std::string> images();
-    bool pull();
-    void dockerImport(bool rootFs);
-    void clear();
+    // The programs of the backends.
+    std::string chosenWsl();
+    std::string getExecutablePath();
+    std::string getDockerExecutablePath();
+    std::string executablePath();
+    std::string defaultArchive(const std::string& packed, const std::string& plain) const;
+
+    std::vector<std::string> getDistros(bool onlyRunning);
+    void wslImportFromTarIfNecessary(const std::string& tarPath, const std::string& imageName);
+    void wakeDistribution();
+
+    std::vector<std::string> getImageRepositories();
+    bool pullImageFromRegistry();
+    void dockerImportFromTarIfNecessary(const std::string& tarPath, const std::string& imageName, bool rootFs);
+    bool runHubContainer(const std::string& imageName, const std::string& containerName);
+    bool removeHubContainer(const std::string& containerName);
+
+    // What hosts call.
+    std::string operation(const std::string& name);
+    void importFromTarIfNecessary(const std::string& tarPath, const std::string& imageName, bool rootFs);
+    void clearDistroImage(const std::string& imageName);
+    std::string startContainerIfNecessary(const std::string& containerName, const std::string& imageName);
+    std::string stopContainerIfNecessary(const std::string& containerName);
+    std::string getContainerCommandPrefix(const std::string& name);
+    std::vector<std::string> getContainerArgumentsPrefix(const std::string& name);
+    std::string wslCheck();
 
     const Scenario& scenario_;
     Places places_;
     State state_;
-    std::optional<std::string> keptWslPath_;
+    std::optional<std::string> keptWsl_;
     Plan plan_;
     int calls_ = 0;
     Outcome outcome_;

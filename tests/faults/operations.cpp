@@ -5,7 +5,9 @@
 #include "host/array.h"
 #include "host/diagnostics.h"
 #include "host/exceptions.h"
+#include "host/text.h"
 
+#include <array>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -19,7 +21,8 @@
 namespace faults {
 namespace {
 
-using Call = std::function<std::string()>;
+// Takes an archive, for those that name one.
+using Call = std::function<std::string(const std::string&)>;
 
 std::string joined(const std::vector<std::string>& elements)
 {
@@ -35,13 +38,22 @@ std::string truth(bool value)
     return value ? "true" : "false";
 }
 
-std::string nothing(const std::function<void()>& call)
+Call returning(const std::function<void(const std::string&)>& call)
 {
-    call();
-    return "returns";
+    return [call](const std::string& archive) {
+        call(archive);
+        return std::string("returns");
+    };
 }
 
-std::string check()
+void setUp(const std::string& archive)
+{
+    const hxArrayPtr text(hxCreateString(foundation::core::text::cvt_utf8_ustring(archive)));
+    std::array<hxArray*, 1> inputs = {text.get()};
+    kelp_container_setup(0, nullptr, 1, inputs.data());
+}
+
+std::string check(const std::string&)
 {
     hxArray* output = nullptr;
     kelp_container_wsl_check(1, &output, 0, nullptr);
@@ -53,26 +65,32 @@ const std::map<std::string, Call>& calls()
 {
     using namespace orb::lvm;
     static const std::map<std::string, Call> all{
-        {"nothing", [] { return std::string("returns"); }},
-        {"import", [] { return nothing([] { importFromTarIfNecessary("", "", false); }); }},
-        {"import-rootfs", [] { return nothing([] { importFromTarIfNecessary("", "kelp_hub_R2026b", true); }); }},
-        {"setup", [] { return nothing([] { kelp_container_setup(0, nullptr, 0, nullptr); }); }},
-        {"clear", [] { return nothing([] { clearDistroImage(""); }); }},
-        {"teardown", [] { return nothing([] { kelp_container_teardown(0, nullptr, 0, nullptr); }); }},
+        {"nothing", returning([](auto&) {})},
+        {"import", returning([](auto&) { importFromTarIfNecessary("", "", false); })},
+        {"import-named", returning([](auto& archive) { importFromTarIfNecessary(archive, otherName, false); })},
+        {"import-rootfs", returning([](auto&) { importFromTarIfNecessary("", "kelp_hub_R2026b", true); })},
+        {"import-unnamed", returning([](auto&) { importFromTarIfNecessary("", "", true); })},
+        {"setup", returning([](auto&) { kelp_container_setup(0, nullptr, 0, nullptr); })},
+        {"setup-given", returning(setUp)},
+        {"clear", returning([](auto&) { clearDistroImage(""); })},
+        {"clear-named", returning([](auto&) { clearDistroImage(otherName); })},
+        {"teardown", returning([](auto&) { kelp_container_teardown(0, nullptr, 0, nullptr); })},
         {"check", check},
-        {"start", [] { return truth(startContainerIfNecessary("", "")); }},
-        {"stop", [] { return truth(stopContainerIfNecessary("")); }},
-        {"command-prefix", [] { return getContainerCommandPrefix(""); }},
-        {"arguments-prefix", [] { return joined(getContainerArgumentsPrefix("")); }},
-        {"executable", [] { return getContainerExecutablePath(); }},
+        {"start", [](auto&) { return truth(startContainerIfNecessary("", "")); }},
+        {"start-named", [](auto&) { return truth(startContainerIfNecessary(otherContainer, otherName)); }},
+        {"stop", [](auto&) { return truth(stopContainerIfNecessary("")); }},
+        {"stop-named", [](auto&) { return truth(stopContainerIfNecessary(otherContainer)); }},
+        {"command-prefix", [](auto&) { return getContainerCommandPrefix(""); }},
+        {"arguments-prefix", [](auto&) { return joined(getContainerArgumentsPrefix("")); }},
+        {"executable", [](auto&) { return getContainerExecutablePath(); }},
     };
     return all;
 }
 
-void call(const std::string& operation, Outcome& outcome)
+void call(const std::string& operation, const std::string& archive, Outcome& outcome)
 {
     try {
-        outcome.result = calls().at(operation)();
+        outcome.result = calls().at(operation)(archive);
     } catch (const foundation::core::except::IMsgIDException& error) {
         outcome.result = error.message().identifier;
         for (const auto& argument : error.message().arguments) {
@@ -91,11 +109,11 @@ void call(const std::string& operation, Outcome& outcome)
 
 } // namespace
 
-std::string resultOf(const std::string& operation)
+std::string resultOf(const std::string& operation, const std::string& archive)
 {
     Outcome outcome;
     try {
-        call(operation, outcome);
+        call(operation, archive, outcome);
     } catch (const std::bad_alloc&) {
         // While the result was written down.
         outcome.result = "std::bad_alloc";
@@ -103,7 +121,7 @@ std::string resultOf(const std::string& operation)
     return std::move(outcome.result);
 }
 
-Outcome performReally(const std::string& operation)
+Outcome performReally(const std::string& operation, const std::string& archive)
 {
     Outcome outcome;
     const auto sink = foundation::core::diag::attach_sink([&outcome](const foundation::core::diag::log_record& record) {
@@ -111,7 +129,7 @@ Outcome performReally(const std::string& operation)
     });
     std::ostringstream printed;
     std::streambuf* const before = std::cout.rdbuf(printed.rdbuf());
-    call(operation, outcome);
+    call(operation, archive, outcome);
     std::cout.rdbuf(before);
     outcome.printed = printed.str();
     return outcome;

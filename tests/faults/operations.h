@@ -5,10 +5,10 @@
 
 namespace faults {
 
-// Everything but the calls, which only the stage knows.
-Outcome performReally(const std::string& operation);
+// Everything but the calls, which only the stage knows. The archive is for operations that name one.
+Outcome performReally(const std::string& operation, const std::string& archive);
 
 // The result alone, without anything that needs memory while the operation runs.
-std::string resultOf(const std::string& operation);
+std::string resultOf(const std::string& operation, const std::string& archive);
 
 } // namespace faults

@@ -70,11 +70,11 @@ int main(int argc, char** argv)
 {
     makeStreamsBinary();
     const std::filesystem::path self = ownPath();
-    const Stage stage(self.parent_path().parent_path());
+    const Stage stage = Stage::around(self);
     std::vector<std::string> command(argv, argv + argc);
     if (command.back() == "--keep-streams-open") {
         awaitRelease(stage);
         return 0;
     }
-    return play(stage, programName(self), command);
+    return play(stage, stage.nameOfProgram(self), command);
 }

@@ -1,12 +1,14 @@
 // A simulated machine and the process on it, as a scenario wants them.
 #pragma once
 
+#include "case_system.h"
 #include "model.h"
 #include "stage.h"
 
 #include "environment_variable.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace faults {
@@ -35,6 +37,7 @@ private:
     EnvironmentVariable registry_;
     EnvironmentVariable logging_;
     EnvironmentVariable auxiliary_;
+    std::optional<WslAddress> address_;
 };
 
 } // namespace faults

@@ -1,5 +1,7 @@
 #include "simulation.h"
 
+#include "answers.h"
+
 #include <algorithm>
 #include <array>
 #include <fstream>
@@ -34,24 +36,6 @@ bool has(const Names& list, const std::string& name)
     return std::find(list.begin(), list.end(), name) != list.end();
 }
 
-bool hasArgument(const Arguments& arguments, const std::string& argument)
-{
-    return has(arguments, argument);
-}
-
-// As wsl.exe prints: UTF-16LE with CR LF.
-std::string utf16Lines(const Names& lines)
-{
-    std::string text;
-    for (const std::string& line : lines) {
-        for (const char character : line + "\r\n") {
-            text += character;
-            text += '\0';
-        }
-    }
-    return text;
-}
-
 std::string plainLines(const Names& lines)
 {
     std::string text;
@@ -61,63 +45,74 @@ std::string plainLines(const Names& lines)
     return text;
 }
 
-Answer wslFailure(const std::string& code)
+Answer succeeded(const std::string& text)
 {
-    return {minusOneStatus, utf16Lines({"Error code: Wsl/Service/" + code}), {}};
+    return {0, stand_in::encoded(text), {}};
 }
 
-Answer importDistribution(State& state, const std::string& name, const std::string& folder)
+Answer wslFailure(const stand_in::KnownFailure& failure, const std::string& argument = {})
 {
-    if (has(state.distributions, name)) {
-        return wslFailure("RegisterDistro/ERROR_ALREADY_EXISTS");
+    return {minusOneStatus, stand_in::encoded(stand_in::failureLines(failure, argument)), {}};
+}
+
+Answer importDistribution(State& state, const std::string& name, const std::string& folder, const std::string& archive)
+{
+    if (!std::filesystem::exists(archive)) {
+        return wslFailure(stand_in::failures::fileMissing);
     }
     if (!std::filesystem::is_directory(folder) && folder != "{new folder}") {
-        return wslFailure("RegisterDistro/ERROR_PATH_NOT_FOUND");
+        return wslFailure(stand_in::failures::folderMissing);
+    }
+    if (has(state.distributions, name)) {
+        return wslFailure(stand_in::failures::nameTaken);
     }
     state.distributions.push_back(name);
-    return {0, utf16Lines({"The operation completed successfully."}), {}};
+    return succeeded(std::string(stand_in::succeeded) + "\n");
 }
 
 Answer unregister(State& state, const std::string& name)
 {
     if (!has(state.distributions, name)) {
-        return wslFailure("WSL_E_DISTRO_NOT_FOUND");
+        return wslFailure(stand_in::failures::unknownDistribution);
     }
     std::erase(state.distributions, name);
     std::erase(state.running, name);
-    return {0, utf16Lines({"The operation completed successfully."}), {}};
+    return succeeded(std::string(stand_in::succeeded) + "\n");
 }
 
-Answer startDistribution(State& state, const std::string& name)
+Answer startDistribution(State& state, const std::string& name, const std::string& program)
 {
     if (!has(state.distributions, name)) {
-        return wslFailure("WSL_E_DISTRO_NOT_FOUND");
+        return wslFailure(stand_in::failures::unknownDistribution);
     }
     if (!has(state.running, name)) {
         state.running.push_back(name);
     }
-    return {127, {}, "<3>init: execvpe(~) failed: No such file or directory\n"};
+    return {
+        stand_in::programNotStarted,
+        {},
+        stand_in::relayError(2, "CreateProcessCommon", 640, "execvpe(" + program + ")", "No such file or directory")};
 }
 
 Answer wsl(State& state, const Arguments& arguments)
 {
     const std::string verb = arguments.empty() ? std::string() : arguments.front();
     if (verb == "-v") {
-        return {0, utf16Lines({"WSL version: 2.3.26.0"}), {}};
+        return succeeded(stand_in::withArgument("WSL version: {}", stand_in::wslVersion) + "\n");
     }
     if (verb == "--list" || verb == "-l") {
-        return {0, utf16Lines(hasArgument(arguments, "--running") ? state.running : state.distributions), {}};
+        return succeeded(plainLines(has(arguments, "--running") ? state.running : state.distributions));
     }
     if (verb == "--import" && arguments.size() == 6) {
-        return importDistribution(state, arguments[1], arguments[2]);
+        return importDistribution(state, arguments[1], arguments[2], arguments[3]);
     }
     if (verb == "--unregister" && arguments.size() == 2) {
         return unregister(state, arguments[1]);
     }
     if (verb == "-d" && arguments.size() == 4) {
-        return startDistribution(state, arguments[1]);
+        return startDistribution(state, arguments[1], arguments[3]);
     }
-    return wslFailure("E_INVALIDARG");
+    return wslFailure(stand_in::failures::badParameter);
 }
 
 Answer dockerFailure(const std::string& text)
@@ -141,9 +136,13 @@ Answer removeImage(State& state, const std::string& name)
     return {0, "Untagged: " + name + "\n", {}};
 }
 
-Answer startContainer(State& state, const std::string& option, const std::string& image)
+Answer startContainer(State& state, const Arguments& arguments)
 {
-    const std::string name = option.substr(option.find('=') + 1);
+    const std::string& image = arguments.back();
+    const std::string option = "--name=";
+    const auto naming = std::find_if(arguments.begin(), arguments.end(),
+                                     [&option](const std::string& each) { return each.starts_with(option); });
+    const std::string name = naming == arguments.end() ? "some_name" : naming->substr(option.size());
     if (!has(state.images, image)) {
         return dockerFailure("Unable to find image '" + image + "'");
     }
@@ -170,11 +169,13 @@ Answer docker(State& state, const Arguments& arguments)
         return {0, plainLines(state.images), {}};
     }
     if (verb == "load") {
-        addOnce(state.images, savedImage);
-        return {0, std::string("Loaded image: ") + savedImage + ":latest\n", {}};
+        const bool ours = std::filesystem::path(arguments.back()).filename().string().starts_with("kelp_hub");
+        const std::string image = ours ? savedImage : otherImage;
+        addOnce(state.images, image);
+        return {0, "Loaded image: " + image + ":latest\n", {}};
     }
     if (verb == "import" && arguments.size() == 3) {
-        addOnce(state.images, arguments[2]);
+        addOnce(state.images, arguments[2].empty() ? "<none>" : arguments[2]);
         return {0, "sha256:0123456789abcdef\n", {}};
     }
     if (verb == "pull" && arguments.size() == 3) {
@@ -189,7 +190,7 @@ Answer docker(State& state, const Arguments& arguments)
         return removeImage(state, arguments.back());
     }
     if (verb == "run") {
-        return startContainer(state, arguments.at(3), arguments.back());
+        return startContainer(state, arguments);
     }
     if (verb == "container") {
         return removeContainer(state, arguments.back());
@@ -204,6 +205,17 @@ const std::string& garbage()
     return bytes;
 }
 
+// As long as what a client says when everything goes wrong at once; its end differs from its beginning.
+std::string longText(const std::string& what)
+{
+    constexpr int lines = 4000;
+    std::string text;
+    for (int line = 1; line <= lines; ++line) {
+        text += what + ", line " + std::to_string(line) + "\n";
+    }
+    return text;
+}
+
 constexpr std::size_t floodSize = std::size_t{64} * 1024 * 1024;
 
 } // namespace
@@ -216,7 +228,8 @@ State loadState(const std::filesystem::path& file)
         Names& list = kind == "distribution" ? state.distributions
                       : kind == "running"    ? state.running
                       : kind == "image"      ? state.images
-                                             : state.containers;
+                      : kind == "container"  ? state.containers
+                                             : state.candidates;
         list.push_back(name);
     }
     return state;
@@ -234,6 +247,7 @@ void saveState(const State& state, const std::filesystem::path& file)
     save("running", state.running);
     save("image", state.images);
     save("container", state.containers);
+    save("candidate", state.candidates);
 }
 
 const char* nameOf(Fault fault)
@@ -251,16 +265,29 @@ Fault faultNamed(const std::string& name)
     return entry->first;
 }
 
-std::vector<Fault> survivableFaults()
+Entry entryOf(const std::string& candidate)
 {
-    return {Fault::missing, Fault::unstartable, Fault::fails,  Fault::failsSilently, Fault::minusOne, Fault::killed,
-            Fault::hangs,   Fault::garbage,     Fault::silent, Fault::flood,         Fault::idle,     Fault::keepsPipe};
+    return candidate.starts_with("missing")  ? Entry::nothing
+           : candidate.starts_with("folder") ? Entry::folder
+                                             : Entry::program;
+}
+
+std::string nativePath(const std::string& folder, const std::string& relative)
+{
+    return folder + std::filesystem::path(relative).make_preferred().string();
 }
 
 Answer answer(State& state, const std::string& folder, const std::string& program, const Arguments& arguments)
 {
-    if (program.starts_with("where") || program.starts_with("which")) {
-        return {0, folder + arguments.at(0) + "\r\n", {}};
+    if (program == "where" || program == "which") {
+        std::string lines;
+        for (const std::string& candidate : state.candidates.empty() ? Names{arguments.at(0)} : state.candidates) {
+            lines += nativePath(folder, candidate) + "\r\n";
+        }
+        return {0, lines, {}};
+    }
+    if (program == oldWsl) {
+        return wslFailure(stand_in::failures::unknownToInbox, arguments.at(0));
     }
     return program == "wsl.exe" ? wsl(state, arguments) : docker(state, arguments);
 }
@@ -274,11 +301,11 @@ Answer answerWith(Fault fault, State& state, const std::string& folder, const st
     Answer result = answer(doesNothing ? unchanged : state, folder, program, arguments);
     switch (fault) {
     case Fault::fails:
-        return {1, "simulated output\n", "simulated failure\n"};
+        return {1, longText("simulated output"), longText("simulated failure")};
     case Fault::failsSilently:
         return {1, {}, {}};
     case Fault::minusOne:
-        return {minusOneStatus, utf16Lines({"Error code: Wsl/E_UNEXPECTED"}), {}};
+        return wslFailure(stand_in::failures::catastrophe);
     case Fault::killed:
         return {killedStatus, result.output.substr(0, result.output.size() / 2), {}};
     case Fault::garbage:

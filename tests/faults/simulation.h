@@ -1,5 +1,6 @@
 // A machine as its programs where, which, wsl.exe and docker.exe know it: what they answer, what that changes, and how
-// they may misbehave. The programs that the library runs and the model of what it then has to do share this code.
+// they may misbehave. The programs that the library runs and the model of what it then has to do share this code; the
+// words of wsl.exe are those of the stand-in.
 #pragma once
 
 #include <cstdint>
@@ -11,16 +12,24 @@ namespace faults {
 
 // What is on the machine.
 struct State {
-    std::vector<std::string> distributions;
-    std::vector<std::string> running;
-    std::vector<std::string> images;
-    std::vector<std::string> containers;
+    std::vector<std::string> distributions = {};
+    std::vector<std::string> running = {};
+    std::vector<std::string> images = {};
+    std::vector<std::string> containers = {};
+    // What the look-up prints, relative to the programs' folder; the program that is looked for where there is nothing.
+    std::vector<std::string> candidates = {};
 
     bool operator==(const State&) const = default;
 };
 
 State loadState(const std::filesystem::path& file);
 void saveState(const State& state, const std::filesystem::path& file);
+
+// What stands at the place of a candidate. An old program knows none of its arguments.
+enum class Entry { nothing, folder, program };
+
+inline constexpr char oldWsl[] = "old/wsl.exe";
+Entry entryOf(const std::string& candidate);
 
 struct Answer {
     std::int32_t status = 0;
@@ -33,7 +42,7 @@ enum class Fault {
     none,
     missing,          // is not there
     unstartable,      // is there, but is no program
-    fails,            // does nothing, prints to both streams, status 1
+    fails,            // does nothing, prints long texts to both streams, status 1
     failsSilently,    // does nothing, prints nothing, status 1
     minusOne,         // does nothing, prints to standard output, status -1
     killed,           // does its work, is killed while it prints
@@ -49,8 +58,6 @@ enum class Fault {
 
 const char* nameOf(Fault fault);
 Fault faultNamed(const std::string& name);
-// Those that the host survives.
-std::vector<Fault> survivableFaults();
 
 // How the system reports a program that is killed, or that ends with -1.
 extern const std::int32_t killedStatus;
@@ -58,7 +65,7 @@ extern const std::int32_t minusOneStatus;
 // Whether text that is not UTF-8 may be a path all the same.
 extern const bool consolesHaveCodePages;
 
-// What the machine's look-up and clients print: the folder that they lie in, in native form.
+// What a program of the machine answers: its path below the programs' folder, and that folder in native form.
 using Arguments = std::vector<std::string>;
 Answer answer(State& state, const std::string& folder, const std::string& program, const Arguments& arguments);
 
@@ -66,7 +73,11 @@ Answer answer(State& state, const std::string& folder, const std::string& progra
 Answer answerWith(Fault fault, State& state, const std::string& folder, const std::string& program,
                   const Arguments& arguments);
 
-// The image in the saved archive, and the one in the registry after it was tagged.
+// A path below a folder in native form, as programs print it.
+std::string nativePath(const std::string& folder, const std::string& relative);
+
+// The image in the archive of the install tree, and that in any other.
 inline constexpr char savedImage[] = "kelp_hub_R2026b";
+inline constexpr char otherImage[] = "other_name";
 
 } // namespace faults

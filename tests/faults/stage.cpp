@@ -38,10 +38,19 @@ std::filesystem::path callFile(const Stage& stage, int number)
 
 } // namespace
 
-std::string programName(const std::filesystem::path& file)
+Stage Stage::around(const std::filesystem::path& program)
 {
-    const std::string stem = file.stem().string();
-    return stem.starts_with("whe") || stem.starts_with("whi") ? stem : stem + ".exe";
+    std::filesystem::path root = program.parent_path();
+    while (!std::filesystem::exists(root / "play")) {
+        root = root.parent_path();
+    }
+    return Stage(root);
+}
+
+std::string Stage::nameOfProgram(const std::filesystem::path& program) const
+{
+    const std::string stem = program.stem().string();
+    return stem == "where" || stem == "which" ? stem : program.lexically_relative(programs()).generic_string();
 }
 
 std::filesystem::path Stage::program(const std::string& name) const
@@ -54,8 +63,15 @@ void Stage::build(const std::filesystem::path& player, const std::vector<std::st
     for (const std::filesystem::path& folder : {programs(), play(), temporary()}) {
         std::filesystem::create_directories(folder);
     }
-    for (const std::string& name : names) {
-        std::filesystem::copy_file(player, program(name));
+    std::vector<std::string> all = names;
+    all.insert(all.end(), state.candidates.begin(), state.candidates.end());
+    for (const std::string& name : all) {
+        if (entryOf(name) == Entry::folder) {
+            std::filesystem::create_directories(program(name));
+        } else if (entryOf(name) == Entry::program && !std::filesystem::exists(program(name))) {
+            std::filesystem::create_directories(program(name).parent_path());
+            std::filesystem::copy_file(player, program(name));
+        }
     }
     saveState(state, this->state());
 }
@@ -67,7 +83,7 @@ void Stage::rewind(const StagedPlan& plan) const
     for (const char* file : {"hanging", "released", "helper"}) {
         std::filesystem::remove(play() / file);
     }
-    for (const char* name : {"where", "which", "wsl.exe", "docker.exe"}) {
+    for (const char* name : {"where", "which", "wsl.exe", "docker.exe", oldWsl}) {
         const std::filesystem::path aside = withEnding(program(name), putAside);
         if (std::filesystem::exists(aside)) {
             std::filesystem::remove(program(name));

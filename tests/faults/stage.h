@@ -15,15 +15,17 @@ struct StagedPlan {
     std::string program;
 };
 
-// "where" for where and where.exe, and so on; the two clients keep their suffix.
-std::string programName(const std::filesystem::path& file);
-
 class Stage {
 public:
     explicit Stage(std::filesystem::path root) : root_(std::move(root)) {}
+    // The one that a program of it is on.
+    static Stage around(const std::filesystem::path& program);
 
     const std::filesystem::path& root() const { return root_; }
     std::filesystem::path programs() const { return root_ / "programs"; }
+    // What a program is called on this machine: its place below programs(), without the suffix that Windows gives
+    // look-ups.
+    std::string nameOfProgram(const std::filesystem::path& program) const;
     std::filesystem::path play() const { return root_ / "play"; }
     std::filesystem::path temporary() const { return root_ / "temporary"; }
     std::filesystem::path state() const { return play() / "state"; }

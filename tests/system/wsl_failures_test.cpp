@@ -83,7 +83,7 @@ TEST_F(WslFailures, WithoutAnyArchiveTheUncompressedOneIsNamed)
 
 TEST_F(WslFailures, AnEmptyArchiveIsNoDistribution)
 {
-    EXPECT_THAT(importError(utf8(file(""))), HasSubstr("Wsl/Service/RegisterDistro/WSL_E_"));
+    EXPECT_THAT(importError(utf8(file(""))), HasSubstr("Wsl/Service/RegisterDistro/WSL_E_NOT_A_LINUX_DISTRO"));
 }
 
 TEST_F(WslFailures, ATruncatedArchiveFails)
@@ -98,7 +98,7 @@ TEST_F(WslFailures, AFolderIsNoArchive)
 {
     const std::filesystem::path folder = temporary.path() / "folder.tar.gz";
     std::filesystem::create_directory(folder);
-    EXPECT_THAT(importError(utf8(folder)), HasSubstr("Wsl/"));
+    EXPECT_THAT(importError(utf8(folder)), HasSubstr("Wsl/E_ACCESSDENIED"));
 }
 
 TEST_F(WslFailures, AFileOfAnotherKindIsNoArchive)
@@ -135,7 +135,22 @@ TEST_F(WslFailures, AnotherLanguageIsShownAsItIs)
 TEST_F(WslFailures, VirtualisationThatIsOffIsReported)
 {
     const EnvironmentVariable mode("WSL_STAND_IN_MODE", "virtualisation-off");
-    EXPECT_THAT(importError(utf8(hubArchive())), HasSubstr("HCS_E_HYPERV_NOT_INSTALLED"));
+    EXPECT_THAT(importError(utf8(hubArchive())),
+                HasSubstr("Wsl/Service/RegisterDistro/CreateVm/HCS/HCS_E_HYPERV_NOT_INSTALLED"));
+}
+
+TEST_F(WslFailures, AFeatureThatIsMissingIsReported)
+{
+    const EnvironmentVariable mode("WSL_STAND_IN_MODE", "component-missing");
+    EXPECT_THAT(importError(utf8(hubArchive())),
+                HasSubstr("Wsl/Service/RegisterDistro/CreateVm/HCS/HCS_E_SERVICE_NOT_AVAILABLE"));
+}
+
+TEST_F(WslFailures, AnOldWslThatKnowsNoVersionOfImportsIsReported)
+{
+    ASSERT_EQ(wslCheck(), 0.0);
+    const EnvironmentVariable mode("WSL_STAND_IN_MODE", "inbox-old@import");
+    EXPECT_THAT(importError(utf8(hubArchive())), HasSubstr("Invalid command line option: --version"));
 }
 
 TEST_F(WslFailures, RemovingWhatIsNotThereIsLoggedAndNothingElse)

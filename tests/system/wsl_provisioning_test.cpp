@@ -8,8 +8,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -74,6 +76,48 @@ TEST_F(WslProvisioning, AStoppedDistributionIsStarted)
     EXPECT_THAT(wsl.running(), ElementsAre("kelp_hub_R2026b"));
     EXPECT_THAT(wsl.takeCalls(),
                 ElementsAre("wsl --list -q", "wsl --list -q --running", "wsl -d kelp_hub_R2026b --exec ~"));
+}
+
+// Ends every import soon after its start, as kelpctl does when it is interrupted.
+class EndsImports : public orb::process::detail::RunObserver {
+public:
+    EndsImports() : before_(orb::process::detail::observeRuns(this)) {}
+    ~EndsImports() override { orb::process::detail::observeRuns(before_); }
+    EndsImports(const EndsImports&) = delete;
+    EndsImports& operator=(const EndsImports&) = delete;
+
+    void started(const std::vector<std::string>& arguments) override
+    {
+        import_ = arguments.size() > 1 && arguments[1] == "--import";
+        start_ = std::chrono::steady_clock::now();
+    }
+    bool endWanted() override
+    {
+        return import_ && std::chrono::steady_clock::now() - start_ > std::chrono::milliseconds(1500);
+    }
+    void ended(const std::vector<std::string>&, const orb::process::detail::RunResult*) noexcept override {}
+
+private:
+    RunObserver* before_;
+    bool import_ = false;
+    std::chrono::steady_clock::time_point start_;
+};
+
+TEST_F(WslProvisioning, AnImportMayGoOnAfterItsWslWasEndedAndIsFoundByTheNextOne)
+{
+    tree.install();
+    {
+        const EnvironmentVariable mode("WSL_STAND_IN_MODE", "import-goes-on");
+        const EnvironmentVariable duration("WSL_STAND_IN_IMPORT_MS", "4000");
+        const EndsImports observer;
+        EXPECT_ANY_THROW(orb::lvm::importFromTarIfNecessary("", "", false));
+    }
+    EXPECT_THAT(wsl.distributions(), IsEmpty());
+    for (int i = 0; i < 600 && wsl.distributions().empty(); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    EXPECT_THAT(wsl.distributions(), ElementsAre("kelp_hub_R2026b"));
+    EXPECT_NO_THROW(orb::lvm::importFromTarIfNecessary("", "", false));
 }
 
 TEST_F(WslProvisioning, TheUncompressedArchiveServesWhenItIsTheOnlyOne)

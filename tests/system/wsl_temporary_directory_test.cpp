@@ -65,7 +65,9 @@ TEST_F(WslTemporaryDirectory, AFullOneFailsTheImportAndRegistersNothing)
 {
     const OwnMount mounted(folder.path() / "full", 0, "size=64k");
     const TemporaryDirectory full(mounted.folder());
-    EXPECT_THAT(importError(), HasSubstr("Wsl/"));
+    const std::string text = importError();
+    EXPECT_THAT(text, HasSubstr("Wsl/Service/RegisterDistro/WSL_E_IMPORT_FAILED"));
+    EXPECT_THAT(text, HasSubstr("No space left on device"));
     EXPECT_THAT(wsl.distributions(), IsEmpty());
 }
 
@@ -73,7 +75,7 @@ TEST_F(WslTemporaryDirectory, AReadOnlyOneIsLeftForWslToReport)
 {
     const OwnMount mounted(folder.path() / "read-only", MS_RDONLY, "");
     const TemporaryDirectory readOnly(mounted.folder());
-    EXPECT_THAT(importError(), HasSubstr("Wsl/"));
+    EXPECT_THAT(importError(), HasSubstr("Wsl/E_ACCESSDENIED"));
     EXPECT_THAT(wsl.distributions(), IsEmpty());
 }
 

@@ -29,6 +29,7 @@ TEST_F(CommandLine, QuotesAroundADistributionsNameArePartOfIt)
     EXPECT_THAT(wslRaw("--terminate \"Hub\""), failsWith(unknown));
     EXPECT_THAT(wslRaw("--unregister \"Hub\""), failsWith(unknown));
     EXPECT_THAT(wslRaw("--set-default \"Hub\""), failsWith(unknown));
+    EXPECT_THAT(wslRaw("-d Hub -u \"root\" --exec true"), failsSaying("Wsl/WSL_E_USER_NOT_FOUND"));
     EXPECT_EQ(list({"-q"}), "Hub\r\n");
 }
 
@@ -70,6 +71,12 @@ TEST_F(CommandLine, OptionsAfterListComeInAnyOrderAndInClusters)
     EXPECT_EQ(wslRaw("-l -q --all").output, "Hub\r\n");
     EXPECT_EQ(wslRaw("\t--list -q").output, "Hub\r\n");
     EXPECT_THAT(wslRaw("-l -qv"), failsSaying("Usage: wsl.exe"));
+}
+
+TEST_F(CommandLine, TwoHyphensEndTheOptionsOfAVerb)
+{
+    EXPECT_THAT(wslRaw("--list -- -q"), failsSaying("Invalid command line argument: -q\r\n"));
+    EXPECT_THAT(wslRaw("--import -- -x \"" + folderOf("x").string() + "\" " HUB_ROOTFS), succeedsWith(success));
 }
 
 TEST_F(CommandLine, OptionsOfAVerbMayBeQuoted)

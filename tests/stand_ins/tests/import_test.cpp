@@ -1,5 +1,6 @@
 #include "wsl_test.h"
 
+#include <algorithm>
 #include <fstream>
 
 namespace fs = std::filesystem;
@@ -235,11 +236,50 @@ TEST_F(Import, EitherEtcOrAShellIsEnough)
                 succeedsWith(success));
 }
 
-TEST_F(Import, WithoutVirtualisationFails)
+TEST_F(Import, WithoutVirtualisationFailsWithFourLinesAndTheCode)
 {
     environment["WSL_STAND_IN_MODE"] = "virtualisation-off";
+    const Outcome outcome = importFile(HUB_ROOTFS);
+    EXPECT_THAT(outcome,
+                failsSaying("WSL2 is unable to start since virtualization is not enabled on this machine.\r\n"));
+    EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 5);
+    EXPECT_THAT(outcome.output, testing::EndsWith("\r\nError code: Wsl/Service/RegisterDistro/CreateVm/HCS/"
+                                                  "HCS_E_HYPERV_NOT_INSTALLED\r\n"));
+    expectNothingLeft();
+}
+
+TEST_F(Import, WithoutARequiredFeatureFails)
+{
+    environment["WSL_STAND_IN_MODE"] = "component-missing";
     EXPECT_THAT(importFile(HUB_ROOTFS),
-                failsSaying("Error code: Wsl/Service/RegisterDistro/CreateVm/HCS/HCS_E_HYPERV_NOT_INSTALLED\r\n"));
+                failsWith(code("The operation could not be started because a required feature is not installed. ",
+                               registering + "CreateVm/HCS/HCS_E_SERVICE_NOT_AVAILABLE")));
+    expectNothingLeft();
+}
+
+TEST_F(Import, ByTheSystemsAccountIsRefused)
+{
+    environment["WSL_STAND_IN_MODE"] = "local-system";
+    EXPECT_THAT(importFile(HUB_ROOTFS), failsWith(code("Running WSL as local system is not supported.",
+                                                       "Wsl/Service/WSL_E_LOCAL_SYSTEM_NOT_SUPPORTED")));
+    EXPECT_EQ(wsl({"-v"}).status, 0);
+    environment.erase("WSL_STAND_IN_MODE");
+    expectNothingLeft();
+}
+
+TEST_F(Import, CodesOfOldBuildsAreNumbersWithoutTheContextOfRegistering)
+{
+    importAs("Hub");
+    environment["WSL_STAND_IN_MODE"] = "old-codes";
+    EXPECT_THAT(importAs("Hub"), failsSaying("\r\nError code: Wsl/Service/0x800700b7\r\n"));
+    EXPECT_THAT(wsl({"--import", "a b", folderOf("x").string(), HUB_ROOTFS}),
+                failsWith(code("The parameter is incorrect. ", "Wsl/Service/E_INVALIDARG")));
+}
+
+TEST_F(Import, MoreThanThreeArgumentsFail)
+{
+    EXPECT_THAT(wsl({"--import", "Hub", folderOf("Hub").string(), HUB_ROOTFS, "more"}),
+                failsSaying("Error code: Wsl/E_INVALIDARG\r\n"));
     expectNothingLeft();
 }
 

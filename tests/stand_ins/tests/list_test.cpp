@@ -69,8 +69,12 @@ TEST_F(List, VerboseTableHasFixedColumns)
 
 TEST_F(List, QuietAndVerboseTogetherPrintUsage)
 {
-    EXPECT_THAT(wsl({"-l", "-q", "-v"}), failsSaying("Usage: wsl.exe"));
-    EXPECT_THAT(wsl({"-l", "--all", "--running"}), failsSaying("Usage: wsl.exe"));
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{"-l", "-q", "-v"}, std::vector<std::string>{"-l", "--all", "--running"}}) {
+        const Outcome outcome = wsl(options);
+        EXPECT_THAT(outcome, failsSaying("Usage: wsl.exe"));
+        EXPECT_THAT(outcome.output, testing::Not(testing::HasSubstr("Error code")));
+    }
 }
 
 TEST_F(List, NoneRunningPrintsNothingAndSucceedsWhenQuiet)
@@ -96,7 +100,8 @@ TEST_F(List, RunningListsTheRunningOnesOnly)
 TEST_F(List, RunningIsIgnoredWhenVerbose)
 {
     importAs("Hub");
-    EXPECT_EQ(list({"--running", "-v"}), list({"-v"}));
+    EXPECT_EQ(list({"--running", "-v"}), lines("  NAME   STATE           VERSION\n"
+                                               "* Hub    Stopped         2\n"));
 }
 
 TEST_F(List, StatusNamesTheDefaultIfThereIsOne)
@@ -104,6 +109,14 @@ TEST_F(List, StatusNamesTheDefaultIfThereIsOne)
     EXPECT_THAT(wsl({"--status"}), succeedsWith("Default Version: 2\r\n"));
     importAs("Hub");
     EXPECT_THAT(wsl({"--status"}), succeedsWith("Default Distribution: Hub\r\nDefault Version: 2\r\n"));
+}
+
+TEST_F(List, StatusSaysThatVirtualisationIsOffAndSucceeds)
+{
+    environment["WSL_STAND_IN_MODE"] = "virtualisation-off";
+    EXPECT_THAT(wsl({"--status"}),
+                succeedsWith(testing::AllOf(testing::StartsWith("Default Version: 2\r\n"),
+                                            testing::HasSubstr("virtualization is not enabled on this machine.\r\n"))));
 }
 
 TEST_F(List, SetDefaultOfAnUnknownOneFails)

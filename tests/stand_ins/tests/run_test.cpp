@@ -1,6 +1,7 @@
 // Programs inside a distribution: what they get, and what becomes of their streams and statuses.
 #include "wsl_test.h"
 
+#include <chrono>
 #include <unistd.h>
 
 using testing::HasSubstr;
@@ -42,11 +43,14 @@ TEST_F(Run, ProgramsRunInsideTheImportedRootFileSystem)
     EXPECT_THAT(shellInHub("cat /etc/os-release"), succeedsWith(HasSubstr("ID=hub\n")));
 }
 
-TEST_F(Run, ProgramsSeeNothingOfTheMachinesFilesAndProcesses)
+TEST_F(Run, ProgramsSeeNothingOfTheMachinesFilesAndProcessesButTheCallersFolder)
 {
     EXPECT_EQ(shellInHub("ls " + folder.path().string()).status, 1);
     EXPECT_EQ(shellInHub("ls -d /proc/[0-9]* | wc -l").output.size(), 2U);
-    EXPECT_THAT(shellInHub("cat /proc/mounts | wc -l"), succeedsWith("9\n"));
+    EXPECT_THAT(shellInHub("ls /mnt; ls /mnt/z; ls /mnt/z" + folder.path().parent_path().string() + " | wc -l"),
+                succeedsWith("z\n" + folder.path().begin()->string().substr(1) + (++folder.path().begin())->string() +
+                             "\n1\n"));
+    EXPECT_THAT(shellInHub("cd / && cat /proc/mounts | wc -l"), succeedsWith("11\n"));
 }
 
 TEST_F(Run, MountsDoNotReachTheMachine)
@@ -67,16 +71,28 @@ TEST_F(Run, FilesStayFromOneRunToTheNext)
     EXPECT_THAT(shellInHub("cat /tmp/file"), succeedsWith("kept\n"));
 }
 
-TEST_F(Run, WorkingFolderIsHomeWhenTheCallersHasNoCounterpart)
+TEST_F(Run, WorkingFolderIsTheCallersTranslated)
 {
-    EXPECT_THAT(inHub({"pwd"}), succeedsWith("/root\n"));
+    writeFile(folder.path() / "here", "");
+    EXPECT_THAT(shellInHub("pwd; test -f here && echo found"),
+                succeedsWith("/mnt/z" + folder.path().string() + "\nfound\n"));
+}
+
+TEST_F(Run, CallersFolderThatHasNoCounterpartIsWarnedOfInUtf8AndHomeTakesItsPlace)
+{
+    environment["WSL_STAND_IN_MODE"] = "no-drives";
+    environment.erase("WSL_UTF8");
+    const Outcome outcome = inHub({"pwd"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output, "/root\n");
+    EXPECT_THAT(outcome.errors, MatchesRegex("wsl: [^\r\n]*" + folder.path().string() + "[^\r\n]*\n"));
 }
 
 TEST_F(Run, WorkingFolderIsTheRootWithoutAHome)
 {
     wsl({"--import", "Bare", folderOf("Bare").string(), HUB_ROOTFS});
     wsl({"-d", "Bare", "--exec", "rmdir", "/root"});
-    EXPECT_THAT(wsl({"-d", "Bare", "--exec", "pwd"}), succeedsWith("/\n"));
+    EXPECT_THAT(wsl({"-d", "Bare", "--cd", "~", "--exec", "pwd"}), succeedsWith("/\n"));
 }
 
 TEST_F(Run, WindowsFolderOfCdIsLookedForUnderMnt)
@@ -104,7 +120,12 @@ TEST_F(Run, UserIsRootUnlessAnotherIsNamed)
     EXPECT_THAT(wsl({"-d", "Hub", "-u", "root", "--exec", "id", "-u"}), succeedsWith("0\n"));
     EXPECT_THAT(wsl({"-d", "Hub", "-u", "user", "--exec", "sh", "-c", "id -u; echo $HOME"}),
                 succeedsWith("1000\n/tmp\n"));
-    EXPECT_THAT(wsl({"-d", "Hub", "-u", "nobody-here", "--exec", "id"}), failsSaying("User not found.\r\n"));
+}
+
+TEST_F(Run, UnknownUserHasTheCodeWithoutTheService)
+{
+    EXPECT_THAT(wsl({"-d", "Hub", "-u", "nobody-here", "--exec", "id"}),
+                failsWith("User not found.\nError code: Wsl/WSL_E_USER_NOT_FOUND\n"));
 }
 
 TEST_F(Run, StatusesPassThrough)
@@ -132,9 +153,11 @@ TEST_F(Run, DirectChildKilledBySignalGivesItsNumber)
     EXPECT_EQ(shellInHub("kill -TERM $$").status, 15);
 }
 
-TEST_F(Run, CoreDumpAdds128)
+// Whether there is a core is up to the machine's limits and its pattern; the program itself may forbid it.
+TEST_F(Run, DirectChildThatAbortsGivesTheSignalsNumberAnd128MoreForACore)
 {
-    EXPECT_EQ(shellInHub("ulimit -c unlimited && kill -ABRT $$").status, 6 + 128);
+    EXPECT_EQ(shellInHub("ulimit -c 0 && kill -ABRT $$").status, 6);
+    EXPECT_THAT(shellInHub("ulimit -c unlimited && kill -ABRT $$").status, testing::AnyOf(6, 6 + 128));
 }
 
 TEST_F(Run, ChildOfTheShellKilledBySignalGivesTheShellsStatus)
@@ -195,6 +218,31 @@ TEST_F(Run, OneMebibyteOfInputArrivesAndComesBack)
     EXPECT_TRUE(outcome.output == bytes);
 }
 
+TEST_F(Run, InputIsReadEvenIfTheProgramDoesNotWantIt)
+{
+    writeFile(folder.path() / "input", "a\nb\n");
+    EXPECT_EQ(runProgram({"/bin/sh",
+                          {"-c", "cat " + (folder.path() / "input").string() +
+                                     " | (" WSL_PROGRAM " -d Hub --exec sleep 0.3; cat)"},
+                          environment,
+                          "",
+                          folder.path()})
+                  .output,
+              "");
+}
+
+TEST_F(Run, ProgramThatIsLeftBehindHoldsNoStreamOfTheCallers)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    const Outcome outcome = runProgram({"/bin/sh",
+                                        {"-c", WSL_PROGRAM " -d Hub --exec sh -c 'sleep 60 & echo done' | cat"},
+                                        environment,
+                                        "",
+                                        folder.path()});
+    EXPECT_EQ(outcome.output, "done\n");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
+}
+
 TEST_F(Run, OnlyTheStandardStreamsReachTheProgram)
 {
     const int leaked = dup(1);
@@ -202,6 +250,16 @@ TEST_F(Run, OnlyTheStandardStreamsReachTheProgram)
     close(leaked);
     // The fourth is the folder that is being listed.
     EXPECT_EQ(outcome.output, "4\n");
+}
+
+TEST_F(Run, WithoutAVirtualMachineNothingRuns)
+{
+    environment["WSL_STAND_IN_MODE"] = "virtualisation-off";
+    EXPECT_THAT(inHub({"true"}),
+                failsSaying("Error code: Wsl/Service/CreateInstance/CreateVm/HCS/HCS_E_HYPERV_NOT_INSTALLED\r\n"));
+    environment["WSL_STAND_IN_MODE"] = "component-missing";
+    EXPECT_THAT(inHub({"true"}),
+                failsSaying("Error code: Wsl/Service/CreateInstance/CreateVm/HCS/HCS_E_SERVICE_NOT_AVAILABLE\r\n"));
 }
 
 TEST_F(Run, ScriptsInsideRun)

@@ -79,6 +79,19 @@ TEST_F(State, NextOneBecomesTheDefaultWhenTheDefaultIsRemoved)
     EXPECT_EQ(list({}), "Windows Subsystem for Linux Distributions:\r\nSecond (Default)\r\n");
 }
 
+TEST_F(State, FirstOfTheRestInTheRegistrysOrderBecomesTheDefault)
+{
+    for (const char* name : {"a", "b", "c"}) {
+        importAs(name);
+    }
+    const std::string before = list({"-q"});
+    ASSERT_EQ(before.substr(0, 3), "a\r\n");
+    wsl({"--unregister", "a"});
+    EXPECT_EQ(list({"-q"}), before.substr(3));
+    EXPECT_EQ(list({}), "Windows Subsystem for Linux Distributions:\r\n" + before.substr(3, 1) + " (Default)\r\n" +
+                            before.substr(6));
+}
+
 TEST_F(State, UnregisterEndsWhatRuns)
 {
     importAs("Hub");
@@ -216,6 +229,24 @@ TEST_F(State, NameOfAKilledImportStaysInstallingUntilItIsUnregistered)
     EXPECT_THAT(importAs("Hub"), failsSaying("E_ILLEGAL_STATE_CHANGE"));
     EXPECT_THAT(wsl({"--unregister", "Hub"}), succeedsWith(success));
     EXPECT_THAT(importAs("Hub"), succeedsWith(success));
+}
+
+TEST_F(State, ImportMayGoOnWhenItsClientIsKilled)
+{
+    environment["WSL_STAND_IN_MODE"] = "import-goes-on";
+    environment["WSL_STAND_IN_IMPORT_MS"] = "1500";
+    const Outcome outcome =
+        runProgram({"/usr/bin/timeout",
+                    {"-s", "KILL", "0.5", WSL_PROGRAM, "--import", "Hub", folderOf("Hub").string(), HUB_ROOTFS},
+                    environment,
+                    "",
+                    folder.path()});
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(list({"-q"}), "");
+    EXPECT_TRUE(becomes({"-q"}, "Hub\r\n"));
+    EXPECT_THAT(importAs("Hub"), failsSaying("ERROR_ALREADY_EXISTS"));
+    environment["WSL_STAND_IN_IMPORT_MS"] = "0";
+    EXPECT_THAT(importAs("Other"), succeedsWith(success));
 }
 
 TEST_F(State, OneOfManyImportsOfTheSameNameSucceeds)

@@ -1,6 +1,9 @@
 // Encodings, streams, line ends and the forms of messages.
 #include "wsl_test.h"
 
+#include <algorithm>
+#include <chrono>
+
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -136,16 +139,84 @@ TEST_F(Text, InboxBuildsCallAnUnknownOptionOptionAndIgnoreWslUtf8)
     EXPECT_EQ(wsl({"-l", "-q"}).status, 0);
 }
 
-TEST_F(Text, NotInstalledIsSaidOnStandardErrorOrOutputWithStatus1Or50)
+TEST_F(Text, InboxBuildsHaveNoStatusAndListVerbosely)
 {
+    importAs("Hub");
+    environment["WSL_STAND_IN_MODE"] = "inbox";
+    EXPECT_THAT(wsl({"--status"}).output, StartsWith(utf16("Invalid command line option: --status\r\r\n")));
+    EXPECT_EQ(wsl({"--shutdown"}).status, 0);
+    EXPECT_EQ(wsl({"--list", "-v"}).output,
+              utf16("  NAME   STATE           VERSION\r\r\n* Hub    Stopped         2\r\r\n"));
+}
+
+TEST_F(Text, OldestInboxBuildsKnowNeitherVerboseListsNorVersionsOfImports)
+{
+    environment["WSL_STAND_IN_MODE"] = "inbox-old";
+    EXPECT_THAT(wsl({"--list", "-v"}).output, StartsWith(utf16("Invalid command line option: -v\r\r\n")));
+    EXPECT_THAT(wsl({"--import", "Hub", folderOf("Hub").string(), HUB_ROOTFS, "--version", "2"}).output,
+                StartsWith(utf16("Invalid command line option: --version\r\r\n")));
+    EXPECT_EQ(wsl({"--list", "-q"}).status, 0);
+    EXPECT_EQ(wsl({"--import", "Hub", folderOf("Hub").string(), HUB_ROOTFS}).status, 0);
+}
+
+TEST_F(Text, OfInboxBuildsIsLocalisedToo)
+{
+    environment["WSL_STAND_IN_MODE"] = "inbox,localised";
+    const Outcome outcome = wsl({"-v"});
+    EXPECT_EQ(outcome.status, ownFailure);
+    EXPECT_EQ(outcome.output.find(utf16("Invalid")), std::string::npos);
+    EXPECT_THAT(outcome.output, HasSubstr(utf16(": -v\r\r\n")));
+}
+
+TEST_F(Text, NotInstalledIsSaidOnStandardErrorOrOutputWithStatus1Or50AndWslUtf8IsIgnored)
+{
+    const std::string said =
+        utf16("The Windows Subsystem for Linux is not installed. You can install by running 'wsl.exe --install'.\r\n"
+              "For more information please visit https://aka.ms/wslinstall\r\n");
     environment["WSL_STAND_IN_MODE"] = "not-installed-stderr";
     const Outcome first = wsl({"-l", "-q"});
     EXPECT_EQ(first.status, 1);
     EXPECT_EQ(first.output, "");
-    EXPECT_THAT(first.errors, StartsWith("The Windows Subsystem for Linux is not installed."));
+    EXPECT_EQ(first.errors, said);
     environment["WSL_STAND_IN_MODE"] = "not-installed-stdout=50";
     const Outcome second = wsl({"--status"});
     EXPECT_EQ(second.status, 50);
-    EXPECT_THAT(second.output, StartsWith("The Windows Subsystem for Linux is not installed."));
+    EXPECT_EQ(second.output, said);
     EXPECT_EQ(second.errors, "");
+}
+
+TEST_F(Text, NotInstalledWaitsForSomebodyToPressAKey)
+{
+    environment["WSL_STAND_IN_MODE"] = "not-installed-stderr";
+    environment["WSL_STAND_IN_WAIT_MS"] = "400";
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(wsl({"-l", "-v"}).status, 1);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(400));
+}
+
+TEST_F(Text, OtherProgramsInItsPlaceAnswerTheSameToEverything)
+{
+    const auto answer = [this](const std::string& mode, const std::string& option) {
+        environment["WSL_STAND_IN_MODE"] = mode;
+        return wsl({option});
+    };
+    for (const std::string option : {"-v", "--list", "--status"}) {
+        const Outcome update = answer("must-be-updated", option);
+        EXPECT_EQ(update.status, 1);
+        EXPECT_EQ(update.errors, utf16("Windows Subsystem for Linux must be updated to the latest version to proceed. "
+                                       "You can update by running 'wsl.exe --update'.\r\n"));
+        EXPECT_THAT(answer("usage-stub", option).output, HasSubstr(utf16("Usage: wsl.exe")));
+        const Outcome inaccessible = answer("not-accessible", option);
+        EXPECT_EQ(inaccessible.status, 1);
+        EXPECT_EQ(inaccessible.output, utf16("The file cannot be accessed by the system.\r\n"));
+    }
+}
+
+TEST_F(Text, OfAnUpgradeGoesToStandardErrorAndTheCommandIsDone)
+{
+    environment["WSL_STAND_IN_MODE"] = "upgrading";
+    const Outcome outcome = wsl({"-v"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "WSL is finishing an upgrade...\r\n");
+    EXPECT_THAT(outcome.output, StartsWith("WSL version: "));
 }

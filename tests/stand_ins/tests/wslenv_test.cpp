@@ -104,6 +104,12 @@ TEST_F(Wslenv, NamesAreCaseSensitive)
     EXPECT_EQ(inside("greeting", "GREETING"), "(unset)");
 }
 
+TEST_F(Wslenv, EntryWithAValueNamesAVariableThatNobodyHas)
+{
+    environment["GREETING"] = "hello";
+    EXPECT_EQ(inside("GREETING=other", "GREETING"), "(unset)");
+}
+
 TEST_F(Wslenv, DuplicatesAndEmptyEntriesAreHarmless)
 {
     environment["GREETING"] = "hello";
@@ -122,10 +128,14 @@ TEST_F(Wslenv, HomeAndItsLikeOverrideIt)
     environment["HOME"] = "/elsewhere";
     environment["USER"] = "somebody";
     environment["NAME"] = "thing";
+    environment["LOGNAME"] = "somebody";
+    environment["SHELL"] = "/bin/other";
     environment["WSL_DISTRO_NAME"] = "Other";
-    const std::string wslenv = "HOME:USER:NAME:WSL_DISTRO_NAME";
+    const std::string wslenv = "HOME:USER:LOGNAME:SHELL:NAME:WSL_DISTRO_NAME";
     EXPECT_EQ(inside(wslenv, "HOME"), "/root");
     EXPECT_EQ(inside(wslenv, "USER"), "root");
+    EXPECT_EQ(inside(wslenv, "LOGNAME"), "root");
+    EXPECT_EQ(inside(wslenv, "SHELL"), "/bin/sh");
     EXPECT_NE(inside(wslenv, "NAME"), "thing");
     EXPECT_EQ(inside(wslenv, "WSL_DISTRO_NAME"), "Hub");
 }

@@ -141,6 +141,10 @@ std::string unpack(const std::filesystem::path& archive, const std::filesystem::
     if (run.errors.find("does not look like a tar archive") != std::string::npos) {
         return std::string(unrecognized);
     }
+    constexpr char full[] = "No space left on device";
+    if (run.errors.find(full) != std::string::npos) {
+        return std::string("bsdtar: Write failed: ") + full + "\n";
+    }
     const std::string complaint =
         packing == nullptr ? "Truncated tar archive" : "truncated " + std::string(packing->name) + " input";
     return "bsdtar: " + complaint + "\nbsdtar: Error exit delayed from previous errors.\n";

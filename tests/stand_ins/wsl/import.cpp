@@ -4,13 +4,17 @@
 #include "output.h"
 #include "paths.h"
 #include "registry.h"
+#include "relays.h"
+#include "special_modes.h"
 #include "verbs.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <fcntl.h>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <random>
 #include <unistd.h>
 
@@ -18,8 +22,6 @@ namespace stand_in {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::string_view registerContext = "Wsl/Service/RegisterDistro/";
 
 struct Request {
     std::string name;
@@ -37,9 +39,10 @@ struct Made {
     bool disk = false;
 };
 
-[[noreturn]] void failRegistration(std::string_view english, std::string_view code, std::string_view argument = {})
+// Builds of 2023 had other words and codes for some of them.
+[[noreturn]] void failAs(const KnownFailure& today, const KnownFailure& once, std::string_view argument = {})
 {
-    fail(english, std::string(registerContext) + std::string(code), argument);
+    fail(modeIsOn("old-codes") ? once : today, argument);
 }
 
 bool looksLikeDisk(std::string file)
@@ -55,7 +58,7 @@ int parseVersion(const Options& options)
     }
     const std::string text = options.options.at("--version");
     if (text != "1" && text != "2") {
-        fail("The parameter is incorrect. ", "Wsl/E_INVALIDARG");
+        fail(failures::badParameter);
     }
     return text == "1" ? 1 : 2;
 }
@@ -64,12 +67,12 @@ Request parseRequest(std::string_view rest)
 {
     const Options options = parseOptions(rest, {{"--version", 0, true}}, 3);
     if (options.positionals.size() < 3) {
-        fail("The parameter is incorrect. ", "Wsl/E_INVALIDARG");
+        fail(failures::badParameter);
     }
     const int version = parseVersion(options);
     const std::string& file = options.positionals[2];
     if (looksLikeDisk(file)) {
-        fail("This looks like a VHD file. Use --vhd to import a VHD instead of a tar.");
+        fail(failures::virtualDiskFile);
     }
     return {options.positionals[0], options.positionals[1], hostPath(options.positionals[1]),
             file == "-" ? fs::path("/dev/stdin") : hostPath(file), version};
@@ -79,22 +82,26 @@ Request parseRequest(std::string_view rest)
 bool makeFolder(const fs::path& folder)
 {
     if (!fs::is_directory(folder.parent_path())) {
-        fail("The system cannot find the path specified. ", "Wsl/ERROR_PATH_NOT_FOUND");
+        fail(failures::folderMissing);
     }
     std::error_code error;
-    return fs::create_directory(folder, error);
+    const bool made = fs::create_directory(folder, error);
+    if (!fs::is_directory(folder)) {
+        fail(failures::accessDenied);
+    }
+    return made;
 }
 
 void requireReadable(const fs::path& file)
 {
     if (!fs::is_directory(file.parent_path())) {
-        fail("The system cannot find the path specified. ", "Wsl/ERROR_PATH_NOT_FOUND");
+        fail(failures::folderMissing);
     }
     if (!fs::exists(file)) {
-        fail("The system cannot find the file specified. ", "Wsl/ERROR_FILE_NOT_FOUND");
+        fail(failures::fileMissing);
     }
     if (fs::is_directory(file) || ::access(file.c_str(), R_OK) != 0) {
-        fail("Access is denied. ", "Wsl/E_ACCESSDENIED");
+        fail(failures::accessDenied);
     }
 }
 
@@ -104,7 +111,7 @@ void requireValidName(const std::string& name)
         return c < 0x80 && (std::isalnum(c) != 0 || c == '.' || c == '_' || c == '-');
     });
     if (name.empty() || name.size() > 256 || !lettersValid || sameName(name, "Legacy")) {
-        failRegistration("Invalid distribution name: \"{}\".", "E_INVALIDARG", name);
+        failAs(failures::nameInvalid, failures::oldNameInvalid, name);
     }
 }
 
@@ -112,16 +119,13 @@ void requireFree(Registry& registry, const Request& request)
 {
     if (const Distribution* other = registry.find(request.name)) {
         if (isInstalled(*other)) {
-            failRegistration(
-                "A distribution with the supplied name already exists. Use --name to choose a different name.",
-                "ERROR_ALREADY_EXISTS");
+            failAs(failures::nameTaken, failures::oldNameTaken);
         }
-        failRegistration("An install, uninstall, or conversion is in progress for this distribution.",
-                         "E_ILLEGAL_STATE_CHANGE");
+        failAs(failures::nameBusy, failures::oldNameBusy);
     }
     for (const Distribution& other : registry.distributions) {
         if (other.basePath == fs::weakly_canonical(request.folder)) {
-            failRegistration("The supplied install location is already in use.", "ERROR_FILE_EXISTS");
+            fail(failures::folderTaken);
         }
     }
 }
@@ -157,28 +161,14 @@ Distribution reserve(const Request& request)
     return distribution;
 }
 
-void requireVirtualisation()
-{
-    if (modeIsOn("virtualisation-off")) {
-        throw Failure{
-            message("WSL2 is unable to start since virtualization is not enabled on this machine.") +
-                "\nPlease enable the \"Virtual Machine Platform\" optional component and ensure virtualization"
-                " is enabled in the BIOS."
-                "\nEnable \"Virtual Machine Platform\" by running: wsl.exe --install --no-distribution"
-                "\nFor information please visit https://aka.ms/enablevirtualization",
-            std::string(registerContext) + "CreateVm/HCS/HCS_E_HYPERV_NOT_INSTALLED"};
-    }
-}
-
 void createDisk(const Distribution& distribution, const std::string& folderText)
 {
     const int file = ::open(disk(distribution).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (file < 0 && errno == EEXIST) {
-        failRegistration("Failed to create disk '{}': The file exists. ", "ERROR_FILE_EXISTS",
-                         folderText + "\\ext4.vhdx");
+        fail(failures::diskExists, folderText + "\\ext4.vhdx");
     }
     if (file < 0) {
-        failRegistration("The system cannot find the path specified. ", "ERROR_PATH_NOT_FOUND");
+        fail(failures::diskFolderMissing);
     }
     ::close(file);
 }
@@ -202,10 +192,10 @@ void fill(const Distribution& distribution, const fs::path& archive)
     fs::remove(scratch);
     if (!complaint.empty()) {
         printRawError(complaint);
-        failRegistration("Importing the distribution failed.", "WSL_E_IMPORT_FAILED");
+        fail(failures::importFailed);
     }
     if (!fs::exists(fs::symlink_status(root / "etc")) && !fs::exists(fs::symlink_status(root / "bin/sh"))) {
-        failRegistration("The imported file is not a valid Linux distribution.", "WSL_E_NOT_A_LINUX_DISTRO");
+        fail(failures::notLinux);
     }
 }
 
@@ -214,7 +204,7 @@ void markInstalled(const std::string& name)
     Registry registry;
     Distribution* distribution = registry.find(name);
     if (distribution == nullptr) {
-        failRegistration("There is no distribution with the supplied name.", "WSL_E_DISTRO_NOT_FOUND");
+        fail(failures::unknownDistribution);
     }
     distribution->state = "Installed";
     if (registry.defaultName.empty()) {
@@ -240,11 +230,8 @@ void takeBack(const Request& request, const Distribution& distribution, const Ma
     }
 }
 
-} // namespace
-
-int importDistribution(std::string_view rest)
+int carryOut(const Request& request)
 {
-    const Request request = parseRequest(rest);
     Made made;
     Distribution distribution;
     try {
@@ -252,7 +239,7 @@ int importDistribution(std::string_view rest)
         requireReadable(request.archive);
         distribution = reserve(request);
         made.registration = true;
-        requireVirtualisation();
+        requireVirtualMachine("RegisterDistro");
         createDisk(distribution, request.folderText);
         made.disk = true;
         sleepMilliseconds(numberFromEnvironment("WSL_STAND_IN_IMPORT_MS", 0));
@@ -264,6 +251,37 @@ int importDistribution(std::string_view rest)
     }
     printSuccess();
     return 0;
+}
+
+// The service in a process and a session of its own, whose words this process passes on for as long as it lives.
+int carryOutInService(const Request& request)
+{
+    Relays relays;
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+        fail(failures::catastrophe);
+    }
+    const pid_t service = ::fork();
+    if (service == 0) {
+        ::setsid();
+        takeStreams(relays.inside());
+        const Ending ending{reportingFailures([&request] { return carryOut(request); }), false};
+        writeBytes(ends[1], {reinterpret_cast<const char*>(&ending), sizeof ending});
+        ::_exit(0);
+    }
+    ::close(ends[1]);
+    relays.closeInside();
+    const std::optional<Ending> ending = relays.copyUntilEnd(ends[0]);
+    waitForChild(service);
+    return ending ? ending->status : ownFailure;
+}
+
+} // namespace
+
+int importDistribution(std::string_view rest)
+{
+    const Request request = parseRequest(rest);
+    return modeIsOn("import-goes-on") ? carryOutInService(request) : carryOut(request);
 }
 
 } // namespace stand_in

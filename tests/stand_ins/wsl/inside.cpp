@@ -2,6 +2,7 @@
 
 #include "output.h"
 #include "process.h"
+#include "relays.h"
 
 #include <array>
 #include <cerrno>
@@ -36,8 +37,7 @@ void require(int result, const char* step)
 // The form of the messages that come from within; the line numbers are those that were once seen.
 void reportRelayError(const std::string& function, int line, const std::string& call)
 {
-    printRawError("<3>WSL (" + std::to_string(::getpid()) + " - Relay) ERROR: " + function + ":" +
-                  std::to_string(line) + ": " + call + " failed: " + std::strerror(errno) + "\n");
+    printRawError(relayError(::getpid(), function, line, call, std::strerror(errno)));
 }
 
 void bindDevice(const char* name)
@@ -48,8 +48,22 @@ void bindDevice(const char* name)
     require(::mount(("/dev/" + std::string(name)).c_str(), target.c_str(), nullptr, MS_BIND, nullptr), "device");
 }
 
+// With the new root as the current folder, and the old one still there.
+void mountCallersFolder(const std::string& folder)
+{
+    if (folder.empty()) {
+        return;
+    }
+    ::mkdir("mnt", 0755);
+    ::mkdir("mnt/z", 0755);
+    require(::mount("tmpfs", "mnt/z", "tmpfs", MS_NOSUID, "mode=755"), "drive Z");
+    const std::string target = callersFolderInside(folder).substr(1);
+    std::filesystem::create_directories(target);
+    require(::mount(folder.c_str(), target.c_str(), nullptr, MS_BIND, nullptr), "the caller's folder");
+}
+
 // Mounts live in this namespace only and end with it.
-void enterRoot(const std::filesystem::path& root)
+void enterRoot(const std::filesystem::path& root, const std::string& callersFolder)
 {
     require(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "private mounts");
     require(::mount(root.c_str(), root.c_str(), nullptr, MS_BIND | MS_REC, nullptr), "root file system");
@@ -62,6 +76,7 @@ void enterRoot(const std::filesystem::path& root)
         bindDevice(device);
     }
     require(::symlink("/proc/self/fd", "dev/fd"), "/dev/fd");
+    mountCallersFolder(callersFolder);
     // The old root is stacked on top of the new one, and taken away.
     require(static_cast<int>(::syscall(SYS_pivot_root, ".", ".")), "new root");
     require(::umount2(".", MNT_DETACH), "old root");
@@ -73,6 +88,12 @@ void becomeUser(const User& user)
     require(::setgroups(0, nullptr), "groups");
     require(::setgid(user.group), "group");
     require(::setuid(user.number), "user");
+}
+
+// The caller's folder is entered as root: on a drive of Windows the user's own rights are others.
+bool enterCallersFolder(const Program& program)
+{
+    return !program.callersFolder.empty() && ::chdir(callersFolderInside(program.callersFolder).c_str()) == 0;
 }
 
 void enterFolder(const Program& program)
@@ -106,8 +127,11 @@ void resetSignals()
     for (const auto& [name, value] : program.environment) {
         ::setenv(name.c_str(), value.c_str(), 1);
     }
+    const bool entered = enterCallersFolder(program);
     becomeUser(program.user);
-    enterFolder(program);
+    if (!entered) {
+        enterFolder(program);
+    }
     std::vector<char*> argv;
     for (const std::string& argument : program.arguments) {
         argv.push_back(const_cast<char*>(argument.c_str()));
@@ -115,7 +139,7 @@ void resetSignals()
     argv.push_back(nullptr);
     ::execvp(argv[0], argv.data());
     reportRelayError("CreateProcessCommon", 640, "execvpe(" + program.arguments[0] + ")");
-    ::_exit(1);
+    ::_exit(programNotStarted);
 }
 
 // The first process must not keep the caller's streams open for longer than the programs inside do.
@@ -151,6 +175,11 @@ bool collectOthers(int options)
 
 } // namespace
 
+std::string callersFolderInside(const std::string& folder)
+{
+    return "/mnt/z" + (folder == "/" ? std::string() : folder);
+}
+
 pid_t cloneIntoNamespaces()
 {
     constexpr unsigned long flags = CLONE_NEWNS | CLONE_NEWPID | CLONE_NEWUTS | CLONE_NEWIPC | SIGCHLD;
@@ -160,8 +189,9 @@ pid_t cloneIntoNamespaces()
 void runFirstProcess(const Program& program, int endings)
 {
     ::signal(SIGPIPE, SIG_IGN);
+    takeStreams(program.streams);
     closeOthersThan(endings);
-    enterRoot(program.root);
+    enterRoot(program.root, program.callersFolder);
     const pid_t child = ::fork();
     if (child == 0) {
         becomeProgram(program);

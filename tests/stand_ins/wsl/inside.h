@@ -2,6 +2,7 @@
 
 #include "environment.h"
 
+#include <array>
 #include <filesystem>
 #include <string>
 #include <sys/types.h>
@@ -13,8 +14,12 @@ namespace stand_in {
 struct Program {
     std::filesystem::path root;
     User user;
-    // Empty for the user's home.
+    // Empty for the caller's folder, or for the user's home where that has no counterpart.
     std::string folder;
+    // A folder of the machine that is to be there as callersFolderInside() says; empty for none.
+    std::string callersFolder;
+    // What becomes standard input, output and error.
+    std::array<int, 3> streams = {0, 1, 2};
     std::vector<std::string> arguments;
     Variables environment;
 };
@@ -25,6 +30,9 @@ struct Ending {
     // Whether programs that it left behind still run inside.
     bool othersLeft = false;
 };
+
+// The machine's root is drive Z inside, of which nothing but the caller's folder is there.
+std::string callersFolderInside(const std::string& folder);
 
 // The first process inside: it sets the namespaces up, starts the program, sends its Ending to the descriptor, and
 // stays for as long as anything is left inside.

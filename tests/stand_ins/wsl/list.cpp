@@ -86,10 +86,10 @@ int listDistributions(std::string_view rest)
         return 0;
     }
     if (selected.empty() && onlyRunning) {
-        fail("There are no running distributions.");
+        fail(failures::noneRunning);
     }
     if (selected.empty()) {
-        failOnNothingInstalled();
+        fail(failures::noneInstalled);
     }
     print(verbose ? table(selected, registry.defaultName) : plainList(selected, registry.defaultName));
     return 0;

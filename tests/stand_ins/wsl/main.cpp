@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <exception>
 #include <fcntl.h>
 #include <fstream>
 #include <optional>
@@ -53,25 +52,10 @@ int runCommandLine(std::string_view line)
     const std::string_view word = takeWord(rest);
     const Verb* verb = findVerb(word);
     setVerb(verb == nullptr ? "exec" : verb->name);
-    if (const std::optional<int> status = behaveSpecially(word)) {
+    if (const std::optional<int> status = behaveSpecially(word, rest)) {
         return *status;
     }
     return verb == nullptr ? runInside(whole) : verb->run(rest);
-}
-
-int runReportingFailures(std::string_view line)
-{
-    try {
-        return runCommandLine(line);
-    } catch (const Failure& failure) {
-        if (!failure.text.empty()) {
-            printFailure(failure);
-        }
-        return failure.status;
-    } catch (const std::exception& error) {
-        printRawError("wsl stand-in: " + std::string(error.what()) + "\n");
-        return -1;
-    }
 }
 
 std::string rawCommandLine(int argc, char** argv)
@@ -107,7 +91,7 @@ int main(int argc, char** argv)
     const int descriptor = stand_in::statusDescriptor();
     const std::string line = stand_in::rawCommandLine(argc, argv);
     stand_in::recordCall(line);
-    const int status = stand_in::runReportingFailures(line);
+    const int status = stand_in::reportingFailures([&line] { return stand_in::runCommandLine(line); });
     if (descriptor >= 0) {
         stand_in::writeBytes(descriptor, std::to_string(status));
     }

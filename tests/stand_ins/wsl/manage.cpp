@@ -1,4 +1,5 @@
 #include "command_line.h"
+#include "modes.h"
 #include "options.h"
 #include "output.h"
 #include "registry.h"
@@ -11,11 +12,6 @@ namespace stand_in {
 namespace {
 
 namespace fs = std::filesystem;
-
-[[noreturn]] void failOnUnknownDistribution()
-{
-    fail("There is no distribution with the supplied name.", "Wsl/Service/WSL_E_DISTRO_NOT_FOUND");
-}
 
 // The one word behind a verb, with the quotes it may carry.
 std::string takeName(std::string_view verb, std::string_view rest)
@@ -31,7 +27,7 @@ Distribution& findInstalled(Registry& registry, const std::string& name)
 {
     Distribution* distribution = registry.find(name);
     if (distribution == nullptr || !isInstalled(*distribution)) {
-        failOnUnknownDistribution();
+        fail(failures::unknownDistribution);
     }
     return *distribution;
 }
@@ -42,11 +38,10 @@ Distribution beginUninstalling(const std::string& name)
     Registry registry;
     Distribution* distribution = registry.find(name);
     if (distribution == nullptr) {
-        failOnUnknownDistribution();
+        fail(failures::unknownDistribution);
     }
     if (isBusy(*distribution)) {
-        fail("An install, uninstall, or conversion is in progress for this distribution.",
-             "Wsl/Service/E_ILLEGAL_STATE_CHANGE");
+        fail(failures::distributionBusy);
     }
     stop(*distribution);
     distribution->state = "Uninstalling";
@@ -107,12 +102,15 @@ int showStatus(std::string_view)
         print(message("Default Distribution: {}", registry.defaultName) + "\n");
     }
     print(message("Default Version: {}", "2") + "\n");
+    if (modeIsOn("virtualisation-off")) {
+        print(message(failures::virtualisationOff.text) + "\n");
+    }
     return 0;
 }
 
 int showVersion(std::string_view)
 {
-    print(message("WSL version: {}", "2.6.1.0") + "\n" + message("Kernel version: {}", "6.6.87.2-1") + "\n" +
+    print(message("WSL version: {}", wslVersion) + "\n" + message("Kernel version: {}", "6.6.87.2-1") + "\n" +
           message("WSLg version: {}", "1.0.66") + "\n" + message("MSRDC version: {}", "1.2.6353") + "\n" +
           message("Direct3D version: {}", "1.611.1-81528511") + "\n" +
           message("DXCore version: {}", "10.0.26100.1-240331-1435.ge-release") + "\n" +

@@ -3,78 +3,32 @@
 #include "modes.h"
 #include "texts.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
-#include <cstdint>
+#include <exception>
 #include <unistd.h>
 
 namespace stand_in {
 namespace {
 
-bool usesUtf8()
+// The programs that Windows itself brings know nothing of WSL_UTF8.
+constexpr std::array<std::string_view, 7> utf16Only = {
+    "inbox",           "inbox-old",  "not-installed-stderr", "not-installed-stdout",
+    "must-be-updated", "usage-stub", "not-accessible"};
+
+Encoding encodingOfThisBuild()
 {
-    return environmentOr("WSL_UTF8", "") == "1" && !modeIsOn("inbox");
+    Encoding encoding;
+    encoding.utf8 = environmentOr("WSL_UTF8", "") == "1" && std::none_of(utf16Only.begin(), utf16Only.end(), modeIsOn);
+    const bool old = modeIsOn("crcrlf") || modeIsOn("inbox") || modeIsOn("inbox-old");
+    encoding.lineEnd = old ? "\r\r\n" : "\r\n";
+    return encoding;
 }
 
-std::string_view lineEnd()
+std::string_view inUsersLanguage(std::string_view english)
 {
-    return modeIsOn("crcrlf") || modeIsOn("inbox") ? "\r\r\n" : "\r\n";
-}
-
-std::string withLineEnds(std::string_view text)
-{
-    std::string result;
-    for (const char c : text) {
-        if (c == '\n') {
-            result += lineEnd();
-        } else {
-            result += c;
-        }
-    }
-    return result;
-}
-
-// Decodes one character. A byte that begins none stands for itself.
-char32_t takeCharacter(std::string_view& text)
-{
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-    if (length == 1 || length > text.size()) {
-        text.remove_prefix(1);
-        return lead;
-    }
-    char32_t value = lead & (0xFFU >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        value = (value << 6U) | (static_cast<unsigned char>(text[i]) & 0x3FU);
-    }
-    text.remove_prefix(length);
-    return value;
-}
-
-void appendUnit(std::string& bytes, char32_t unit)
-{
-    bytes += static_cast<char>(unit & 0xFFU);
-    bytes += static_cast<char>((unit >> 8U) & 0xFFU);
-}
-
-std::string utf16le(std::string_view text)
-{
-    std::string bytes;
-    while (!text.empty()) {
-        const char32_t character = takeCharacter(text);
-        if (character < 0x10000) {
-            appendUnit(bytes, character);
-        } else {
-            appendUnit(bytes, 0xD800 + ((character - 0x10000) >> 10U));
-            appendUnit(bytes, 0xDC00 + ((character - 0x10000) & 0x3FFU));
-        }
-    }
-    return bytes;
-}
-
-std::string encoded(std::string_view text)
-{
-    const std::string lines = withLineEnds(text);
-    return usesUtf8() ? lines : utf16le(lines);
+    return modeIsOn("localised") ? german(english) : english;
 }
 
 } // namespace
@@ -93,14 +47,12 @@ void writeBytes(int descriptor, std::string_view bytes)
 
 std::string message(std::string_view english, std::string_view argument)
 {
-    std::string text(modeIsOn("localised") ? german(english) : english);
-    const std::size_t place = text.find("{}");
-    return place == std::string::npos ? text : text.replace(place, 2, argument);
+    return withArgument(inUsersLanguage(english), argument);
 }
 
 void printTo(int descriptor, std::string_view text)
 {
-    writeBytes(descriptor, encoded(text));
+    writeBytes(descriptor, encoded(text, encodingOfThisBuild()));
 }
 
 void print(std::string_view text)
@@ -122,26 +74,37 @@ void printRawError(std::string_view text)
 
 void printFailure(const Failure& failure)
 {
-    print(failure.text + "\n" + (failure.code.empty() ? "" : message("Error code: {}", failure.code) + "\n"));
+    print(failureLines(failure.text, failure.code, inUsersLanguage(errorCode)));
+}
+
+int reportingFailures(const std::function<int()>& command)
+{
+    try {
+        return command();
+    } catch (const Failure& failure) {
+        if (!failure.text.empty()) {
+            printFailure(failure);
+        }
+        return failure.status;
+    } catch (const std::exception& error) {
+        printRawError("wsl stand-in: " + std::string(error.what()) + "\n");
+        return ownFailure;
+    }
 }
 
 void printSuccess()
 {
-    print(message("The operation completed successfully. ") + "\n");
+    print(message(succeeded) + "\n");
+}
+
+void fail(const KnownFailure& failure, std::string_view argument)
+{
+    throw Failure{message(failure.text, argument), std::string(failure.code)};
 }
 
 void fail(std::string_view english, std::string_view code, std::string_view argument)
 {
     throw Failure{message(english, argument), std::string(code)};
-}
-
-void failOnNothingInstalled()
-{
-    fail("Windows Subsystem for Linux has no installed distributions.\n"
-         "You can resolve this by installing a distribution with the instructions below:\n"
-         "\n"
-         "Use 'wsl.exe --list --online' to list available distributions\n"
-         "and 'wsl.exe --install <Distro>' to install.");
 }
 
 } // namespace stand_in

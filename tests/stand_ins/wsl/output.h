@@ -1,5 +1,8 @@
 #pragma once
 
+#include "answers.h"
+
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,7 +14,7 @@ namespace stand_in {
 struct Failure {
     std::string text;
     std::string code;
-    int status = -1;
+    int status = ownFailure;
 };
 
 // The user's language; "{}" stands for the argument.
@@ -34,11 +37,13 @@ void writeBytes(int descriptor, std::string_view bytes);
 
 void printFailure(const Failure& failure);
 
+// The status of a command, which may throw: its Failure is printed.
+int reportingFailures(const std::function<int()>& command);
+
 // "The operation completed successfully. "
 void printSuccess();
 
+[[noreturn]] void fail(const KnownFailure& failure, std::string_view argument = {});
 [[noreturn]] void fail(std::string_view english, std::string_view code = {}, std::string_view argument = {});
-
-[[noreturn]] void failOnNothingInstalled();
 
 } // namespace stand_in

@@ -5,6 +5,8 @@
 #include "output.h"
 #include "paths.h"
 #include "registry.h"
+#include "relays.h"
+#include "special_modes.h"
 #include "verbs.h"
 
 #include <algorithm>
@@ -42,7 +44,7 @@ std::vector<std::string> programBehind(std::string_view rest)
 {
     std::vector<std::string> arguments = splitProgramAndArguments(rest);
     if (arguments.empty()) {
-        fail("The parameter is incorrect. ", "Wsl/E_INVALIDARG");
+        fail(failures::badParameter);
     }
     return arguments;
 }
@@ -122,7 +124,7 @@ User findUser(const std::filesystem::path& root, const std::string& name)
         }
     }
     if (!name.empty() && name != "root") {
-        fail("User not found.", "Wsl/Service/WSL_E_USER_NOT_FOUND");
+        fail(failures::userUnknown);
     }
     return {"root", 0, 0, "/root", "/bin/sh"};
 }
@@ -135,12 +137,28 @@ std::string folderInside(const Request& request)
     return isWindowsPath(request.folder) ? mountedPath(request.folder) : request.folder;
 }
 
-Program makeProgram(const Request& request, const Distribution& distribution)
+// Where it has no counterpart inside, a warning from there says so: UTF-8 with LF.
+std::string callersFolder()
+{
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::current_path(error);
+    if (!error && !modeIsOn("no-drives")) {
+        return folder;
+    }
+    if (environmentOr("WSL_DISABLE_WARNINGS", "") != "1") {
+        printRawError("wsl: Failed to translate '" + folder.string() + "'\n");
+    }
+    return {};
+}
+
+Program makeProgram(const Request& request, const Distribution& distribution, const Relays& relays)
 {
     Program program;
+    program.streams = relays.inside();
     program.root = rootFileSystem(distribution);
     program.user = findUser(program.root, request.user);
     program.folder = folderInside(request);
+    program.callersFolder = request.folder.empty() ? callersFolder() : std::string();
     program.environment = linuxEnvironment(program.user, distribution.name);
     program.arguments = request.arguments;
     if (program.arguments.empty() && request.shellLine.empty()) {
@@ -154,11 +172,11 @@ Program makeProgram(const Request& request, const Distribution& distribution)
 Distribution& findDistribution(Registry& registry, const std::string& name)
 {
     if (name.empty() && registry.defaultName.empty()) {
-        failOnNothingInstalled();
+        fail(failures::noneInstalled);
     }
     Distribution* distribution = registry.find(name.empty() ? registry.defaultName : name);
     if (distribution == nullptr || !isInstalled(*distribution)) {
-        fail("There is no distribution with the supplied name.", "Wsl/Service/WSL_E_DISTRO_NOT_FOUND");
+        fail(failures::unknownDistribution);
     }
     return *distribution;
 }
@@ -169,39 +187,30 @@ struct Started {
     int endings = -1;
 };
 
-Started start(const Request& request)
+Started start(const Request& request, Relays& relays)
 {
     Registry registry;
     Distribution& distribution = findDistribution(registry, request.distribution);
-    const Program program = makeProgram(request, distribution);
+    requireVirtualMachine("CreateInstance");
+    const Program program = makeProgram(request, distribution, relays);
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-        fail("Catastrophic failure ", "Wsl/Service/E_UNEXPECTED");
+        fail(failures::catastrophe);
     }
     const pid_t child = cloneIntoNamespaces();
     if (child == 0) {
         runFirstProcess(program, ends[1]);
     }
     ::close(ends[1]);
+    relays.closeInside();
     if (child < 0) {
         printRawError("wsl stand-in: new namespaces need root\n");
-        fail("Catastrophic failure ", "Wsl/Service/E_UNEXPECTED");
+        fail(failures::catastrophe);
     }
     distribution.clients.push_back(thisProcess());
     distribution.programs.push_back(identify(child));
     registry.save();
     return {distribution.name, child, ends[0]};
-}
-
-// Nothing comes when the distribution is stopped in the meantime.
-bool receive(int endings, Ending& ending)
-{
-    for (;;) {
-        const ssize_t count = ::read(endings, &ending, sizeof ending);
-        if (count >= 0 || errno != EINTR) {
-            return count == static_cast<ssize_t>(sizeof ending);
-        }
-    }
 }
 
 // A distribution that was stopped in the meantime has no clients any more.
@@ -223,10 +232,10 @@ int toExitStatus(int waitStatus)
 {
     const int status = WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : waitStatus;
     if (status == 67) {
-        fail("User not found.", "Wsl/WSL_E_USER_NOT_FOUND");
+        fail(failures::userUnknown);
     }
     if (status == 87) {
-        fail("The maximum number of terminals has been reached.", "Wsl/WSL_E_TTY_LIMIT");
+        fail(failures::tooManyTerminals);
     }
     return status;
 }
@@ -236,17 +245,18 @@ int toExitStatus(int waitStatus)
 int runInside(std::string_view line)
 {
     const Request request = parseRequest(line);
-    const Started started = start(request);
+    Relays relays;
+    const Started started = start(request, relays);
     // A key that interrupts is meant for the program inside.
     ::signal(SIGINT, SIG_IGN);
     ::signal(SIGQUIT, SIG_IGN);
-    Ending ending;
-    const bool ended = receive(started.endings, ending);
-    if (!ended || !ending.othersLeft) {
+    // None comes when the distribution is stopped in the meantime.
+    const std::optional<Ending> ending = relays.copyUntilEnd(started.endings);
+    if (!ending || !ending->othersLeft) {
         waitForChild(started.firstProcess);
     }
     leave(started.distribution);
-    return ended ? toExitStatus(ending.status) : 1;
+    return ending ? toExitStatus(ending->status) : 1;
 }
 
 } // namespace stand_in

@@ -1,5 +1,6 @@
 #include "special_modes.h"
 
+#include "command_line.h"
 #include "modes.h"
 #include "output.h"
 #include "process.h"
@@ -8,13 +9,36 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <initializer_list>
 #include <string>
 #include <unistd.h>
+#include <utility>
 
 namespace stand_in {
 namespace {
 
-constexpr std::array<std::string_view, 4> unknownToInbox = {"-v", "--version", "--status", "--shutdown"};
+// What a program in the place of wsl.exe says to whatever it is asked. "MODE=N" gives the status N.
+struct WholeAnswer {
+    std::string_view mode;
+    int stream;
+    std::string_view text;
+    int status;
+};
+
+constexpr std::string_view notInstalled =
+    "The Windows Subsystem for Linux is not installed. You can install by running 'wsl.exe --install'.\n"
+    "For more information please visit https://aka.ms/wslinstall";
+
+const std::array wholeAnswers = {
+    WholeAnswer{"not-installed-stderr", STDERR_FILENO, notInstalled, 1},
+    WholeAnswer{"not-installed-stdout", STDOUT_FILENO, notInstalled, 1},
+    WholeAnswer{"must-be-updated", STDERR_FILENO,
+                "Windows Subsystem for Linux must be updated to the latest version to proceed. "
+                "You can update by running 'wsl.exe --update'.",
+                1},
+    WholeAnswer{"usage-stub", STDOUT_FILENO, inboxUsageText(), ownFailure},
+    WholeAnswer{"not-accessible", STDOUT_FILENO, "The file cannot be accessed by the system.", 1},
+};
 
 int toStatus(const std::string& text, int fallback)
 {
@@ -23,22 +47,40 @@ int toStatus(const std::string& text, int fallback)
     return status;
 }
 
-// The first word of the message says option, where newer builds say argument.
-int refuseAsInbox(std::string_view word)
+// The console of a user would be asked to press a key, for up to a minute.
+int say(const WholeAnswer& answer)
 {
-    print("Invalid command line option: " + std::string(word) + "\n" + std::string(inboxUsageText()) + "\n");
-    return -1;
+    printTo(answer.stream, message(answer.text) + "\n");
+    sleepMilliseconds(numberFromEnvironment("WSL_STAND_IN_WAIT_MS", 0));
+    return toStatus(modeValue(answer.mode), answer.status);
 }
 
-// The console of a user would be asked to press a key, for up to a minute.
-int sayNotInstalled(int stream, const std::string& status)
+bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words)
 {
-    const std::string text =
-        message("The Windows Subsystem for Linux is not installed. You can install by running 'wsl.exe --install'.") +
-        "\nFor more information please visit https://aka.ms/wslinstall\n";
-    printTo(stream, text);
-    sleepMilliseconds(numberFromEnvironment("WSL_STAND_IN_WAIT_MS", 0));
-    return toStatus(status, 1);
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+// The first option that an old build does not know; empty when it knows all.
+std::string unknownToInbox(std::string_view word, std::string_view rest)
+{
+    if (isOneOf(word, {"-v", "--version", "--status"})) {
+        return std::string(word);
+    }
+    if (modeIsOn("inbox-old") && isOneOf(word, {"-l", "--list", "--import"})) {
+        for (const std::string& option : splitArguments(rest)) {
+            if (isOneOf(option, {"-v", "--verbose", "--version"})) {
+                return option;
+            }
+        }
+    }
+    return {};
+}
+
+// The first word of the message says option, where newer builds say argument.
+int refuseAsInbox(const std::string& option)
+{
+    print(message(failures::unknownToInbox.text, option) + "\n" + message(inboxUsageText()) + "\n");
+    return ownFailure;
 }
 
 int printGarbage()
@@ -70,10 +112,14 @@ int hang()
 
 } // namespace
 
-std::optional<int> behaveSpecially(std::string_view word)
+std::optional<int> behaveSpecially(std::string_view word, std::string_view rest)
 {
     if (modeIsOn("warning")) {
         warn("A localhost proxy configuration was detected but not mirrored into WSL.");
+    }
+    if (modeIsOn("upgrading")) {
+        printTo(STDERR_FILENO, "WSL is finishing an upgrade...\n");
+        sleepMilliseconds(numberFromEnvironment("WSL_STAND_IN_WAIT_MS", 0));
     }
     if (modeIsOn("hang")) {
         return hang();
@@ -90,17 +136,30 @@ std::optional<int> behaveSpecially(std::string_view word)
     if (modeIsOn("status")) {
         return toStatus(modeValue("status"), 1);
     }
-    if (modeIsOn("not-installed-stderr")) {
-        return sayNotInstalled(STDERR_FILENO, modeValue("not-installed-stderr"));
+    for (const WholeAnswer& answer : wholeAnswers) {
+        if (modeIsOn(answer.mode)) {
+            return say(answer);
+        }
     }
-    if (modeIsOn("not-installed-stdout")) {
-        return sayNotInstalled(STDOUT_FILENO, modeValue("not-installed-stdout"));
+    if (modeIsOn("inbox") || modeIsOn("inbox-old")) {
+        if (const std::string option = unknownToInbox(word, rest); !option.empty()) {
+            return refuseAsInbox(option);
+        }
     }
-    const bool unknown = std::find(unknownToInbox.begin(), unknownToInbox.end(), word) != unknownToInbox.end();
-    if (modeIsOn("inbox") && unknown) {
-        return refuseAsInbox(word);
+    if (modeIsOn("local-system") && !isOneOf(word, {"-v", "--version", "--help"})) {
+        fail(failures::localSystem);
     }
     return std::nullopt;
+}
+
+void requireVirtualMachine(std::string_view context)
+{
+    for (const auto& [mode, failure] : {std::pair("virtualisation-off", failures::virtualisationOff),
+                                        std::pair("component-missing", failures::componentMissing)}) {
+        if (modeIsOn(mode)) {
+            fail(failure.text, "Wsl/Service/" + std::string(context) + "/" + std::string(failure.code));
+        }
+    }
 }
 
 } // namespace stand_in

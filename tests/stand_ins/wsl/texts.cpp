@@ -1,45 +1,59 @@
 #include "texts.h"
 
+#include "answers.h"
+
 #include <array>
 #include <utility>
 
 namespace stand_in {
 namespace {
 
+constexpr std::string_view inboxUsage = "Copyright (c) Microsoft Corporation. All rights reserved.\n"
+                                        "\n"
+                                        "Usage: wsl.exe [Argument] [Options...] [CommandLine]\n"
+                                        "\n"
+                                        "Arguments for running Linux binaries:\n"
+                                        "\n"
+                                        "    --exec, -e <CommandLine>\n"
+                                        "    --\n"
+                                        "\n"
+                                        "Arguments for managing Windows Subsystem for Linux:\n"
+                                        "\n"
+                                        "    --import <Distro> <InstallLocation> <FileName> [Options]\n"
+                                        "    --list, -l [Options]\n"
+                                        "    --set-default, -s <Distro>\n"
+                                        "    --terminate, -t <Distro>\n"
+                                        "    --unregister <Distro>";
+
 using Translation = std::pair<std::string_view, std::string_view>;
 
 constexpr std::array translations = {
-    Translation{"Error code: {}", "Fehlercode: {}"},
-    Translation{"The operation completed successfully. ", "Der Vorgang wurde erfolgreich beendet. "},
-    Translation{"The parameter is incorrect. ", "Falscher Parameter. "},
-    Translation{"Access is denied. ", "Zugriff verweigert. "},
-    Translation{"The system cannot find the path specified. ", "Das System kann den angegebenen Pfad nicht finden. "},
-    Translation{"The system cannot find the file specified. ", "Das System kann die angegebene Datei nicht finden. "},
-    Translation{"There is no distribution with the supplied name.",
-                "Es gibt keine Verteilung mit dem angegebenen Namen."},
-    Translation{"There are no running distributions.", "Es werden keine Verteilungen ausgeführt."},
+    Translation{errorCode, "Fehlercode: {}"},
+    Translation{succeeded, "Der Vorgang wurde erfolgreich beendet. "},
+    Translation{failures::badParameter.text, "Falscher Parameter. "},
+    Translation{failures::accessDenied.text, "Zugriff verweigert. "},
+    Translation{failures::folderMissing.text, "Das System kann den angegebenen Pfad nicht finden. "},
+    Translation{failures::fileMissing.text, "Das System kann die angegebene Datei nicht finden. "},
+    Translation{failures::unknownDistribution.text, "Es gibt keine Verteilung mit dem angegebenen Namen."},
+    Translation{failures::noneRunning.text, "Es werden keine Verteilungen ausgeführt."},
     Translation{"Windows Subsystem for Linux Distributions:", "Windows-Subsystem für Linux-Distributionen:"},
     Translation{"{} (Default)", "{} (Standard)"},
     Translation{
-        "A distribution with the supplied name already exists. Use --name to choose a different name.",
+        failures::nameTaken.text,
         "Eine Verteilung mit dem angegebenen Namen ist bereits vorhanden. Wählen Sie mit --name einen anderen."},
-    Translation{"An install, uninstall, or conversion is in progress for this distribution.",
+    Translation{failures::distributionBusy.text,
                 "Für diese Verteilung läuft eine Installation, Deinstallation oder Konvertierung."},
-    Translation{"The supplied install location is already in use.",
-                "Der angegebene Installationsort wird bereits verwendet."},
-    Translation{"Failed to create disk '{}': The file exists. ",
-                "Fehler beim Erstellen des Datenträgers „{}“: Die Datei ist vorhanden. "},
-    Translation{"This looks like a VHD file. Use --vhd to import a VHD instead of a tar.",
-                "Das sieht wie eine VHD-Datei aus. Importieren Sie sie mit --vhd."},
-    Translation{"Importing the distribution failed.", "Fehler beim Importieren der Verteilung."},
-    Translation{"The imported file is not a valid Linux distribution.",
-                "Die importierte Datei ist keine gültige Linux-Verteilung."},
-    Translation{"Invalid distribution name: \"{}\".", "Ungültiger Verteilungsname: \"{}\"."},
+    Translation{failures::folderTaken.text, "Der angegebene Installationsort wird bereits verwendet."},
+    Translation{failures::diskExists.text, "Fehler beim Erstellen des Datenträgers „{}“: Die Datei ist vorhanden. "},
+    Translation{failures::virtualDiskFile.text, "Das sieht wie eine VHD-Datei aus. Importieren Sie sie mit --vhd."},
+    Translation{failures::importFailed.text, "Fehler beim Importieren der Verteilung."},
+    Translation{failures::notLinux.text, "Die importierte Datei ist keine gültige Linux-Verteilung."},
+    Translation{failures::nameInvalid.text, "Ungültiger Verteilungsname: \"{}\"."},
     Translation{"Invalid command line argument: {}\nPlease use 'wsl.exe --help' to get a list of supported arguments.",
                 "Ungültiges Befehlszeilenargument: {}\n\"wsl.exe --help\" listet die unterstützten Argumente auf."},
     Translation{"Argument {} is missing a required parameter.", "Dem Argument {} fehlt ein erforderlicher Parameter."},
     Translation{"The distribution name has already been set.", "Der Verteilungsname wurde bereits festgelegt."},
-    Translation{"User not found.", "Der Benutzer wurde nicht gefunden."},
+    Translation{failures::userUnknown.text, "Der Benutzer wurde nicht gefunden."},
     Translation{"Default Distribution: {}", "Standardverteilung: {}"},
     Translation{"Default Version: {}", "Standardversion: {}"},
     Translation{"WSL version: {}", "WSL-Version: {}"},
@@ -49,20 +63,25 @@ constexpr std::array translations = {
     Translation{"Direct3D version: {}", "Direct3D-Version: {}"},
     Translation{"DXCore version: {}", "DXCore-Version: {}"},
     Translation{"Windows version: {}", "Windows-Version: {}"},
-    Translation{"Windows Subsystem for Linux has no installed distributions.\n"
-                "You can resolve this by installing a distribution with the instructions below:\n"
-                "\n"
-                "Use 'wsl.exe --list --online' to list available distributions\n"
-                "and 'wsl.exe --install <Distro>' to install.",
+    Translation{failures::noneInstalled.text,
                 "Für das Windows-Subsystem für Linux sind keine Verteilungen installiert.\n"
                 "Sie können dies beheben, indem Sie eine Verteilung wie folgt installieren:\n"
                 "\n"
                 "\"wsl.exe --list --online\" listet die verfügbaren Verteilungen auf,\n"
                 "\"wsl.exe --install <Distro>\" installiert eine."},
-    Translation{"WSL2 is unable to start since virtualization is not enabled on this machine.",
-                "WSL2 kann nicht gestartet werden, da die Virtualisierung auf diesem Computer nicht aktiviert ist."},
-    Translation{"The Windows Subsystem for Linux is not installed. You can install by running 'wsl.exe --install'.",
-                "Das Windows-Subsystem für Linux ist nicht installiert. Führen Sie \"wsl.exe --install\" aus."},
+    Translation{failures::virtualisationOff.text,
+                "WSL2 kann nicht gestartet werden, da die Virtualisierung auf diesem Computer nicht aktiviert ist.\n"
+                "Aktivieren Sie die optionale Komponente \"VM-Plattform\" und die Virtualisierung im BIOS.\n"
+                "Aktivieren Sie \"VM-Plattform\" mit: wsl.exe --install --no-distribution\n"
+                "Weitere Informationen finden Sie unter https://aka.ms/enablevirtualization"},
+    Translation{"The Windows Subsystem for Linux is not installed. You can install by running 'wsl.exe --install'.\n"
+                "For more information please visit https://aka.ms/wslinstall",
+                "Das Windows-Subsystem für Linux ist nicht installiert. Führen Sie \"wsl.exe --install\" aus.\n"
+                "Weitere Informationen finden Sie unter https://aka.ms/wslinstall"},
+    Translation{failures::unknownToInbox.text, "Ungültige Befehlszeilenoption: {}"},
+    Translation{inboxUsage, "Copyright (c) Microsoft Corporation. Alle Rechte vorbehalten.\n"
+                            "\n"
+                            "Syntax: wsl.exe [Argument] [Optionen...] [Befehlszeile]"},
 };
 
 } // namespace
@@ -110,22 +129,7 @@ std::string_view usageText()
 
 std::string_view inboxUsageText()
 {
-    return "Copyright (c) Microsoft Corporation. All rights reserved.\n"
-           "\n"
-           "Usage: wsl.exe [Argument] [Options...] [CommandLine]\n"
-           "\n"
-           "Arguments for running Linux binaries:\n"
-           "\n"
-           "    --exec, -e <CommandLine>\n"
-           "    --\n"
-           "\n"
-           "Arguments for managing Windows Subsystem for Linux:\n"
-           "\n"
-           "    --import <Distro> <InstallLocation> <FileName> [Options]\n"
-           "    --list, -l [Options]\n"
-           "    --set-default, -s <Distro>\n"
-           "    --terminate, -t <Distro>\n"
-           "    --unregister <Distro>";
+    return inboxUsage;
 }
 
 } // namespace stand_in
