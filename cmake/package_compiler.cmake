@@ -14,7 +14,7 @@ if(MSVC)
     set(package_advice "Use MSVC and a configuration with that runtime.")
 elseif(MINGW)
     set(package_runtime_dlls "libstdc++-6.dll, libgcc_s_seh-1.dll and libwinpthread-1.dll")
-    if(ZQORB_UCRT)
+    if(package_compiler MATCHES UCRT)
         set(package_runtime "UCRT and POSIX threads (Debian: x86_64-w64-mingw32ucrt-g++; MSYS2: the environment UCRT64, \
 not MINGW64)")
     else()
