@@ -14,8 +14,14 @@ if(MSVC)
     set(package_advice "Use MSVC and a configuration with that runtime.")
 elseif(MINGW)
     set(package_runtime_dlls "libstdc++-6.dll, libgcc_s_seh-1.dll and libwinpthread-1.dll")
-    set(package_advice "Use GCC ${package_compiler_version} or later for mingw-w64 with msvcrt and POSIX threads \
-(Debian: x86_64-w64-mingw32-g++-posix; MSYS2: the environment MINGW64, not UCRT64).")
+    if(package_compiler MATCHES UCRT)
+        set(package_runtime "UCRT and POSIX threads (Debian: x86_64-w64-mingw32ucrt-g++; MSYS2: the environment UCRT64, \
+not MINGW64)")
+    else()
+        set(package_runtime "msvcrt and POSIX threads (Debian: x86_64-w64-mingw32-g++-posix; MSYS2: the environment \
+MINGW64, not UCRT64)")
+    endif()
+    set(package_advice "Use GCC ${package_compiler_version} or later for mingw-w64 with ${package_runtime}.")
 else()
     set(package_advice "Take the package for this project's system.")
 endif()

@@ -1,5 +1,6 @@
 #include "test_child.h"
 
+#include <cstdint>
 #include <iostream>
 
 #include <windows.h>

@@ -114,6 +114,8 @@ class FindPackage(unittest.TestCase):
         self.assertRefused(self.gcc(), self.gcc(macros="#define _UCRT "),
                            "another: GCC for mingw-w64 (UCRT, posix threads)", "the environment MINGW64, not UCRT64")
         self.assertTaken(self.gcc(macros="#define _UCRT"), self.gcc(macros="#define _UCRT"))
+        self.assertRefused(self.gcc(macros="#define _UCRT "), self.gcc(),
+                           "another: GCC for mingw-w64 (msvcrt, posix threads)", "the environment UCRT64, not MINGW64")
 
     def test_other_threads_are_refused(self):
         self.assertRefused(self.gcc(), self.gcc(threads="win32"), "(msvcrt, win32 threads)", "POSIX threads")
