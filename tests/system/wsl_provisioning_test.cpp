@@ -86,12 +86,12 @@ public:
     EndsImports(const EndsImports&) = delete;
     EndsImports& operator=(const EndsImports&) = delete;
 
-    void started(const std::vector<std::string>& arguments) override
+    void starting(const std::vector<std::string>& arguments, orb::process::detail::RunOptions& /*options*/) override
     {
         import_ = arguments.size() > 1 && arguments[1] == "--import";
         start_ = std::chrono::steady_clock::now();
     }
-    bool endWanted() override
+    bool shouldTerminate() override
     {
         return import_ && std::chrono::steady_clock::now() - start_ > std::chrono::milliseconds(1500);
     }
