@@ -22,7 +22,7 @@ TEST(InstallRoots, HaveNoSeparatorsAtTheEndHoweverManyThereWere)
     const EnvironmentVariable unset("KORVANE_ROOT");
     for (const auto& [given, root] : cases) {
         config::Configuration configuration;
-        configuration.installationRoot = given;
+        configuration.setInstallationRoot(given);
         config::configure(configuration);
         EXPECT_EQ(path::get_install_path().text, root) << given;
         config::configure({});

@@ -31,8 +31,8 @@ public:
     {
         config::Configuration configuration;
         const std::u8string root = folder_.path().u8string();
-        configuration.installationRoot = std::string(root.begin(), root.end());
-        configuration.language = language;
+        configuration.setInstallationRoot(std::string(root.begin(), root.end()));
+        configuration.setLanguage(language);
         config::configure(configuration);
         return message::localisedText({catalogue, "GREETING", {}}, "Hello");
     }

@@ -21,7 +21,7 @@ protected:
     RecordThreads()
     {
         config::Configuration configuration;
-        configuration.channelMasks = {{"test", 8}};
+        configuration.setChannelMask("test", 8);
         config::configure(configuration);
     }
 
