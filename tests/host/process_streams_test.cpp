@@ -225,8 +225,11 @@ TEST(TerminationHandler, IsAskedAboutTenTimesASecond)
         ++asked;
         return false;
     });
+    const auto begin = steady_clock::now();
     EXPECT_EQ(runWith(options, {"sleep", "1000"}).status, 0);
-    EXPECT_THAT(asked, testing::AllOf(testing::Ge(3), testing::Le(15)));
+    // On a machine that has much else to do the run takes longer than the program.
+    const auto most = (steady_clock::now() - begin) / milliseconds{100} + 5;
+    EXPECT_THAT(asked, testing::AllOf(testing::Ge(3), testing::Le(most)));
 }
 
 TEST(TerminationHandler, DoesNotWaitLongForTheDescendantsOfTheEndedProgram)
