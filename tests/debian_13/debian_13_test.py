@@ -118,8 +118,9 @@ class Debian13(unittest.TestCase):
         (release / "main" / "binary-amd64").mkdir(parents=True)
         packages = b"Package: something\nVersion: 1\nArchitecture: all\nFilename: something.deb\nSize: 1\n"
         (release / "main" / "binary-amd64" / "Packages").write_bytes(packages)
-        (release / "Release").write_text("Codename: bookworm\nComponents: main\nArchitectures: amd64\nSHA256:\n "
-                                         f"{hashlib.sha256(packages).hexdigest()} {len(packages)} main/binary-amd64/Packages\n")
+        entry = f"{hashlib.sha256(packages).hexdigest()} {len(packages)} main/binary-amd64/Packages"
+        (release / "Release").write_text("Codename: bookworm\nComponents: main\nArchitectures: amd64\n"
+                                         f"SHA256:\n {entry}\n")
         (self.work / "lists" / "partial").mkdir(parents=True)
         (self.work / "sources.list").write_text(f"deb [trusted=yes] file:{self.work}/source bookworm main\n")
         (self.work / "apt.conf").write_text(
