@@ -190,7 +190,7 @@ protected:
 
 TEST_P(WslImportRule, EachCallGoesByWhatThereIs)
 {
-    forManyValues(120, [this] {
+    forManyValues(90, [this] {
         chooseMasks();
         Story told;
         story = &told;
