@@ -100,11 +100,11 @@ std::string narrow(const std::u16string& text)
     return {text.begin(), text.end()};
 }
 
-// An interface as text: name, description, addresses with their version, loopback addresses with a star.
-std::string described(const NetworkInterface& interface)
+// An adapter as text: name, description, addresses with their version, loopback addresses with a star.
+std::string described(const NetworkInterface& adapter)
 {
-    std::string text = narrow(interface.getFriendlyName()) + "|" + narrow(interface.getDescription());
-    for (const InetAddress& address : interface.getInetAddresses()) {
+    std::string text = narrow(adapter.getFriendlyName()) + "|" + narrow(adapter.getDescription());
+    for (const InetAddress& address : adapter.getInetAddresses()) {
         text += " " + address.getHostAddress() + "/" + std::to_string(address.getVersion());
         text += address.isLoopback() ? "*" : "";
     }
@@ -121,8 +121,8 @@ TEST(NetworkAnswers, EachAdapterHasItsTextsAndAllItsAddressesInTheirOrder)
     for (const int before : {0, 1, 3}) {
         overflows = before;
         std::deque<std::string> found;
-        for (const NetworkInterface& interface : NetworkInterface::list()) {
-            found.push_back(described(interface));
+        for (const NetworkInterface& adapter : NetworkInterface::list()) {
+            found.push_back(described(adapter));
         }
         EXPECT_EQ(found, (std::deque<std::string>{
                              "Loopback|Software Loopback ::1/6* 127.0.0.1/4*",

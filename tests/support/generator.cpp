@@ -74,7 +74,7 @@ std::string Generator::text()
         text.insert(0, " ");
     }
     if (oneIn(60)) {
-        return text + std::string(oneIn(30) ? hugeSize : 70'000, 'x') + text;
+        return text + std::string(70'000, 'x') + text;
     }
     return text;
 }
@@ -98,7 +98,7 @@ std::string Generator::output()
             result += text();
         }
     }
-    return result;
+    return oneIn(200) ? result + std::string(hugeSize, 'x') + result : result;
 }
 
 std::string Generator::word()

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int draws = 20'000;
+constexpr int draws = 6'000;
 
 TEST(GeneratedValues, AreTheSameForTheSameSeedAndOthersForAnother)
 {
@@ -34,12 +34,12 @@ TEST(GeneratedValues, TextsAreOfAllKinds)
     for (int draw = 0; draw < draws; ++draw) {
         const std::string text = any.text();
         empty += text.empty() ? 1 : 0;
-        huge += text.size() > (1U << 20) ? 1 : 0;
+        huge += text.size() > 70'000 ? 1 : 0;
         blank += std::any_of(text.begin(), text.end(), isOneOfSixBlanks) ? 1 : 0;
         characters.insert(text.begin(), text.size() < 100 ? text.end() : text.begin() + 100);
     }
     EXPECT_GT(empty, draws / 20);
-    EXPECT_GT(huge, 2);
+    EXPECT_GT(huge, 0);
     EXPECT_GT(blank, draws / 4);
     EXPECT_GT(characters.size(), 90U);
     EXPECT_EQ(characters.count('\0'), 0U);
@@ -81,7 +81,7 @@ TEST(GeneratedValues, StatusesAreSuccessAndAnyFailure)
     }
     EXPECT_GT(successes, draws / 3);
     EXPECT_LT(successes, draws * 2 / 3);
-    EXPECT_GT(found.size(), 1000U);
+    EXPECT_GT(found.size(), 500U);
     for (const std::int32_t status : {1, -1, 127, 255, 256, INT32_MIN, INT32_MAX}) {
         EXPECT_EQ(found.count(status), 1U) << status;
     }

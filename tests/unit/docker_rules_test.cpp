@@ -53,7 +53,7 @@ protected:
 
 TEST_P(DockerSearchRule, TheFirstLineThatIsAFileOutsideTheProductIsTheClient)
 {
-    forManyValues(200, [this] {
+    forManyValues(400, [this] {
         chooseMasks();
         host().fileTypes.clear();
         links.clear();
@@ -87,7 +87,7 @@ TEST_P(DockerSearchRule, TheFirstLineThatIsAFileOutsideTheProductIsTheClient)
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Seed, DockerSearchRule, testing::Range(400U, 406U));
+INSTANTIATE_TEST_SUITE_P(Seed, DockerSearchRule, testing::Range(400U, 403U));
 
 class DockerQueryRule : public RuleTest {
 protected:
@@ -121,7 +121,7 @@ protected:
 
 TEST_P(DockerQueryRule, RepositoriesAreTheWordsWithoutWhatIsInFrontOfTheLastSlash)
 {
-    forManyValues(150, [this] {
+    forManyValues(400, [this] {
         Story story;
         std::vector<std::string> expected =
             wordsOf(answered(story, {"images", "--format", "{{.Repository}}"}, anyNames()));
@@ -136,7 +136,7 @@ TEST_P(DockerQueryRule, RepositoriesAreTheWordsWithoutWhatIsInFrontOfTheLastSlas
 
 TEST_P(DockerQueryRule, ContainersAreTheWords)
 {
-    forManyValues(150, [this] {
+    forManyValues(400, [this] {
         Story story;
         const std::string image = any.textOrNothing();
         const std::string filter = "ancestor=" + (image.empty() ? withRelease("kelp_hub") : image);
@@ -147,6 +147,6 @@ TEST_P(DockerQueryRule, ContainersAreTheWords)
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Seed, DockerQueryRule, testing::Range(410U, 416U));
+INSTANTIATE_TEST_SUITE_P(Seed, DockerQueryRule, testing::Range(410U, 412U));
 
 } // namespace

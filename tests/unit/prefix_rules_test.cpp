@@ -76,7 +76,7 @@ protected:
 
 TEST_P(ContainerRule, ThePrefixesNameTheContainer)
 {
-    forManyValues(60, [this] {
+    forManyValues(80, [this] {
         const std::string given = any.textOrNothing();
         const std::string name = given.empty() ? "kelp_hub" : given;
         Story story;
@@ -92,7 +92,7 @@ TEST_P(ContainerRule, ThePrefixesNameTheContainer)
 
 TEST_P(ContainerRule, TheStartHasTheFurtherArgumentsWordByWord)
 {
-    forManyValues(80, [this] {
+    forManyValues(110, [this] {
         const std::string further = furtherArguments();
         const bool isSet = !any.oneIn(5);
         setVariable("AUX_DOCKER_ARGS", isSet ? std::optional(further) : std::nullopt);
@@ -115,7 +115,7 @@ TEST_P(ContainerRule, TheStartHasTheFurtherArgumentsWordByWord)
 TEST_P(ContainerRule, TheEndIsAForcedRemoval)
 {
     setVariable("AUX_DOCKER_ARGS", "-v");
-    forManyValues(60, [this] {
+    forManyValues(80, [this] {
         const std::string container = any.textOrNothing();
         const RunResult result = anyResult();
         Story story;
@@ -125,7 +125,7 @@ TEST_P(ContainerRule, TheEndIsAForcedRemoval)
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Seed, PrefixRule, testing::Range(100U, 108U));
-INSTANTIATE_TEST_SUITE_P(Seed, ContainerRule, testing::Range(110U, 114U));
+INSTANTIATE_TEST_SUITE_P(Seed, PrefixRule, testing::Range(100U, 104U));
+INSTANTIATE_TEST_SUITE_P(Seed, ContainerRule, testing::Range(110U, 113U));
 
 } // namespace

@@ -19,7 +19,8 @@ protected:
     std::string candidates()
     {
         std::string printed =
-            any.oneIn(3) ? any.oneOf(std::vector<std::string>{"/c/", "/C/", "/d/", " /c/", "/c", "c/c/"}) : "";
+            any.oneIn(3) ? any.oneOf(std::vector<std::string>{"/c/", "/c/", "/c/", "/C/", "/d/", " /c/", "/c", "c/c/"})
+                         : "";
         std::string candidate = any.text();
         const std::size_t count = any.count();
         for (std::size_t i = 0; i < count; ++i) {
@@ -115,7 +116,8 @@ protected:
         if (any.oneIn(4)) {
             return any.output();
         }
-        std::string printed;
+        // With a byte order mark, now and then.
+        std::string printed = any.oneIn(4) ? "\xFF\xFE" : "";
         std::string name = any.word();
         const std::size_t count = any.count();
         for (std::size_t i = 0; i < count; ++i) {
@@ -176,7 +178,7 @@ protected:
 TEST_P(WslListingRule, TheWordsOfTheOutputWithoutItsZeroBytesAreTheNames)
 {
     findWsl();
-    forManyValues(100, [this] {
+    forManyValues(200, [this] {
         chooseMasks();
         const std::string value = any.oneOf(std::vector<std::string>{"1", "1", "1", "0", "", "true", "11", "1 "});
         setVariable("KELP_ADDITIONAL_LOGGING", any.oneIn(4) ? std::nullopt : std::optional(value));
@@ -189,7 +191,7 @@ TEST_P(WslListingRule, TheWordsOfTheOutputWithoutItsZeroBytesAreTheNames)
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Seed, WslListingRule, testing::Range(250U, 256U));
+INSTANTIATE_TEST_SUITE_P(Seed, WslListingRule, testing::Range(250U, 253U));
 
 class WslAddressRule : public RuleTest {
 protected:
@@ -237,7 +239,7 @@ protected:
 
 TEST_P(WslAddressRule, TheFirstAdapterOfWslWithAnIPv4AddressHasIt)
 {
-    forManyValues(300, [this] {
+    forManyValues(600, [this] {
         Interfaces interfaces;
         const std::size_t count = any.below(6);
         for (std::size_t i = 0; i < count; ++i) {
@@ -255,6 +257,6 @@ TEST_P(WslAddressRule, TheFirstAdapterOfWslWithAnIPv4AddressHasIt)
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Seed, WslAddressRule, testing::Range(260U, 264U));
+INSTANTIATE_TEST_SUITE_P(Seed, WslAddressRule, testing::Range(260U, 262U));
 
 } // namespace
