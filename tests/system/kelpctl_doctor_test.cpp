@@ -316,11 +316,14 @@ TEST_F(Doctor, NeedsNoMoreThanItsOwnTimeForAnyAmountOfOutput)
     const EnvironmentVariable mode("WSL_STAND_IN_MODE", "flood");
     const Computer computer({"where", "wsl"});
     const auto toolTime = [] { return timeOf([] { orb::process::detail::run({"wsl.exe", "-v"}); }); };
-    const auto before = toolTime();
     RunResult result;
-    const auto time = timeOf([&] { result = computer.doctor(); });
     // The tool is asked three times. Others use the machine too, now more and now less.
-    EXPECT_LT(time, 2 * 3 * std::max(before, toolTime()) + ownTime);
+    const auto ownTimeOfOneRun = [&] {
+        const auto before = toolTime();
+        const auto time = timeOf([&] { result = computer.doctor(); });
+        return time - 3 * std::max(before, toolTime());
+    };
+    EXPECT_LT(std::min({ownTimeOfOneRun(), ownTimeOfOneRun(), ownTimeOfOneRun()}), ownTime);
     EXPECT_LT(result.standardOutput.size(), 10'000U);
 }
 
