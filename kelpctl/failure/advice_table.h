@@ -156,6 +156,12 @@ inline constexpr std::array allAdvice = {
            "Wait until the program that copies or checks the archive is done, and try again."},
     Advice{"WSL_DISK_MISSING", "WSL does not find the distribution's disk.",
            "Run \"{1} doctor\": it shows where the disk should be, and whether it is there."},
+    Advice{"DISK_GONE",
+           "The distribution {2} is registered, but its disk is gone, as when Windows' Storage Sense, a cleaner or a "
+           "terminal server has emptied the temporary folder: {4}",
+           "Run \"{1} remove {2}\", which finds nothing left to lose, then create it again with \"{1} setup\"."},
+    Advice{"DISK_UNREACHABLE", "The disk of the distribution {2} cannot be looked at: {4}",
+           "Connect the drive that it is on, or check that you may read its folder; then try again."},
     Advice{"WSL_DISK_DENIED", "WSL may not open the distribution's disk.",
            "Check that you may read and write the disk that \"{1} doctor\" shows, and that security software does not "
            "keep WSL from it."},
