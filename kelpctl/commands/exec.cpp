@@ -153,7 +153,7 @@ std::optional<Report> wslFailure(const Run& inside, const Context& context)
     const AdviceKey known = causeOfWslStatus(inside);
     // wsl.exe does not know a distribution that is being installed either.
     const bool unknown = known == "WSL_DISTRIBUTION_UNKNOWN";
-    if (!known.empty() && !unknown) {
+    if (!known.empty() && !unknown && known != "WSL_CODE_UNKNOWN") {
         return reportOn(inside, "WSL_FAILED", known, context);
     }
     const std::string& name = rules::distributionOf(inside.arguments);
@@ -167,8 +167,8 @@ std::optional<Report> wslFailure(const Run& inside, const Context& context)
     if (const AdviceKey cause = causeOfDistribution(distributions, name); !cause.empty() || unknown) {
         return reportOn(inside, "WSL_FAILED", cause.empty() ? AdviceKey("DISTRIBUTION_MISSING") : cause, context);
     }
-    return reportOn(inside, wslFailureIsAmbiguous() ? AdviceKey("WSL_OR_PROGRAM_FAILED") : AdviceKey("WSL_FAILED"), {},
-                    context);
+    return reportOn(inside, wslFailureIsAmbiguous() ? AdviceKey("WSL_OR_PROGRAM_FAILED") : AdviceKey("WSL_FAILED"),
+                    known, context);
 }
 
 // Docker's client ends with statuses that programs end with as well, so the container is looked at.

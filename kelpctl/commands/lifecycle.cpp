@@ -1,5 +1,6 @@
 #include "commands/lifecycle.h"
 
+#include "asking/disk.h"
 #include "asking/docker.h"
 #include "asking/gateways.h"
 #include "commands/work.h"
@@ -20,6 +21,22 @@ namespace {
 
 namespace json = boost::json;
 
+// A distribution may be registered while its disk is not there any more.
+void requireDisk(const Context& context)
+{
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        break;
+    case Backend::docker:
+        return;
+    }
+    const std::optional<Disk> disk = diskOf(namesOf(context.request).image);
+    if (disk && disk->state != DiskState::present) {
+        throw Failure(disk->state == DiskState::gone ? AdviceKey("DISK_GONE") : AdviceKey("DISK_UNREACHABLE"),
+                      disk->path);
+    }
+}
+
 // What provisioning did, by the programs that ran.
 Outcome provisioned(const Context& context)
 {
@@ -29,6 +46,9 @@ Outcome provisioned(const Context& context)
         if (const std::string made = orb::lvm::detail::sourceOf(run.arguments); !made.empty() && run.succeeded()) {
             source = made;
         }
+    }
+    if (!source) {
+        requireDisk(context);
     }
     const std::string what = std::string("The ") + traitsOf(selectedBackend()).image + " " + name;
     Outcome outcome;

@@ -1,6 +1,7 @@
 // Facts: what provisioning depends on, as found on this computer. Nothing here is judged.
 #pragma once
 
+#include "asking/disk.h"
 #include "asking/docker.h"
 #include "asking/wsl.h"
 #include "request/request.h"
@@ -62,6 +63,8 @@ struct WslExamination {
     // The table of states; not asked when the listing has failed.
     Run table;
     std::vector<Distribution> distributions;
+    // Of the chosen distribution; nothing while WSL has not written down that it has one.
+    std::optional<Disk> disk;
 };
 
 struct DockerImage {

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <optional>
 #include <utility>
 
 namespace kelpctl {
@@ -209,6 +210,53 @@ void describeDistributions(const Examination& found, CheckOutput& out)
     out.others("other distributions", wsl.distributions, expected, distributionText);
 }
 
+void examineDisk(const Context& /*context*/, Examination& found)
+{
+    found.wsl.disk = diskOf(found.image);
+}
+
+void judgeDisk(const Examination& found, Findings& findings)
+{
+    const std::optional<Disk>& disk = found.wsl.disk;
+    if (!findings.needsCreation() && disk && disk->state != DiskState::present) {
+        findings.problem(disk->state == DiskState::gone ? AdviceKey("DISK_GONE") : AdviceKey("DISK_UNREACHABLE"),
+                         disk->path);
+    }
+}
+
+struct DiskWords {
+    const char* name;
+    std::string text;
+};
+
+DiskWords wordsOf(const Disk& disk)
+{
+    switch (disk.state) {
+    case DiskState::present:
+        return {"present", disk.bytes ? sizeText(*disk.bytes) : "size not known"};
+    case DiskState::gone:
+        return {"gone", "gone"};
+    case DiskState::unreachable:
+        break;
+    }
+    return {"unreachable", "cannot be looked at"};
+}
+
+void describeDisk(const Examination& found, CheckOutput& out)
+{
+    const std::optional<Disk>& disk = found.wsl.disk;
+    json::value& member = out.member("wsl", "disk");
+    if (!disk) {
+        member = nullptr;
+        return;
+    }
+    const DiskWords words = wordsOf(*disk);
+    member = {{"path", disk->path}, {"state", words.name}, {"size", orNull(disk->bytes)}};
+    if (expectedDistribution(found) != nullptr) {
+        out.row("disk", disk->path + ": " + words.text);
+    }
+}
+
 void addInterface(const NetworkInterface& nic, Adapter& adapter)
 {
     const std::string address = rules::getWslAdapterAddress(nic);
@@ -253,6 +301,7 @@ constexpr std::array wslRows = {
     Check{"wsl", examineProgram, judgeProgram, describeProgram},
     Check{.about = "name", .judge = judgeWslName},
     Check{"distribution", examineDistributions, judgeDistributions, describeDistributions},
+    Check{"distribution", examineDisk, judgeDisk, describeDisk},
     Check{.about = "adapter", .examine = examineAdapter, .describe = describeAdapter},
 };
 

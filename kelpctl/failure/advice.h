@@ -4,7 +4,6 @@
 #include "failure/advice_table.h"
 #include "request/request.h"
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -21,20 +20,5 @@ std::string adviceNextStep(const Advice& advice, const Names& names);
 
 // Whether there is a translation to this language, English included.
 bool hasCatalogue(const std::string& language);
-
-// A failure of wsl.exe, by the last part of the code path that it prints.
-struct WslCode {
-    const char* code;
-    AdviceKey cause;
-};
-
-std::span<const WslCode> wslCodes();
-
-// The key of a known code's advice, empty for any other.
-AdviceKey causeOfWslCode(std::string_view codePath);
-
-// The code path in a text that wsl.exe printed ("Wsl/Service/RegisterDistro/E_INVALIDARG"), empty when there is none.
-// Words around it are in the user's language, the path never is.
-std::string wslCodePath(std::string_view text);
 
 } // namespace kelpctl

@@ -69,7 +69,7 @@ inline constexpr std::array allAdvice = {
 
     // What an interruption may leave behind.
     Advice{"IMPORT_LEFT", "WSL may still be importing {2} into {4}.",
-           "Run \"{1} remove {2}\", then delete that folder if it is still there."},
+           "Run \"{1} doctor\": it shows what came of that. When nothing did, delete that folder."},
     Advice{"IMAGE_LEFT", "The Docker engine may still finish the image {2}.",
            "Run \"{1} remove {2}\" to be rid of it."},
     Advice{"CONTAINER_LEFT", "The container {3} may have been created.",
@@ -123,15 +123,13 @@ inline constexpr std::array allAdvice = {
     Advice{"WSL_PATH_MISSING", "WSL does not find the archive's folder, or the temporary folder.",
            "Put the archive into the folder named above, or name an archive, or the installation that holds one with "
            "--root. If it is there, check that the folder that TEMP names exists."},
-    Advice{
-        "WSL_NAME_TAKEN", "A distribution of that name is registered already; WSL takes no notice of case.",
-        "Remove the other one with \"{1} remove\" and the name as \"wsl --list\" shows it, or choose another name with "
-        "\"provision --name\"."},
+    Advice{"WSL_NAME_TAKEN", "A distribution of that name is registered already; WSL takes no notice of case.",
+           "Choose another name with \"provision --name\", or another release with --release; \"wsl --list\" shows the "
+           "one that has it."},
     Advice{"WSL_LOCATION_TAKEN", "The folder for the distribution is in use.",
            "Try again: each try uses a new folder. \"wsl --list\" shows who uses this one."},
     Advice{"WSL_BUSY", "The distribution is being installed, removed or converted.",
-           "Wait until the other program is done with it. If there is none, \"{1} remove {2}\" removes what is left of "
-           "it."},
+           "Wait until the other program is done with it; \"wsl --list --all --verbose\" shows what goes on."},
     Advice{"WSL_NAME_INVALID", "WSL does not accept the name or an argument.",
            "Choose a name of letters, digits, \".\", \"_\" and \"-\" with --name or --release."},
     Advice{"WSL_ACCESS_DENIED", "Access is denied.",
@@ -154,8 +152,65 @@ inline constexpr std::array allAdvice = {
            "Take compression and encryption off the folder that TEMP names, and try again."},
     Advice{"WSL_DISK_FULL", "The disk is full.", "Make room on the disk of the folder that TEMP names, and try again."},
     Advice{"WSL_TIMED_OUT", "WSL did not start in time.", "Run \"wsl --shutdown\", and try again."},
-    Advice{"WSL_DISK_MISSING", "The distribution's disk is gone.",
-           "Remove the distribution with \"{1} teardown\", and create it again with \"{1} setup\"."},
+    Advice{"WSL_ARCHIVE_IN_USE", "Another program holds the archive.",
+           "Wait until the program that copies or checks the archive is done, and try again."},
+    Advice{"WSL_DISK_MISSING", "WSL does not find the distribution's disk.",
+           "Run \"{1} doctor\": it shows where the disk should be, and whether it is there."},
+    Advice{"DISK_GONE",
+           "The distribution {2} is registered, but its disk is gone, as when Windows' Storage Sense, a cleaner or a "
+           "terminal server has emptied the temporary folder: {4}",
+           "Run \"{1} remove {2}\", which finds nothing left to lose, then create it again with \"{1} setup\"."},
+    Advice{"DISK_UNREACHABLE", "The disk of the distribution {2} cannot be looked at: {4}",
+           "Connect the drive that it is on, or check that you may read its folder; then try again."},
+    Advice{"WSL_DISK_DENIED", "WSL may not open the distribution's disk.",
+           "Check that you may read and write the disk that \"{1} doctor\" shows, and that security software does not "
+           "keep WSL from it."},
+    Advice{"WSL_DISK_IN_USE", "Another program holds a disk that WSL needs.",
+           "Run \"wsl --shutdown\" and try again; if that does not help, let backup and security software leave the "
+           "disk alone."},
+    Advice{"WSL_DISK_DAMAGED", "The distribution's disk is damaged.",
+           "Run \"wsl --shutdown\", make a copy of the disk, and have e2fsck look at it as Microsoft's page \"How to "
+           "manage WSL disk space\" says."},
+    Advice{"WSL_ENTRY_BROKEN", "The entry of a distribution in the registry is not whole.",
+           "Look with \"reg query HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Lxss /s\" for the entry that "
+           "lacks what wsl.exe names, and put it back; ask support if you do not know it."},
+    Advice{"WSL_CONFIGURATION", "WSL cannot use what the file .wslconfig in your user folder says.",
+           "Mend what wsl.exe names in %USERPROFILE%\\.wslconfig, or rename that file; then run \"wsl --shutdown\" and "
+           "try again."},
+    Advice{"WSL_PLUGIN", "A plug-in of WSL, such as security products bring along, keeps it from starting.",
+           "Ask whoever looks after the product that wsl.exe names; when it wants a newer WSL, run \"wsl --update\"."},
+    Advice{"WSL_POLICY", "A policy of this computer keeps WSL from being used.",
+           "Ask whoever looks after this computer for the policies of WSL, \"AllowWSL\" and its like."},
+    Advice{"WSL_MEMORY", "There is not enough memory for WSL's virtual machine.",
+           "Close other programs, or lower memory= in %USERPROFILE%\\.wslconfig; then run \"wsl --shutdown\" and try "
+           "again."},
+    Advice{"WSL_NETWORK", "WSL cannot set up the network of its virtual machine.",
+           "Run \"wsl --shutdown\" and try again; if that does not help, set another networkingMode= in "
+           "%USERPROFILE%\\.wslconfig."},
+    Advice{"WSL_INSTALLATION_INCOMPLETE", "A file of WSL itself is missing; the distributions are not affected.",
+           "Repair WSL: download the installer (.msi) of the version that \"wsl --version\" shows from "
+           "github.com/microsoft/WSL/releases, right-click it, and choose \"Repair\"."},
+    Advice{"WSL_INSTALLATION_BROKEN", "WSL is not wholly installed; the distributions are not affected.",
+           "Run \"wsl --update\" as administrator and restart Windows; if that fails, run the installer (.msi) from "
+           "github.com/microsoft/WSL/releases."},
+    Advice{
+        "WSL_FILES_DENIED", "WSL may not open a file that its virtual machine needs.",
+        "Check that you may read the files that %USERPROFILE%\\.wslconfig names; if it names none, repair WSL with the "
+        "installer (.msi) from github.com/microsoft/WSL/releases."},
+    Advice{"WSL_BEING_INSTALLED", "WSL is being installed or updated.",
+           "Wait until that is done, restart Windows if it asks for it, and try again."},
+    Advice{"WSL_DOWNLOAD_FAILED", "WSL could not download a part of itself.",
+           "Check the connection to the internet, the proxy included, and run \"wsl --update --web-download\"."},
+    Advice{"WSL_SERVICE_GONE", "The WSL service, or the virtual machine behind it, has ended meanwhile.",
+           "Try again; if it happens again, run \"wsl --shutdown\", or restart Windows."},
+    Advice{
+        "WSL_SERVICE_OFF", "The WSL service is switched off.",
+        "Let the service WSLService (LxssManager in older versions) start again in services.msc, and restart Windows."},
+    Advice{"WSL_SERVICE_REFUSES", "WSL denies access.",
+           "Run kelpctl as the user who is logged on, not as a service nor over SSH, and check that security software "
+           "does not hold WSL back."},
+    Advice{"WSL_CODE_UNKNOWN", "kelpctl does not know what is behind the code that wsl.exe gives.",
+           "Do what wsl.exe itself says; if that does not help, look for the code at github.com/microsoft/WSL/issues."},
     Advice{"WSL_STATUS_67", "The program ended with status 67, which wsl.exe takes for a user that does not exist.",
            "Look at what the program printed; wsl.exe never passes the status 67 on."},
     Advice{"WSL_STATUS_87", "The program ended with status 87, which wsl.exe takes for a want of terminals.",

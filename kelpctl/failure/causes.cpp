@@ -1,7 +1,7 @@
 #include "failure/causes.h"
 
 #include "asking/docker.h"
-#include "failure/advice.h"
+#include "failure/wsl_causes.h"
 #include "request/backend.h"
 #include "request/request.h"
 
@@ -68,7 +68,8 @@ AdviceKey causeOfDockerFailure(AdviceKey identifier, const Run& run, const Conte
 
 std::string codeOf(const Run& run)
 {
-    return wslCodePath(run.output + "\n" + run.error);
+    const std::string path = wslCodePath(run.output);
+    return path.empty() ? wslCodePath(run.error) : path;
 }
 
 AdviceKey causeOfWslStatus(const Run& run)
@@ -76,8 +77,9 @@ AdviceKey causeOfWslStatus(const Run& run)
     if (!run.status) {
         return {};
     }
-    if (const AdviceKey known = causeOfWslCode(codeOf(run)); !known.empty()) {
-        return known;
+    if (const std::string path = codeOf(run); !path.empty()) {
+        const bool imports = rules::commandOf(run.arguments) == rules::Command::wslImport;
+        return causeOfWslPath(path, imports ? WslWork::import : WslWork::other);
     }
     if (run.status == noSuchProgram) {
         return "WSL_NOT_FOUND";

@@ -26,7 +26,8 @@ AdviceKey causeOf(AdviceKey identifier, const std::optional<Run>& run, const Con
 // What an interrupted run may have left behind.
 AdviceKey causeOfInterruption(const std::optional<Run>& run);
 
-// The code path in what a program printed; empty when there is none.
+// The code path in what a program printed: on standard output, where wsl.exe tells its failures, or else on standard
+// error. Empty when there is none.
 std::string codeOf(const Run& run);
 
 // Why `wsl.exe` failed at something else than running a program.

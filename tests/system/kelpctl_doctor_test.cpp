@@ -83,6 +83,11 @@ void imageSize(Scan& scan)
     scan.atLeastOne("0123456789.").atMostOne("kMG").literal("B");
 }
 
+void placeAndSizeOfDisk(Scan& scan)
+{
+    scan.literal("\n           disk").atLeastOne(" ").mark().anyBut("\n");
+}
+
 void reasonOfASystem(Scan& scan)
 {
     scan.literal("cannot start '").anyBut("'").literal("': ").mark().anyBut("\n");
@@ -134,6 +139,7 @@ private:
         }
         text = replacedEach(text, clientVersion, "{VERSION}");
         text = replacedEach(text, engineVersion, "{VERSION}");
+        text = replacedEach(text, placeAndSizeOfDisk, "{DISK}");
         text = replacedEach(text, fileSize, "{SIZE}");
         text = replacedEach(text, imageSize, "{SIZE}");
         text = replaced(text, "status 255 (0x000000FF)", "status {WSL FAILURE}");
@@ -182,6 +188,7 @@ TEST_F(DoctorTable, WslStopped)
     const Wsl wsl;
     wsl.import("other");
     wsl.import(name);
+    const WrittenDown writtenDown(name);
     const Computer computer({"where", "wsl"});
     computer.expectGolden("wsl-stopped");
 }
@@ -192,6 +199,7 @@ TEST_F(DoctorTable, WslRunning)
     const Wsl wsl;
     wsl.import(name);
     wsl.run({"-d", name, "--exec", "true"});
+    const WrittenDown writtenDown(name);
     const Computer computer({"where", "wsl"});
     computer.tree.install();
     computer.expectGolden("wsl-running");
@@ -325,6 +333,27 @@ TEST_F(Doctor, NeedsNoMoreThanItsOwnTimeForAnyAmountOfOutput)
     };
     EXPECT_LT(std::min({ownTimeOfOneRun(), ownTimeOfOneRun(), ownTimeOfOneRun()}), ownTime);
     EXPECT_LT(result.standardOutput.size(), 10'000U);
+}
+
+TEST_F(Doctor, SaysThatADiskIsGoneWhereItWasAndWhatToDo)
+{
+    // Goes when the distribution in it is gone.
+    const TemporaryFolder folder;
+    const Wsl wsl;
+    const Computer computer({"where", "wsl"});
+    ASSERT_EQ(wsl.run({"--import", name, utf8(folder.path() / "hub"), utf8(hubArchive()), "--version", "2"}).status, 0);
+    const LostDisk lost(name, folder.path());
+    const RunResult told = computer.doctor();
+    EXPECT_EQ(told.status, 1);
+    EXPECT_THAT(told.standardOutput, HasSubstr("ext4.vhdx: gone"));
+    EXPECT_THAT(told.standardOutput, HasSubstr("is registered, but its disk is gone, as when"));
+    EXPECT_THAT(told.standardOutput, HasSubstr(std::string("remove ") + name + "\", "));
+    const json::value object = computer.doctorObject();
+    EXPECT_EQ(object.at("verdict"), "blocked");
+    EXPECT_EQ(object.at("wsl").at("disk").at("state"), "gone");
+    EXPECT_EQ(object.at("wsl").at("disk").at("size"), nullptr);
+    EXPECT_EQ(object.at("findings").at(0).at("identifier"), "DISK_GONE");
+    EXPECT_EQ(object.at("findings").at(0).at("subject"), object.at("wsl").at("disk").at("path"));
 }
 
 TEST_F(Doctor, ChangesNothingOnWsl)

@@ -184,6 +184,26 @@ TEST_F(KelpctlOnWsl, SetupSaysWhatItDid)
     EXPECT_EQ(again.at("result").at("created"), false);
 }
 
+// A name of its own: under Wine all tests share the registry.
+TEST_F(KelpctlOnWsl, ADistributionWhoseDiskIsGoneIsNoSuccessAndHasAWayOut)
+{
+    tree.install();
+    const std::vector<std::string> setup = {"--wsl", "--release", "Rgone", "setup"};
+    ASSERT_EQ(::kelpctl(tree, setup).status, 0);
+    {
+        const LostDisk lost("kelp_hub_Rgone", temporary.path());
+        const RunResult failed = ::kelpctl(tree, setup);
+        EXPECT_EQ(failed.status, 1);
+        EXPECT_EQ(failed.standardOutput, "");
+        EXPECT_THAT(failed.standardError, HasSubstr("error: DISK_GONE\n"));
+        EXPECT_THAT(failed.standardError, HasSubstr("ext4.vhdx\n"));
+        EXPECT_THAT(failed.standardError, HasSubstr(" remove kelp_hub_Rgone\", "));
+        EXPECT_THAT(failed.standardError, HasSubstr(" --release Rgone setup\"."));
+    }
+    EXPECT_EQ(::kelpctl(tree, {"--wsl", "--release", "Rgone", "remove", "kelp_hub_Rgone"}).status, 0);
+    EXPECT_EQ(::kelpctl(tree, setup).status, 0);
+}
+
 TEST_F(KelpctlOnWsl, AProgramThatIsMissingInsideIsTold)
 {
     tree.install();

@@ -97,7 +97,8 @@ TEST_F(Terminal, CtrlCEndsTheWorkAndTellsWhatMayBeLeft)
     EXPECT_THAT(result.standardError, HasSubstr("kelpctl setup: Interrupted.\nerror: INTERRUPTED\n"
                                                 "cause: WSL may still be importing kelp_hub_R1 into "));
     EXPECT_THAT(result.standardError, HasSubstr("next step: Run \"kelpctl --wsl --root "));
-    EXPECT_THAT(result.standardError, HasSubstr("remove kelp_hub_R1\", then delete that folder"));
+    EXPECT_THAT(result.standardError,
+                HasSubstr("doctor\": it shows what came of that. When nothing did, delete that folder."));
 }
 
 TEST_F(Terminal, NothingStartsAfterCtrlC)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "environment_variable.h"
+#include "registered.h"
 #include "temporary_folder.h"
 
 #include "host/process.h"
@@ -95,6 +96,27 @@ private:
     EnvironmentVariable state_;
     EnvironmentVariable calls_;
     StandIns standIns_;
+};
+
+// Takes the disk of a distribution away, as a cleaner does that empties the temporary folder.
+class LostDisk {
+public:
+    LostDisk(const std::string& distribution, const std::filesystem::path& temporaryFolder);
+
+private:
+    // Under Wine the stand-in's registry is not that of Windows; there the loss is written down.
+    std::optional<Registered> registered_;
+};
+
+// What WSL writes down about a distribution that it has imported. Under Wine the stand-in does not write that into the
+// registry, so this does; elsewhere it has no work.
+class WrittenDown {
+public:
+    explicit WrittenDown(const std::string& distribution);
+
+private:
+    TemporaryFolder folder_;
+    std::optional<Registered> registered_;
 };
 
 // Programs that print what a test wants: "NAME" in a folder of their own, which is the whole search path.

@@ -12,3 +12,12 @@ std::vector<std::unique_ptr<EnvironmentVariable>> bridgeVariables()
 {
     return {};
 }
+
+LostDisk::LostDisk(const std::string& /*distribution*/, const std::filesystem::path& temporaryFolder)
+{
+    for (const auto& entry : std::filesystem::directory_iterator(temporaryFolder)) {
+        std::filesystem::remove(entry.path() / "ext4.vhdx");
+    }
+}
+
+WrittenDown::WrittenDown(const std::string& /*distribution*/) {}

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <fstream>
 #include <memory>
 #include <stdexcept>
 
@@ -41,4 +42,15 @@ std::vector<std::unique_ptr<EnvironmentVariable>> bridgeVariables()
     variables.push_back(std::make_unique<EnvironmentVariable>("WINE_BRIDGE_WSL", folder + "/linux/wsl"));
     variables.push_back(std::make_unique<EnvironmentVariable>("WINE_BRIDGE_DOCKER", "/usr/bin/docker"));
     return variables;
+}
+
+LostDisk::LostDisk(const std::string& distribution, const std::filesystem::path& temporaryFolder)
+{
+    registered_.emplace(Registered::Entry{distribution, temporaryFolder / "gone"});
+}
+
+WrittenDown::WrittenDown(const std::string& distribution)
+{
+    std::ofstream(folder_.path() / "ext4.vhdx");
+    registered_.emplace(Registered::Entry{distribution, folder_.path()});
 }

@@ -150,6 +150,21 @@ TEST(VerdictOnWsl, DistributionThatIsBeingChangedIsInTheWay)
     }
 }
 
+TEST(VerdictOnWsl, DiskThatIsGoneOrCannotBeLookedAtIsInTheWay)
+{
+    using kelpctl::DiskState;
+    Examination found = goodWsl();
+    found.wsl.disk = {"C:\\Temp\\0123\\ext4.vhdx", DiskState::present, 1000};
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY"));
+    found.wsl.disk = {"C:\\Temp\\0123\\ext4.vhdx", DiskState::gone, {}};
+    EXPECT_THAT(keys(found), ElementsAre("!DISK_GONE"));
+    EXPECT_EQ(judge(found).findings.front().subject, "C:\\Temp\\0123\\ext4.vhdx");
+    found.wsl.disk->state = DiskState::unreachable;
+    EXPECT_THAT(keys(found), ElementsAre("!DISK_UNREACHABLE"));
+    found.wsl.distributions.clear();
+    EXPECT_THAT(keys(found), ElementsAre("DISTRIBUTION_MISSING")) << "wsl.exe does not know of it any more";
+}
+
 TEST(VerdictOnWsl, NameMustBeOneForWsl)
 {
     Examination found = wslWithout("distribution");
@@ -327,6 +342,8 @@ TEST(Verdict, EachFindingHasAdviceOfItsOwn)
                                                                                   "ARCHIVE_PACKED_UNUSUALLY",
                                                                                   "CONTAINER_MISSING",
                                                                                   "CONTAINER_NOT_RUNNING",
+                                                                                  "DISK_GONE",
+                                                                                  "DISK_UNREACHABLE",
                                                                                   "DISTRIBUTION_MISSING",
                                                                                   "DOCKER_ENGINE_NOT_REACHABLE",
                                                                                   "DOCKER_NAME_INVALID",

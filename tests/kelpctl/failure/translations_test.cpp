@@ -7,12 +7,14 @@
 #include <boost/json/parse.hpp>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -125,6 +127,40 @@ TEST(Translations, NoTextIsJustTheEnglishOne)
         for (const auto& [key, text] : english) {
             if (text != "{4}" && texts.contains(key)) {
                 EXPECT_NE(textOf(texts.at(key)), text) << language << ": " << key;
+            }
+        }
+    }
+}
+
+bool hasOneOf(const std::string& text, const std::vector<std::string>& parts)
+{
+    return std::any_of(parts.begin(), parts.end(),
+                       [&text](const std::string& part) { return text.find(part) != std::string::npos; });
+}
+
+// By a command, which is the same in all languages, or in the words of the languages that are here.
+bool tellsToRemoveADistribution(const std::string& text)
+{
+    return hasOneOf(text, {"teardown", "unregister", "{1} remove"}) ||
+           (hasOneOf(text, {"istribution"}) && hasOneOf(text, {"emove", "elete", "ntfern", "ösch"}));
+}
+
+// It may hold what nobody can bring back; only one whose disk is gone holds nothing.
+TEST(Translations, NothingAdvisesToRemoveADistributionUnlessItsDiskIsGone)
+{
+    std::map<std::string, std::map<std::string, std::string>> languages = {{"en", englishAdvice()}};
+    for (const auto& [language, texts] : translations("kelpctl")) {
+        for (const auto& [key, text] : texts) {
+            languages[language][std::string(key)] = textOf(text);
+        }
+    }
+    // The first is about an image of Docker.
+    const std::set<std::string> allowed = {"IMAGE_LEFT.next", "DISK_GONE.next"};
+    for (const auto& [language, texts] : languages) {
+        for (const auto& [key, text] : texts) {
+            if (key.ends_with(".next")) {
+                EXPECT_EQ(tellsToRemoveADistribution(text), allowed.contains(key))
+                    << language << ": " << key << ": " << text;
             }
         }
     }

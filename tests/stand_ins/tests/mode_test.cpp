@@ -2,6 +2,9 @@
 #include "wsl_test.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
 
 class Mode : public WslTest {
 protected:
@@ -25,6 +28,36 @@ TEST_F(Mode, CanBeLimitedToAVerb)
     EXPECT_EQ(wsl({"-l", "-q"}).status, 3);
     EXPECT_EQ(wsl({"--import", "a", "b", "c"}).status, 4);
     EXPECT_EQ(wsl({"-d", "a", "--exec", "b"}).status, 5);
+}
+
+// As any failure is told: on standard output, UTF-16 with CR LF unless WSL_UTF8 is 1, status -1.
+TEST_F(Mode, CodeFailsAnyVerbWithAnyPath)
+{
+    const std::string path = "Wsl/Service/CreateInstance/MountDisk/HCS/ERROR_FILE_NOT_FOUND";
+    const std::string text = "The sentence that goes with the code. \nError code: " + path + "\n";
+    const std::vector<std::pair<std::string, std::vector<std::string>>> verbs = {
+        {"version", {"-v"}},
+        {"list", {"-l", "-q"}},
+        {"import", {"--import", "a", "b", "c"}},
+        {"unregister", {"--unregister", "a"}},
+        {"terminate", {"--terminate", "a"}},
+        {"shutdown", {"--shutdown"}},
+        {"status", {"--status"}},
+        {"set-default", {"--set-default", "a"}},
+        {"help", {"--help"}},
+        {"exec", {"-d", "a", "--exec", "b"}},
+    };
+    for (const auto& [verb, arguments] : verbs) {
+        set("code=" + path + "@" + verb);
+        EXPECT_THAT(wsl(arguments), failsWith(text)) << verb;
+    }
+    set("code=" + path);
+    EXPECT_THAT(wsl({"-l", "-q"}), failsWith(text)) << "without a verb it is for all";
+    environment.erase("WSL_UTF8");
+    EXPECT_EQ(wsl({"-l", "-q"}).output, utf16(lines(text)));
+    set("code=" + path + "@import,code=Wsl/E_FAIL@list,localised");
+    EXPECT_EQ(wsl({"-l", "-q"}).output,
+              utf16(lines("The sentence that goes with the code. \nFehlercode: Wsl/E_FAIL\n")));
 }
 
 TEST_F(Mode, NothingSucceedsWithoutDoingAnything)

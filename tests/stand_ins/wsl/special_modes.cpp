@@ -136,6 +136,9 @@ std::optional<int> behaveSpecially(std::string_view word, std::string_view rest)
     if (modeIsOn("status")) {
         return toStatus(modeValue("status"), 1);
     }
+    if (modeIsOn("code")) {
+        fail("The sentence that goes with the code. ", modeValue("code"));
+    }
     for (const WholeAnswer& answer : wholeAnswers) {
         if (modeIsOn(answer.mode)) {
             return say(answer);

@@ -1,0 +1,173 @@
+// What a person reads when wsl.exe fails, for everything that can be behind it: wsl.exe prints the code path, as it does,
+// and kelpctl tells cause, evidence and next step.
+#include "machine.h"
+
+#include "failure/advice_table.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <boost/json/parse.hpp>
+
+#include <algorithm>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace json = boost::json;
+using orb::process::detail::RunResult;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char none[] = "none";
+
+// A failure and what is behind it.
+struct Met {
+    std::string path;
+    std::string cause;
+};
+
+void PrintTo(const Met& met, std::ostream* stream)
+{
+    *stream << met.path;
+}
+
+// The first path for each cause, of an import or of anything else.
+std::vector<Met> metBy(bool import)
+{
+    std::vector<Met> all;
+    std::set<std::string> causes;
+    std::ifstream file(WSL_PATHS);
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words(line);
+        std::string path;
+        std::string ofImport;
+        std::string ofOther;
+        words >> path >> ofImport >> ofOther;
+        const std::string& cause = import || ofOther.empty() ? ofImport : ofOther;
+        if (path.starts_with("Wsl/") && causes.insert(cause).second) {
+            all.push_back({path, cause});
+        }
+    }
+    return all;
+}
+
+std::string causeName(const testing::TestParamInfo<Met>& info)
+{
+    return info.param.cause;
+}
+
+// Up to what stands for a name.
+std::string beginning(const std::string& text)
+{
+    return text.substr(0, text.find('{'));
+}
+
+const kelpctl::Advice& advice(const std::string& key)
+{
+    const auto found = std::find_if(kelpctl::allAdvice.begin(), kelpctl::allAdvice.end(),
+                                    [&key](const kelpctl::Advice& each) { return key == each.key; });
+    if (found == kelpctl::allAdvice.end()) {
+        throw std::runtime_error(key + " has no advice");
+    }
+    return *found;
+}
+
+class WslCause : public testing::TestWithParam<Met> {
+protected:
+    ~WslCause() override { wsl.clear(); }
+
+    RunResult kelpctl(const std::vector<std::string>& arguments) const
+    {
+        std::vector<std::string> line = {KELPCTL_PROGRAM, "--wsl", "--release", "R2026b", "--root", utf8(tree.root())};
+        line.insert(line.end(), arguments.begin(), arguments.end());
+        return orb::process::detail::run(line);
+    }
+
+    static void expectTold(const std::string& text, const std::string& path, const std::string& cause)
+    {
+        EXPECT_THAT(text, HasSubstr("    code: " + path + "\n"));
+        EXPECT_THAT(text, HasSubstr("evidence: "));
+        EXPECT_THAT(text, HasSubstr("next step: "));
+        if (cause == none) {
+            EXPECT_THAT(text, Not(HasSubstr("cause: ")));
+        } else {
+            EXPECT_THAT(text, HasSubstr("cause: " + beginning(advice(cause).text)));
+            EXPECT_THAT(text, HasSubstr("next step: " + beginning(advice(cause).nextStep)));
+        }
+    }
+
+    static void expectObject(const json::value& error, const std::string& path, const std::string& cause)
+    {
+        EXPECT_EQ(error.at("evidence").at("code"), json::value(path));
+        if (cause == none) {
+            EXPECT_EQ(error.at("cause"), nullptr);
+        } else {
+            EXPECT_EQ(error.at("cause").at("identifier"), json::value(cause));
+            EXPECT_THAT(std::string(error.at("next").as_string()), HasSubstr(beginning(advice(cause).nextStep)));
+        }
+    }
+
+    InstallTree tree;
+    Wsl wsl;
+    // UTF-16, as wsl.exe prints unless it is told otherwise.
+    EnvironmentVariable encoding{"WSL_UTF8", "0"};
+    // Last: the others have folders of their own.
+    TemporaryDirectory temporary;
+};
+
+class WslCauseOfImport : public WslCause {};
+
+TEST_P(WslCauseOfImport, IsToldBySetup)
+{
+    tree.install();
+    const EnvironmentVariable mode("WSL_STAND_IN_MODE", "code=" + GetParam().path + "@import");
+    const RunResult failed = kelpctl({"setup"});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.standardError, HasSubstr("error: WSL_CANNOT_IMPORT_TAR_FILE\n"));
+    expectTold(failed.standardError, GetParam().path, GetParam().cause);
+}
+
+INSTANTIATE_TEST_SUITE_P(Setup, WslCauseOfImport, testing::ValuesIn(metBy(true)), causeName);
+
+class WslCauseOfRun : public WslCause {};
+
+TEST_P(WslCauseOfRun, IsToldByExec)
+{
+    wsl.import("kelp_hub_R2026b");
+    const EnvironmentVariable mode("WSL_STAND_IN_MODE", "code=" + GetParam().path + "@exec");
+    const RunResult failed = kelpctl({"--json", "exec", "--", "uname"});
+    EXPECT_NE(failed.status, 0);
+    // kelpctl knows which distribution it is that is not there.
+    const std::string cause =
+        GetParam().cause == "WSL_DISTRIBUTION_UNKNOWN" ? std::string("DISTRIBUTION_MISSING") : GetParam().cause;
+    expectObject(json::parse(failed.standardOutput).at("error"), GetParam().path, cause);
+}
+
+INSTANTIATE_TEST_SUITE_P(Exec, WslCauseOfRun, testing::ValuesIn(metBy(false)), causeName);
+
+class WslCauseOfListing : public WslCause {};
+
+TEST_P(WslCauseOfListing, IsToldByDoctorAndCheck)
+{
+    const EnvironmentVariable mode("WSL_STAND_IN_MODE", "code=" + GetParam().path + "@list");
+    expectTold(kelpctl({"check"}).standardError, GetParam().path, GetParam().cause);
+    const RunResult examined = kelpctl({"doctor"});
+    EXPECT_EQ(examined.status, 1);
+    EXPECT_THAT(examined.standardOutput, HasSubstr(GetParam().path));
+    EXPECT_THAT(examined.standardOutput, HasSubstr(beginning(advice(GetParam().cause).text)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Doctor, WslCauseOfListing,
+                         testing::Values(Met{"Wsl/EnumerateDistros/Service/ReadDistroConfig/E_UNEXPECTED",
+                                             "WSL_ENTRY_BROKEN"},
+                                         Met{"Wsl/ERROR_ACCESS_DISABLED_BY_POLICY", "WSL_POLICY"},
+                                         Met{"Wsl/CallMsi/REGDB_E_CLASSNOTREG", "WSL_INSTALLATION_BROKEN"},
+                                         Met{"Wsl/0x12345678", "WSL_CODE_UNKNOWN"}),
+                         causeName);
+
+} // namespace
