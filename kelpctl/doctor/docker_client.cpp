@@ -1,7 +1,5 @@
 #include "doctor/docker_client.h"
 
-#include "terminal/json.h"
-
 #include "lvm/commands.h"
 #include "lvm/files.h"
 #include "lvm/rules.h"
@@ -16,7 +14,6 @@
 namespace kelpctl {
 namespace {
 
-namespace json = boost::json;
 namespace rules = orb::lvm::detail;
 
 CandidateState stateOfFile(rules::ClientKind kind)
