@@ -1,5 +1,7 @@
 #include "doctor/docker_client.h"
 
+#include "terminal/json.h"
+
 #include "lvm/commands.h"
 #include "lvm/files.h"
 #include "lvm/rules.h"

@@ -9,11 +9,15 @@ namespace {
 
 constexpr char catalogue[] = "kelpctl";
 
-const Advice* find(std::string_view key)
+auto rowOf(std::string_view key)
 {
-    const auto found =
-        std::find_if(allAdvice.begin(), allAdvice.end(), [key](const Advice& advice) { return key == advice.key; });
-    return found == allAdvice.end() ? nullptr : &*found;
+    return std::find_if(allAdvice.begin(), allAdvice.end(), [key](const Advice& advice) { return key == advice.key; });
+}
+
+const Advice& find(std::string_view key)
+{
+    const auto found = rowOf(key);
+    return found == allAdvice.end() ? *rowOf("UNEXPECTED_ERROR") : *found;
 }
 
 std::string localised(const std::string& key, const std::string& english, const Names& names)
@@ -26,14 +30,12 @@ std::string localised(const std::string& key, const std::string& english, const 
 
 const Advice& adviceFor(AdviceKey key)
 {
-    const Advice* found = find(key.text());
-    return found == nullptr ? *find("UNEXPECTED_ERROR") : *found;
+    return find(key.text());
 }
 
 AdviceKey adviceKey(std::string_view identifier)
 {
-    const Advice* found = find(identifier);
-    return found == nullptr ? AdviceKey("UNEXPECTED_ERROR") : AdviceKey(*found);
+    return AdviceKey(find(identifier));
 }
 
 std::string adviceText(const Advice& advice, const Names& names)

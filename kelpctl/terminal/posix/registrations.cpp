@@ -1,6 +1,6 @@
 #include "terminal/registrations.h"
 
-#include "terminal/platform.h"
+#include "host/environment.h"
 
 #include <fstream>
 #include <iomanip>
@@ -13,7 +13,7 @@ namespace kelpctl {
 std::vector<Registration> registrations()
 {
     constexpr int versionWithDisk = 2;
-    const std::filesystem::path folder = environmentVariable("WSL_STAND_IN_STATE").value_or("");
+    const std::filesystem::path folder = foundation::core::env::variable("WSL_STAND_IN_STATE").value_or("");
     std::ifstream file(folder / "registry");
     std::string line;
     std::getline(file, line);
