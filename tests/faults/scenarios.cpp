@@ -8,7 +8,6 @@
 namespace faults {
 namespace {
 
-constexpr Backend wsl = Backend::wsl;
 constexpr Backend docker = Backend::docker;
 constexpr char hub[] = "kelp_hub_R2026b";
 
