@@ -44,7 +44,9 @@ Run runOf(const std::vector<std::string>& arguments, const service::RunResult& r
             beginningOf(result.standardOutput),
             beginningOf(result.standardError),
             result.standardOutput,
-            result.standardError};
+            result.standardError,
+            false,
+            result.programMissing};
 }
 
 Run runThatDidNotStart(const std::vector<std::string>& arguments, const std::string& reason)

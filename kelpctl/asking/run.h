@@ -35,6 +35,8 @@ struct Run {
     std::string capturedError;
     // The streams were the user's own; what went there is not known.
     bool attached = false;
+    // There was no such program: the status is the process service's own.
+    bool programMissing = false;
 
     bool asked() const { return ending != Ending::notAsked; }
     bool succeeded() const { return ending == Ending::exited && status == 0; }

@@ -89,7 +89,11 @@ void applyDocker(const Request& request, bool interactive, InsideCommand& comman
 Run runForJson(const Context& context, const InsideCommand& command)
 {
     const Interruption interruption(Interruption::Meaning::endWork);
-    return context.programs.run(command.arguments, command.environment, {});
+    Run run = context.programs.run(command.arguments, command.environment, {});
+    if (run.programMissing && selectedBackend() == Backend::wsl) {
+        throw Failure("WSL_FAILED", {}, "WSL_NOT_FOUND");
+    }
+    return run;
 }
 
 Run runOnTerminal(const Context& context, const InsideCommand& command)

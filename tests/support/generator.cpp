@@ -183,17 +183,17 @@ bool isOneOfSixBlanks(char character)
 
 std::vector<std::string> wordsOf(const std::string& text)
 {
-    std::vector<std::string> words;
+    std::vector<std::string> found;
     std::string word;
     for (const char character : text + " ") {
         if (!isOneOfSixBlanks(character)) {
             word += character;
         } else if (!word.empty()) {
-            words.push_back(word);
+            found.push_back(word);
             word.clear();
         }
     }
-    return words;
+    return found;
 }
 
 std::string trimmedText(const std::string& text)

@@ -181,6 +181,16 @@ TEST(Exec, FailureOfWslItselfIsAnObjectForPrograms)
     EXPECT_EQ(session.error, "");
 }
 
+TEST(Exec, MissingWslIsAnObjectForProgramsAndNoStatusOfAProgram)
+{
+    Session session;
+    session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = {127, {}, "no such program", true};
+    EXPECT_EQ(session.run({"exec", "--json", "--", "ls"}), 1);
+    EXPECT_EQ(session.json().at("ok"), false);
+    EXPECT_EQ(session.json().at("error").at("identifier"), "WSL_FAILED");
+    EXPECT_EQ(session.json().at("error").at("cause").at("identifier"), "WSL_NOT_FOUND");
+}
+
 TEST(Exec, ProgramThatTheDistributionLacksIsTold)
 {
     Session session;
