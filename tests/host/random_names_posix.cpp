@@ -5,7 +5,7 @@
 #include <sys/random.h>
 
 // In the place of the C library's.
-ssize_t getrandom(void* buffer, std::size_t size, unsigned /*flags*/) noexcept
+ssize_t getrandom(void* buffer, std::size_t size, unsigned /*flags*/)
 {
     if (!takeGivenBytes(static_cast<unsigned char*>(buffer), size)) {
         errno = ENOSYS;
