@@ -79,4 +79,18 @@ RunResult run(const std::vector<std::string>& arguments, const Environment& envi
     return fuzz::runner()(arguments);
 }
 
+// What kelpctl's commands are linked with; no target runs any.
+RunObserver::~RunObserver() = default;
+
+RunObserver* observeRuns(RunObserver*) noexcept
+{
+    return nullptr;
+}
+
+std::int32_t runAttached(const std::vector<std::string>&, const Environment&, const std::string&)
+{
+    fuzz::require(false, "no program is run on the user's streams");
+    return 0;
+}
+
 } // namespace orb::process::detail
