@@ -68,7 +68,8 @@ TEST(CodePageText, OfConsolesIsUnderstoodAsAPath)
 TEST(CodePageText, ThatEndsInTheMiddleOfALetterIsAnError)
 {
     if (GetOEMCP() != japanese) {
-        GTEST_SKIP() << "a code page with one byte for each letter";
+        EXPECT_EQ(text::cvt_string_ustring("C:\\\x83").size(), 4U) << "each byte is a letter";
+        return;
     }
     EXPECT_THROW(text::cvt_string_ustring("C:\\\x83"), std::system_error);
     EXPECT_THROW(orb::process::detail::run({"C:\\\x83"}), std::invalid_argument);
