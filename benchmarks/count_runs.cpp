@@ -1,13 +1,22 @@
-// A hundred runs of a program that ends at once, for callgrind to count.
+// So many runs of a program, to be counted: "count_runs COUNT PROGRAM [ARGUMENT...]".
 #include "counted.h"
 
 #include "host/process.h"
 
-int main()
+#include <cstdio>
+#include <string>
+#include <vector>
+
+int main(int count, char* arguments[])
 {
-    benchmarks::countSecondTurn([] {
-        for (int i = 0; i < 100; ++i) {
-            orb::process::detail::run({"/bin/true"});
+    if (count < 3) {
+        std::fputs("usage: count_runs COUNT PROGRAM [ARGUMENT...]\n", stderr);
+        return 2;
+    }
+    const std::vector<std::string> program(arguments + 2, arguments + count);
+    benchmarks::countSecondTurn([&] {
+        for (int i = std::stoi(arguments[1]); i > 0; --i) {
+            orb::process::detail::run(program);
         }
     });
 }

@@ -19,9 +19,10 @@ int main(int count, char* arguments[])
     }
     try {
         const std::size_t before = benchmarks::memoryInUse().now;
-        const benchmarks::Captured captured = contender->run({BENCHMARK_CHILD, arguments[2], arguments[3]});
-        const std::size_t size = captured.output.size() + captured.error.size();
-        if (size != std::stoul(arguments[3])) {
+        const std::size_t size = std::stoul(arguments[3]);
+        const benchmarks::Sizes expected = benchmarks::sizesOf(arguments[2], size);
+        const benchmarks::Captured captured = contender->run({BENCHMARK_CHILD, arguments[2], arguments[3]}, expected);
+        if (captured.sizes != expected) {
             std::fputs("peak_memory: the output is not complete\n", stderr);
             return 1;
         }

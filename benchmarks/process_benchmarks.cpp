@@ -14,13 +14,14 @@ namespace {
 using benchmarks::Arguments;
 using benchmarks::Captured;
 using benchmarks::Contender;
+using benchmarks::Sizes;
 
 constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
 
 // A contender that does not do the work is not measured.
-void verify(const Captured& captured, std::size_t output, std::size_t error)
+void verify(const Captured& captured, const Sizes& expected)
 {
-    if (captured.status != 0 || captured.output.size() != output || captured.error.size() != error) {
+    if (captured.status != 0 || captured.sizes != expected) {
         throw std::runtime_error("a contender captured something else than the program printed");
     }
 }
@@ -29,7 +30,7 @@ void runSmall(benchmark::State& state, const Contender& contender)
 {
     const Arguments arguments = benchmarks::quickProgram();
     for (auto _ : state) {
-        verify(contender.run(arguments), 0, 0);
+        verify(contender.run(arguments, {}), {});
     }
 }
 
@@ -41,7 +42,7 @@ void runAtOnce(benchmark::State& state, const Contender& contender)
         std::vector<std::thread> threads;
         threads.reserve(count);
         for (std::size_t i = 0; i < count; ++i) {
-            threads.emplace_back([&] { verify(contender.run(arguments), 0, 0); });
+            threads.emplace_back([&] { verify(contender.run(arguments, {}), {}); });
         }
         for (std::thread& thread : threads) {
             thread.join();
@@ -49,17 +50,12 @@ void runAtOnce(benchmark::State& state, const Contender& contender)
     }
 }
 
-struct Load {
-    const char* mode;
-    std::size_t output;
-    std::size_t error;
-};
-
-void capture(benchmark::State& state, const Contender& contender, const Load& load)
+void capture(benchmark::State& state, const Contender& contender, const char* mode, std::size_t size)
 {
-    const Arguments arguments{BENCHMARK_CHILD, load.mode, std::to_string(load.output + load.error)};
+    const Arguments arguments{BENCHMARK_CHILD, mode, std::to_string(size)};
+    const Sizes expected = benchmarks::sizesOf(mode, size);
     for (auto _ : state) {
-        verify(contender.run(arguments), load.output, load.error);
+        verify(contender.run(arguments, expected), expected);
     }
 }
 
@@ -73,13 +69,13 @@ void addAll(const Contender& contender)
 {
     add("small", contender, runSmall, contender)->Iterations(benchmarks::quickRuns)->Unit(benchmark::kMicrosecond);
     add("at once", contender, runAtOnce, contender)->Iterations(1)->Unit(benchmark::kMillisecond);
-    add("one stream", contender, capture, contender, Load{"one", 256 * mebibyte, 0})
+    add("one stream", contender, capture, contender, "one", 256 * mebibyte)
         ->Iterations(1)
         ->Unit(benchmark::kMillisecond);
-    add("two streams", contender, capture, contender, Load{"two", 128 * mebibyte, 128 * mebibyte})
+    add("two streams", contender, capture, contender, "two", 256 * mebibyte)
         ->Iterations(1)
         ->Unit(benchmark::kMillisecond);
-    add("small writes", contender, capture, contender, Load{"small", benchmarks::smallWritesSize * mebibyte, 0})
+    add("small writes", contender, capture, contender, "small", benchmarks::smallWritesSize * mebibyte)
         ->Iterations(1)
         ->Unit(benchmark::kMillisecond);
 }

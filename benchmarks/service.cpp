@@ -4,10 +4,10 @@
 
 namespace benchmarks {
 
-Captured runService(const Arguments& arguments)
+Captured runService(const Arguments& arguments, const Sizes& /*expected*/)
 {
-    orb::process::detail::RunResult result = orb::process::detail::run(arguments);
-    return {result.status, std::move(result.standardOutput), std::move(result.standardError)};
+    const orb::process::detail::RunResult result = orb::process::detail::run(arguments);
+    return {result.status, {result.standardOutput.size(), result.standardError.size()}};
 }
 
 } // namespace benchmarks

@@ -1,5 +1,7 @@
 #include "bare_process.h"
 
+#include "room.h"
+
 #include <array>
 #include <cerrno>
 #include <system_error>
@@ -23,10 +25,16 @@ void check(int error)
 
 using Ends = std::array<int, 2>;
 
-Ends makePipe()
+// As large as the system allows when much will come: fewer turns.
+Ends makePipe(std::size_t expected)
 {
+    constexpr std::size_t usual = 65536;
+    constexpr int largest = 1 << 20;
     Ends ends{};
     check(::pipe2(ends.data(), O_CLOEXEC) == 0 ? 0 : errno);
+    if (expected > usual) {
+        check(::fcntl(ends[0], F_SETPIPE_SZ, largest) >= 0 ? 0 : errno);
+    }
     return ends;
 }
 
@@ -44,20 +52,18 @@ pid_t start(const BareProcess& process, const Ends& output, const Ends& error)
     return id;
 }
 
-void readBoth(int output, int error, Captured& captured)
+void readBoth(const std::array<int, 2>& pipes, std::array<Room, 2>& rooms)
 {
-    std::array<char, 65536> buffer; // is read into
-    std::array<pollfd, 2> waits{{{output, POLLIN, 0}, {error, POLLIN, 0}}};
-    std::array<std::string*, 2> texts{&captured.output, &captured.error};
+    std::array<pollfd, 2> waits{{{pipes[0], POLLIN, 0}, {pipes[1], POLLIN, 0}}};
     while (waits[0].fd >= 0 || waits[1].fd >= 0) {
         check(::poll(waits.data(), waits.size(), -1) > 0 ? 0 : errno);
         for (std::size_t i = 0; i < waits.size(); ++i) {
             if (waits[i].fd < 0 || waits[i].revents == 0) {
                 continue;
             }
-            const ssize_t size = ::read(waits[i].fd, buffer.data(), buffer.size());
+            const ssize_t size = ::read(waits[i].fd, rooms[i].free(), rooms[i].freeSize());
             if (size > 0) {
-                texts[i]->append(buffer.data(), static_cast<std::size_t>(size));
+                rooms[i].add(static_cast<std::size_t>(size));
             } else {
                 ::close(waits[i].fd);
                 waits[i].fd = -1;
@@ -68,20 +74,19 @@ void readBoth(int output, int error, Captured& captured)
 
 } // namespace
 
-Captured runBare(const BareProcess& process)
+Captured runBare(const BareProcess& process, const Sizes& expected)
 {
-    const Ends output = makePipe();
-    const Ends error = makePipe();
+    const Ends output = makePipe(expected.output);
+    const Ends error = makePipe(expected.error);
+    std::array<Room, 2> rooms{Room(expected.output), Room(expected.error)};
     const pid_t id = start(process, output, error);
-    Captured captured;
-    readBoth(output[0], error[0], captured);
+    readBoth({output[0], error[0]}, rooms);
     int status = 0;
     check(::waitpid(id, &status, 0) == id ? 0 : errno);
-    captured.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    return captured;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), {rooms[0].used(), rooms[1].used()}};
 }
 
-Captured runFloor(const Arguments& arguments)
+Captured runFloor(const Arguments& arguments, const Sizes& expected)
 {
     std::vector<char*> pointers;
     pointers.reserve(arguments.size() + 1);
@@ -89,7 +94,7 @@ Captured runFloor(const Arguments& arguments)
         pointers.push_back(const_cast<char*>(argument.c_str())); // the system takes it so and does not write
     }
     pointers.push_back(nullptr);
-    return runBare({pointers[0], pointers.data(), environ});
+    return runBare({pointers[0], pointers.data(), environ}, expected);
 }
 
 } // namespace benchmarks

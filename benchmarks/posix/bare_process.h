@@ -13,6 +13,6 @@ struct BareProcess {
 };
 
 // Starts it with both streams on pipes, reads them until they end, and waits.
-Captured runBare(const BareProcess& process);
+Captured runBare(const BareProcess& process, const Sizes& expected = {});
 
 } // namespace benchmarks

@@ -9,7 +9,7 @@
 
 namespace benchmarks {
 
-Captured runBoostProcessV2(const Arguments& arguments)
+Captured runBoostProcessV2(const Arguments& arguments, const Sizes& /*expected*/)
 {
     namespace process = boost::process::v2;
     boost::asio::io_context context;
@@ -17,13 +17,13 @@ Captured runBoostProcessV2(const Arguments& arguments)
     boost::asio::readable_pipe error(context);
     process::process child(context, arguments.front(), Arguments(arguments.begin() + 1, arguments.end()),
                            process::process_stdio{nullptr, output, error});
-    Captured captured;
+    std::string outputText;
+    std::string errorText;
     const auto atEnd = [](const boost::system::error_code&, std::size_t) {};
-    boost::asio::async_read(output, boost::asio::dynamic_buffer(captured.output), atEnd);
-    boost::asio::async_read(error, boost::asio::dynamic_buffer(captured.error), atEnd);
+    boost::asio::async_read(output, boost::asio::dynamic_buffer(outputText), atEnd);
+    boost::asio::async_read(error, boost::asio::dynamic_buffer(errorText), atEnd);
     context.run();
-    captured.status = child.wait();
-    return captured;
+    return {child.wait(), {outputText.size(), errorText.size()}};
 }
 
 } // namespace benchmarks

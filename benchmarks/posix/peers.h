@@ -5,8 +5,8 @@
 
 namespace benchmarks {
 
-Captured runLibuv(const Arguments& arguments);
-Captured runBoostProcessV1(const Arguments& arguments);
-Captured runBoostProcessV2(const Arguments& arguments);
+Captured runLibuv(const Arguments& arguments, const Sizes& expected);
+Captured runBoostProcessV1(const Arguments& arguments, const Sizes& expected);
+Captured runBoostProcessV2(const Arguments& arguments, const Sizes& expected);
 
 } // namespace benchmarks

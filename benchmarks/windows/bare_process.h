@@ -1,4 +1,4 @@
-// CreateProcess and two readers with nothing else.
+// CreateProcess and two pipes with nothing else.
 #pragma once
 
 #include "contenders.h"
@@ -18,6 +18,6 @@ struct BareProcess {
 };
 
 // Starts it with both streams on pipes, reads them until they end, and waits.
-Captured runBare(const BareProcess& process);
+Captured runBare(const BareProcess& process, const Sizes& expected = {});
 
 } // namespace benchmarks
