@@ -63,6 +63,9 @@ KORVANE_HOST_API RunResult run(const std::vector<std::string>& arguments, const 
 // Each call comes on the thread that runs the program, those of one run in the order below.
 class KORVANE_HOST_API RunObserver {
 public:
+    RunObserver() = default;
+    RunObserver(const RunObserver&) = delete;
+    RunObserver& operator=(const RunObserver&) = delete;
     virtual ~RunObserver();
     // The program is about to be started. `options` are a copy of the caller's; what is changed there counts for this run.
     // An exception keeps the program from being started, and passes to the caller of run().

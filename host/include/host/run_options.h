@@ -35,8 +35,8 @@ public:
     RunOptions(const RunOptions& other);
     RunOptions& operator=(const RunOptions& other);
 
-    // Asked about ten times a second while the program runs; returning true ends the program, and its descendants only
-    // with setTerminatesTree().
+    // Asked about ten times a second while the program runs; returning true ends the program at once, without a chance to
+    // clean up (SIGKILL, TerminateProcess), and its descendants only with setTerminatesTree().
     void setTerminationHandler(std::function<bool()> handler);
     const std::function<bool()>& terminationHandler() const noexcept;
 
