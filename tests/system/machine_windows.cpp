@@ -46,6 +46,9 @@ std::vector<std::unique_ptr<EnvironmentVariable>> bridgeVariables()
 
 LostDisk::LostDisk(const std::string& distribution, const std::filesystem::path& temporaryFolder)
 {
+    for (const auto& entry : std::filesystem::directory_iterator(temporaryFolder)) {
+        std::filesystem::remove(entry.path() / "ext4.vhdx");
+    }
     registered_.emplace(Registered::Entry{distribution, temporaryFolder / "gone"});
 }
 

@@ -79,6 +79,17 @@ TEST_F(Mode, GarbageIsNoTextInAnyEncoding)
     EXPECT_EQ(outcome.errors, outcome.output);
 }
 
+TEST_F(Mode, BytesAreThoseOfAFile)
+{
+    const std::string bytes("\xff\xfe\0x\r\n", 6);
+    writeFile(folder.path() / "bytes", bytes);
+    set("bytes=" + (folder.path() / "bytes").string() + "@list");
+    const Outcome outcome = wsl({"-l", "-q"});
+    EXPECT_EQ(outcome.status, ownFailure);
+    EXPECT_EQ(outcome.output, bytes);
+    EXPECT_EQ(outcome.errors, "");
+}
+
 TEST_F(Mode, FloodPrintsOneHundredMebibytes)
 {
     set("flood");

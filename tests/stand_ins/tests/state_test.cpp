@@ -71,6 +71,44 @@ TEST_F(State, UnregisterSucceedsWhenTheFolderIsGone)
     EXPECT_THAT(wsl({"--unregister", "Hub"}), succeedsWith(success));
 }
 
+// A cleaner takes the file, or the whole folder. Nobody notices before something is to run.
+TEST_F(State, DistributionWhoseDiskIsGoneStaysRegisteredAndCannotRun)
+{
+    importAs("Hub");
+    fs::remove(folderOf("Hub") / "ext4.vhdx");
+    const std::string start =
+        "Failed to attach disk '" + fs::canonical(folderOf("Hub")).string() + "/ext4.vhdx' to WSL2: ";
+    EXPECT_THAT(inHub({"true"}), failsWith(start + "The system cannot find the file specified. \n"
+                                                   "Error code: Wsl/Service/CreateInstance/MountDisk/HCS/"
+                                                   "ERROR_FILE_NOT_FOUND\n"));
+    fs::remove_all(folderOf("Hub"));
+    EXPECT_THAT(inHub({"true"}), failsWith(start + "The system cannot find the path specified. \n"
+                                                   "Error code: Wsl/Service/CreateInstance/MountDisk/HCS/"
+                                                   "ERROR_PATH_NOT_FOUND\n"));
+    EXPECT_EQ(list({"-q"}), "Hub\r\n");
+    EXPECT_THAT(list({"-v"}), testing::HasSubstr("Stopped"));
+    EXPECT_THAT(wsl({"--unregister", "Hub"}), succeedsWith(success));
+    EXPECT_THAT(importAs("Hub"), succeedsWith(success));
+    EXPECT_EQ(inHub({"true"}).status, 0);
+}
+
+TEST_F(State, DiskOfARunningDistributionIsOpenAndCannotBeTaken)
+{
+    importAs("Hub");
+    environment["WSL_STAND_IN_IDLE_MS"] = "-1";
+    inHub({"true"});
+    fs::remove(folderOf("Hub") / "ext4.vhdx");
+    EXPECT_EQ(inHub({"true"}).status, 0);
+}
+
+TEST_F(State, OldVersionHasNoDisk)
+{
+    EXPECT_THAT(wsl({"--import", "Hub", folderOf("Hub").string(), HUB_ROOTFS, "--version", "1"}),
+                succeedsWith(success));
+    fs::remove(folderOf("Hub") / "ext4.vhdx");
+    EXPECT_EQ(inHub({"true"}).status, 0);
+}
+
 TEST_F(State, NextOneBecomesTheDefaultWhenTheDefaultIsRemoved)
 {
     importAs("First");

@@ -75,6 +75,14 @@ inline constexpr KnownFailure localSystem{"Running WSL as local system is not su
                                           "Wsl/Service/WSL_E_LOCAL_SYSTEM_NOT_SUPPORTED"};
 inline constexpr KnownFailure catastrophe{"Catastrophic failure ", "Wsl/Service/E_UNEXPECTED"};
 
+// The service's when a distribution's disk was taken away by hand.
+inline constexpr KnownFailure diskGone{
+    "Failed to attach disk '{}' to WSL2: The system cannot find the file specified. ",
+    "Wsl/Service/CreateInstance/MountDisk/HCS/ERROR_FILE_NOT_FOUND"};
+inline constexpr KnownFailure diskGoneWithItsFolder{
+    "Failed to attach disk '{}' to WSL2: The system cannot find the path specified. ",
+    "Wsl/Service/CreateInstance/MountDisk/HCS/ERROR_PATH_NOT_FOUND"};
+
 // The service's while it registers.
 inline constexpr KnownFailure nameTaken{
     "A distribution with the supplied name already exists. Use --name to choose a different name.",

@@ -181,6 +181,16 @@ Distribution& findDistribution(Registry& registry, const std::string& name)
     return *distribution;
 }
 
+// A distribution that runs has its disk open, and nobody can take it away.
+void requireDisk(const Distribution& distribution)
+{
+    if (distribution.version != 2 || isRunning(distribution) || std::filesystem::exists(disk(distribution))) {
+        return;
+    }
+    const bool folderIsThere = std::filesystem::exists(distribution.basePath);
+    fail(folderIsThere ? failures::diskGone : failures::diskGoneWithItsFolder, disk(distribution).string());
+}
+
 struct Started {
     std::string distribution;
     pid_t firstProcess = 0;
@@ -192,6 +202,7 @@ Started start(const Request& request, Relays& relays)
     Registry registry;
     Distribution& distribution = findDistribution(registry, request.distribution);
     requireVirtualMachine("CreateInstance");
+    requireDisk(distribution);
     const Program program = makeProgram(request, distribution, relays);
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {

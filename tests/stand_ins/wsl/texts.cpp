@@ -45,6 +45,12 @@ constexpr std::array translations = {
                 "Für diese Verteilung läuft eine Installation, Deinstallation oder Konvertierung."},
     Translation{failures::folderTaken.text, "Der angegebene Installationsort wird bereits verwendet."},
     Translation{failures::diskExists.text, "Fehler beim Erstellen des Datenträgers „{}“: Die Datei ist vorhanden. "},
+    Translation{
+        failures::diskGone.text,
+        "Fehler beim Anfügen des Datenträgers „{}“ an WSL2: Das System kann die angegebene Datei nicht finden. "},
+    Translation{
+        failures::diskGoneWithItsFolder.text,
+        "Fehler beim Anfügen des Datenträgers „{}“ an WSL2: Das System kann den angegebenen Pfad nicht finden. "},
     Translation{failures::virtualDiskFile.text, "Das sieht wie eine VHD-Datei aus. Importieren Sie sie mit --vhd."},
     Translation{failures::importFailed.text, "Fehler beim Importieren der Verteilung."},
     Translation{failures::notLinux.text, "Die importierte Datei ist keine gültige Linux-Verteilung."},
