@@ -57,6 +57,7 @@ if(TARGET stand_ins)
     else()
         install(PROGRAMS ${STAND_INS_DIR}/where ${STAND_INS_DIR}/wsl.exe DESTINATION stand_ins ${testkit})
     endif()
+    install(PROGRAMS ${STAND_INS_DIR}/docker-stand-in DESTINATION stand_ins ${testkit})
     install(PROGRAMS packaging/with-stand-ins scripts/hub-rootfs DESTINATION . ${testkit})
     write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/zqorb_lvm_testkit-config-version.cmake
         COMPATIBILITY SameMajorVersion)
