@@ -99,7 +99,8 @@ void judgeClient(const Examination& found, Findings& findings)
     } else if (!docker.searchFailure.empty()) {
         findings.problem("FILE_NOT_ACCESSIBLE", docker.searchFailure);
     } else if (!docker.clientExists) {
-        findings.problem("DOCKER_NOT_AVAILABLE");
+        findings.problem(docker.lookUp.programMissing ? AdviceKey("LOOK_UP_MISSING")
+                                                      : AdviceKey("DOCKER_NOT_AVAILABLE"));
     } else if (docker.engine.answer.ending == Ending::notStarted) {
         findings.problem("PROGRAM_NOT_STARTED", docker.engine.answer.error);
     }

@@ -131,7 +131,11 @@ void judgeProgram(const Examination& found, Findings& findings)
         findings.problem("TOOL_HANGS", "wsl.exe");
     } else {
         const AdviceKey cause = causeOfWslStatus(runToJudge(wsl));
-        findings.problem(cause.empty() ? AdviceKey("WSL_NOT_USABLE") : cause);
+        // Docker's client is looked up with the same program.
+        const bool lookUpMissing = cause == "WSL_NOT_FOUND" && found.docker.lookUp.programMissing;
+        findings.problem(lookUpMissing   ? AdviceKey("LOOK_UP_MISSING")
+                         : cause.empty() ? AdviceKey("WSL_NOT_USABLE")
+                                         : cause);
     }
 }
 

@@ -88,6 +88,9 @@ inline constexpr std::array allAdvice = {
         "Restart what does not answer: \"wsl --shutdown\" or a restart of Windows for wsl.exe, Docker for the client."},
     Advice{"WSL_NOT_FOUND", "There is no wsl.exe.",
            "On Windows run \"wsl --install\"; elsewhere use Docker, with the flag --docker."},
+    Advice{
+        "LOOK_UP_MISSING", "There is no program \"where\", which the programs of WSL and Docker are looked up with.",
+        "Put a \"where\" into PATH: Windows has one in C:\\Windows\\System32, the testkit has one for other systems."},
     Advice{"WSL_NOT_INSTALLED", "The Windows Subsystem for Linux is not installed.",
            "Run \"wsl --install --no-distribution\" as administrator, and restart Windows."},
     Advice{"DISTRIBUTION_MISSING", "There is no distribution {2}.",

@@ -15,9 +15,6 @@ namespace {
 
 namespace rules = orb::lvm::detail;
 
-// What Windows' own wsl.exe answers when there is no WSL behind it.
-constexpr std::array<std::int32_t, 2> notInstalled = {1, 50};
-
 AdviceKey causeOfStart(const Run& run, const Context& context, const std::string& client)
 {
     const Names names = namesOf(context.request);
@@ -64,7 +61,25 @@ AdviceKey causeOfDockerFailure(AdviceKey identifier, const Run& run, const Conte
     return askEngine(context.programs, client).reachable() ? AdviceKey() : AdviceKey("DOCKER_ENGINE_NOT_REACHABLE");
 }
 
+// Windows has the program that looks others up, other systems do not.
+bool lacksLookUp(const std::vector<Run>& runs)
+{
+    return std::any_of(runs.begin(), runs.end(),
+                       [](const Run& run) { return run.programMissing && run.arguments.front() == "where"; });
+}
+
 } // namespace
+
+bool isStatusWithoutWsl(std::int32_t status)
+{
+    constexpr std::array<std::int32_t, 2> statuses = {1, 50};
+    return std::find(statuses.begin(), statuses.end(), status) != statuses.end();
+}
+
+AdviceKey causeOfMissingWsl(const Context& context)
+{
+    return lacksLookUp(context.journal.runs()) ? AdviceKey("LOOK_UP_MISSING") : AdviceKey("WSL_NOT_FOUND");
+}
 
 std::string codeOf(const Run& run)
 {
@@ -84,8 +99,7 @@ AdviceKey causeOfWslStatus(const Run& run)
     if (run.status == noSuchProgram) {
         return "WSL_NOT_FOUND";
     }
-    const bool installed = std::find(notInstalled.begin(), notInstalled.end(), *run.status) == notInstalled.end();
-    return installed ? AdviceKey() : AdviceKey("WSL_NOT_INSTALLED");
+    return isStatusWithoutWsl(*run.status) ? AdviceKey("WSL_NOT_INSTALLED") : AdviceKey();
 }
 
 AdviceKey causeOf(AdviceKey identifier, const std::optional<Run>& run, const Context& context)
@@ -98,6 +112,9 @@ AdviceKey causeOf(AdviceKey identifier, const std::optional<Run>& run, const Con
     }
     if (run->ending == Ending::timedOut) {
         return "TOOL_HANGS";
+    }
+    if (run->programMissing && lacksLookUp(context.journal.runs())) {
+        return "LOOK_UP_MISSING";
     }
     // The check speaks of WSL, whichever backend is selected.
     switch (identifier == "WSL_NOT_USABLE" ? Backend::wsl : selectedBackend()) {

@@ -30,6 +30,12 @@ AdviceKey causeOfInterruption(const std::optional<Run>& run);
 // error. Empty when there is none.
 std::string codeOf(const Run& run);
 
+// Whether Windows' own wsl.exe answers with it when there is no WSL behind it. A program may end with it as well.
+bool isStatusWithoutWsl(std::int32_t status);
+
+// Why there is no `wsl.exe`: what it is looked up with may be missing, as on other systems than Windows.
+AdviceKey causeOfMissingWsl(const Context& context);
+
 // Why `wsl.exe` failed at something else than running a program.
 AdviceKey causeOfWslStatus(const Run& run);
 

@@ -116,6 +116,7 @@ std::string getContainerCommandPrefix(const std::string& containerName)
 
 std::vector<std::string> getContainerArgumentsPrefix(const std::string& containerName)
 {
+    fakeLvm().duringSearch();
     if (fakeUsesWsl()) {
         return {wslPath, "-d", "kelp_hub", "--exec"};
     }
@@ -124,6 +125,7 @@ std::vector<std::string> getContainerArgumentsPrefix(const std::string& containe
 
 std::string getContainerExecutablePath()
 {
+    fakeLvm().duringSearch();
     return fakeUsesWsl() ? wslPath : fakeLvm().dockerPath;
 }
 

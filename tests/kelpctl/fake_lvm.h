@@ -18,6 +18,8 @@ struct FakeLvm {
     std::function<bool()> duringStart = [] { return true; };
     std::function<bool()> duringStop = [] { return true; };
     std::function<void()> duringCheck = [] {};
+    // The search for the backend's program.
+    std::function<void()> duringSearch = [] {};
     double checkResult = 0;
 
     // Of the backend that is not WSL.

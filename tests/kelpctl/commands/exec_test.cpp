@@ -1,11 +1,16 @@
 #include "commands/exec.h"
 
 #include "fake_lvm.h"
+#include "registered.h"
 #include "session.h"
+#include "temporary_folder.h"
 #include "terminal/platform.h"
 
 #include <boost/json/parse.hpp>
 #include <gmock/gmock.h>
+
+#include <fstream>
+#include <utility>
 
 namespace {
 
@@ -13,6 +18,7 @@ using kelpctl::mergedWslenv;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::Pair;
 
 TEST(Wslenv, OwnEntriesOfTheUserComeFirst)
@@ -189,6 +195,113 @@ TEST(Exec, MissingWslIsAnObjectForProgramsAndNoStatusOfAProgram)
     EXPECT_EQ(session.json().at("ok"), false);
     EXPECT_EQ(session.json().at("error").at("identifier"), "WSL_FAILED");
     EXPECT_EQ(session.json().at("error").at("cause").at("identifier"), "WSL_NOT_FOUND");
+}
+
+TEST(Exec, MissingLookUpIsTheCauseOnBothBackends)
+{
+    const orb::process::detail::RunResult missing{127, {}, "no such program", true};
+    Session session;
+    fakeLvm().dockerPath = "";
+    session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = missing;
+    for (const char* backend : {"--wsl", "--docker"}) {
+        fakeLvm().duringSearch = [&missing] { ranProgram({"where", "wsl.exe"}, missing); };
+        EXPECT_EQ(session.run({"exec", backend, "--json", "--", "ls"}), 1);
+        EXPECT_EQ(session.json().at("error").at("cause").at("identifier"), "LOOK_UP_MISSING") << backend;
+    }
+}
+
+constexpr char programQuery[] =
+    "/windows/wsl.exe -d kelp_hub --exec sh -c command -v -- \"$0\" >/dev/null || exit 42 ls";
+
+// What Windows keeps in the place of wsl.exe answers the same to everything.
+TEST(Exec, WslThatIsNotInstalledIsNoStatusOfAProgram)
+{
+    for (const std::int32_t status : {1, 50}) {
+        const orb::process::detail::RunResult stub{status, {}, "The Windows Subsystem for Linux is not installed."};
+        Session session;
+        session.programStatus = status;
+        session.answers[programQuery] = stub;
+        session.answers[listing] = stub;
+        EXPECT_EQ(session.run({"exec", "--", "ls"}), status);
+        EXPECT_THAT(session.error, HasSubstr("cause: The Windows Subsystem for Linux is not installed.\n"));
+        session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = stub;
+        EXPECT_EQ(session.run({"exec", "--json", "--", "ls"}), status);
+        EXPECT_EQ(session.json().at("error").at("cause").at("identifier"), "WSL_NOT_INSTALLED");
+    }
+}
+
+TEST(Exec, ProgramsOwnStatusStaysItsOwnWhereThereIsNoShell)
+{
+    Session session;
+    session.programStatus = 1;
+    session.answers[programQuery] = {1, {}, "execvpe(sh) failed"};
+    session.answers[listing] = {0, "kelp_hub\r\n", {}};
+    EXPECT_EQ(session.run({"exec", "--", "ls"}), 1);
+    EXPECT_EQ(session.error, "");
+}
+
+// On a terminal the words have gone to the user, so wsl.exe is asked to fail once more.
+TEST(Exec, CauseIsTheSameOnATerminalAndForPrograms)
+{
+    for (const char* path : {"Wsl/Service/CreateInstance/CreateVm/HCS/E_OUTOFMEMORY", "Wsl/Service/0x12345678",
+                             "Wsl/Service/WSL_E_DISTRO_NOT_FOUND"}) {
+        for (const char* listed : {"other\r\n", ""}) {
+            const bool fails = *listed == '\0';
+            const orb::process::detail::RunResult told{kelpctl::wslFailureStatus(), path, {}};
+            Session session;
+            session.programStatus = kelpctl::wslFailureStatus();
+            session.answers[listing] = {fails ? -1 : 0, fails ? "Wsl/Service/E_UNEXPECTED" : listed, {}};
+            session.answers["/windows/wsl.exe -d kelp_hub --exec true"] = told;
+            session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = told;
+            session.run({"exec", "--json", "--", "ls"});
+            const boost::json::value object = session.json().at("error");
+            session.run({"exec", "--", "ls"});
+            const auto said = [&object](const char* member) { return std::string(object.at(member).as_string()); };
+            EXPECT_THAT(session.error, HasSubstr("error: " + said("identifier") + "\n")) << path;
+            EXPECT_THAT(session.error,
+                        HasSubstr("cause: " + std::string(object.at("cause").at("message").as_string()) + "\n"));
+            EXPECT_THAT(session.error, HasSubstr("next step: " + said("next") + "\n"));
+        }
+    }
+}
+
+class ExecWithoutDisk : public testing::Test {
+protected:
+    // Asks on a terminal and for programs; gives back the cause and the next step.
+    std::pair<std::string, std::string> told()
+    {
+        const Registered registered({"kelp_hub", folder.path()});
+        const orb::process::detail::RunResult result{
+            kelpctl::wslFailureStatus(), "Wsl/Service/CreateInstance/MountDisk/HCS/ERROR_FILE_NOT_FOUND", {}};
+        Session session;
+        session.programStatus = kelpctl::wslFailureStatus();
+        session.answers["/windows/wsl.exe -d kelp_hub --exec true"] = result;
+        session.answers["/windows/wsl.exe -d kelp_hub --exec ls"] = result;
+        session.run({"exec", "--json", "--", "ls"});
+        const boost::json::value error = session.json().at("error");
+        std::string next(error.at("next").as_string());
+        session.run({"exec", "--", "ls"});
+        EXPECT_THAT(session.error, HasSubstr("next step: " + next + "\n"));
+        EXPECT_THAT(session.error, HasSubstr("    code: Wsl/Service/CreateInstance/MountDisk/HCS/"));
+        return {std::string(error.at("cause").at("identifier").as_string()), next};
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(ExecWithoutDisk, DiskThatIsGoneIsTold)
+{
+    const auto [cause, next] = told();
+    EXPECT_EQ(cause, "DISK_GONE");
+    EXPECT_THAT(next, HasSubstr("kelpctl remove "));
+}
+
+TEST_F(ExecWithoutDisk, DiskThatIsThereIsNotCalledGone)
+{
+    std::ofstream(folder.path() / "ext4.vhdx") << "x";
+    const auto [cause, next] = told();
+    EXPECT_EQ(cause, "WSL_DISK_MISSING");
+    EXPECT_THAT(next, Not(HasSubstr("remove")));
 }
 
 TEST(Exec, ProgramThatTheDistributionLacksIsTold)

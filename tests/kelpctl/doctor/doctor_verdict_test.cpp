@@ -251,6 +251,19 @@ TEST(VerdictOnDocker, MissingOrStoppedContainerKeepsSetupFromNothing)
 
 TEST(VerdictOnDocker, MissingImageNeedsAnArchive)
 {
+TEST(VerdictOnWsl, MissingLookUpIsNoReasonForTheOtherBackend)
+{
+    Examination found = wslWithout("distribution");
+    found.wsl.lookUp = failed({"which", "wsl.exe"}, 127, "");
+    found.wsl.candidates.clear();
+    found.wsl.listing = failed({"C:\\Windows\\System32\\wsl.exe", "-l", "-q"}, 127, "");
+    found.docker.lookUp = failed({"where", "docker.exe"}, 127, "");
+    found.docker.lookUp.programMissing = true;
+    EXPECT_THAT(keys(found), ElementsAre("!LOOK_UP_MISSING"));
+    found.backend = kelpctl::Backend::docker;
+    EXPECT_EQ(keys(found).front(), "!LOOK_UP_MISSING");
+}
+
     Examination found = dockerWithoutImage();
     EXPECT_EQ(verdict(found), Verdict::ready);
     EXPECT_THAT(keys(found), ElementsAre("IMAGE_MISSING"));
