@@ -139,7 +139,7 @@ std::optional<Report> dockerFailure(const Run& inside, const Context& context)
     const std::string container = namesOf(context.request).container;
     switch (askContainer(context.programs, inside.arguments.front(), container)) {
     case ContainerState::unknown:
-        return reportOn(inside, "DOCKER_FAILED", "DOCKER_ENGINE_NOT_REACHABLE", context);
+        return reportOn(inside, "DOCKER_FAILED", causeOfSilentEngine(dockerSettings().choice), context);
     case ContainerState::missing:
         return reportOn(inside, "DOCKER_FAILED", "CONTAINER_MISSING", context);
     case ContainerState::stopped:

@@ -2,6 +2,7 @@
 
 #include "commands/commands.h"
 #include "failure/failure.h"
+#include "terminal/text.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,7 @@
 #include "doctor/docker.h"
 
 #include "doctor/docker_client.h"
+#include "doctor/docker_engine.h"
 #include "terminal/json.h"
 #include "terminal/text.h"
 
@@ -18,62 +19,14 @@ namespace {
 namespace json = boost::json;
 namespace rules = orb::lvm::detail;
 
+// Of "where".
+constexpr std::int32_t notFoundByLookUp = 1;
+
 void judgeDockerName(const Examination& found, Findings& findings)
 {
     if (!isDockerName(found.image)) {
         findings.problem("DOCKER_NAME_INVALID");
     }
-}
-
-bool hangs(const DockerExamination& docker)
-{
-    const auto runs = {&docker.engine.answer, &docker.imageListing, &docker.containerListing};
-    return std::any_of(runs.begin(), runs.end(), [](const Run* run) { return run->ending == Ending::timedOut; });
-}
-
-bool hasEngine(const Examination& found)
-{
-    return hasClient(found) && !hangs(found.docker) && found.docker.engine.reachable();
-}
-
-void examineEngine(const Context& context, Examination& found)
-{
-    if (found.docker.clientExists) {
-        found.docker.engine = askEngine(context.programs, found.docker.client);
-    }
-}
-
-void judgeEngine(const Examination& found, Findings& findings)
-{
-    const DockerExamination& docker = found.docker;
-    if (!hasClient(found)) {
-        return;
-    }
-    if (hangs(docker)) {
-        findings.problem("TOOL_HANGS", fileName(docker.client));
-    } else if (!docker.engine.reachable()) {
-        findings.problem("DOCKER_ENGINE_NOT_REACHABLE");
-    } else if (docker.imageListing.succeeded() && docker.engine.system == "windows") {
-        findings.problem("DOCKER_RUNS_WINDOWS_CONTAINERS");
-    }
-}
-
-void describeEngine(const Examination& found, CheckOutput& out)
-{
-    const DockerEngine& engine = found.docker.engine;
-    out.member("docker", "engine") = {{"reachable", engine.reachable()},
-                                      {"version", textOrNull(engine.version)},
-                                      {"system", textOrNull(engine.system)},
-                                      {"reply", runObject(engine.answer)}};
-    if (!found.docker.clientExists) {
-        return;
-    }
-    if (engine.reachable()) {
-        out.judged("engine", "version " + engine.version + (engine.system.empty() ? "" : " for " + engine.system));
-        return;
-    }
-    out.judged("engine", "cannot be reached: " + out.endingText(engine.answer));
-    out.said(engine.answer.error);
 }
 
 // One object a line; a line that is none is left out.
@@ -199,17 +152,40 @@ void describeContainers(const Examination& found, CheckOutput& out)
     out.others("other containers", docker.containers, expected, containerText);
 }
 
-void examineRegistry(const Context& /*context*/, Examination& found)
+void examineRegistry(const Context& context, Examination& found)
 {
+    constexpr std::size_t enough = 8;
     found.pullsFromRegistry =
         rules::isOne(foundation::core::env::variable(rules::registryVariable).value_or("").c_str());
+    DockerExamination& docker = found.docker;
+    const std::vector<std::string>& helpers = docker.settings.helpers;
+    for (std::size_t index = 0; docker.clientExists && index < std::min(helpers.size(), enough); ++index) {
+        if (ask(context.programs, {docker.lookUp.arguments.front(), helpers[index]}).status == notFoundByLookUp) {
+            docker.missingHelpers.push_back(helpers[index]);
+        }
+    }
+}
+
+// The client wants them for nothing else.
+void judgeRegistry(const Examination& found, Findings& findings)
+{
+    if (found.pullsFromRegistry && findings.needsCreation() && hasClient(found)) {
+        for (const std::string& helper : found.docker.missingHelpers) {
+            findings.note("CREDENTIAL_HELPER_MISSING", helper);
+        }
+    }
 }
 
 void describeRegistry(const Examination& found, CheckOutput& out)
 {
+    const DockerExamination& docker = found.docker;
     out.member("docker", "pullsFromRegistry") = found.pullsFromRegistry;
-    if (found.docker.clientExists && found.pullsFromRegistry) {
-        out.row("registry", "asked before the archive is used: USE_DOCKER_REPOSITORY is \"1\"");
+    out.member("docker", "missingCredentialHelpers") = arrayOf(docker.missingHelpers);
+    if (docker.clientExists && found.pullsFromRegistry) {
+        out.judged("registry", "asked before the archive is used: USE_DOCKER_REPOSITORY is \"1\"", false);
+    }
+    for (const std::string& helper : docker.missingHelpers) {
+        out.row("password helper", helper + ": not found, though the client's configuration names it");
     }
 }
 
@@ -217,9 +193,11 @@ constexpr std::array dockerRows = {
     Check{.about = "name", .judge = judgeDockerName},
     Check{"client", examineClient, judgeClient, describeClient},
     Check{"engine", examineEngine, judgeEngine, describeEngine},
+    Check{.about = "engine", .judge = judgeProduct},
+    Check{.about = "context", .examine = examineContext, .describe = describeContext},
     Check{"image", examineImages, judgeImages, describeImages},
     Check{"container", examineContainers, judgeContainers, describeContainers},
-    Check{.about = "registry", .examine = examineRegistry, .describe = describeRegistry},
+    Check{"registry", examineRegistry, judgeRegistry, describeRegistry},
 };
 
 } // namespace

@@ -1,9 +1,11 @@
 #include "doctor/doctor.h"
 
+#include "doctor/account.h"
 #include "doctor/archives.h"
 #include "doctor/docker.h"
 #include "doctor/environment.h"
 #include "doctor/wsl.h"
+#include "doctor/wsl_settings.h"
 #include "request/backend.h"
 #include "terminal/json.h"
 
@@ -30,8 +32,12 @@ struct Section {
 
 // In the order in which all is examined, judged and shown.
 constexpr std::array sections = {
-    Section{"environment", environmentChecks},          Section{"WSL", wslChecks, Backend::wsl},
-    Section{"Docker", dockerChecks, Backend::docker},   Section{"archives", archiveChecks},
+    Section{"environment", environmentChecks},
+    Section{"account", accountChecks},
+    Section{"WSL", wslChecks, Backend::wsl},
+    Section{"settings of WSL", wslSettingChecks, Backend::wsl},
+    Section{"Docker", dockerChecks, Backend::docker},
+    Section{"archives", archiveChecks},
     Section{"temporary folder", temporaryFolderChecks},
 };
 
@@ -112,7 +118,7 @@ json::object objectFor(Verdict verdict)
     constexpr std::array names = {"blocked", "exists", "wouldStart", "ready"};
     json::object object = {{"verdict", names.at(static_cast<std::size_t>(verdict))}};
     for (const char* member :
-         {"backend", "release", "installationRoot", "image", "container", "wsl", "docker", "adapter"}) {
+         {"backend", "release", "installationRoot", "image", "container", "account", "wsl", "docker", "adapter"}) {
         object[member] = nullptr;
     }
     return object;

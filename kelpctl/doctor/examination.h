@@ -3,8 +3,12 @@
 
 #include "asking/disk.h"
 #include "asking/docker.h"
+#include "asking/docker_settings.h"
 #include "asking/wsl.h"
+#include "asking/wsl_config.h"
 #include "request/request.h"
+#include "terminal/account.h"
+#include "terminal/policies.h"
 
 #include <chrono>
 #include <cstdint>
@@ -65,6 +69,11 @@ struct WslExamination {
     std::vector<Distribution> distributions;
     // Of the chosen distribution; nothing while WSL has not written down that it has one.
     std::optional<Disk> disk;
+    // Nothing for what the system did not tell in time.
+    std::optional<std::vector<Policy>> policies;
+    std::optional<WslConfigFile> config;
+    // The accounts that have registered a distribution of the chosen name, other than this one.
+    std::optional<std::vector<std::string>> otherAccounts;
 };
 
 struct DockerImage {
@@ -94,6 +103,11 @@ struct DockerExamination {
     bool clientExists = false;
     // What ended the search, empty when nothing did.
     std::string searchFailure;
+    DockerSettings settings;
+    // Where the client looks for the engine; empty when that is not known.
+    std::string endpoint;
+    // Those of the settings that there are no programs of.
+    std::vector<std::string> missingHelpers;
     // By "docker version"; the rest is not asked when it fails.
     DockerEngine engine;
     Run imageListing;
@@ -132,6 +146,8 @@ struct TemporaryFolder {
 };
 
 struct Examination {
+    // Nothing when the system did not tell in time.
+    std::optional<Account> account;
     Backend backend = Backend::wsl;
     // The value of USE_WSL, or nothing of interest when a flag decides.
     Setting backendSetting;

@@ -1,6 +1,7 @@
 #include "doctor/wsl.h"
 
 #include "asking/gateways.h"
+#include "asking/limited.h"
 #include "failure/causes.h"
 #include "request/request.h"
 #include "terminal/json.h"
@@ -216,7 +217,7 @@ void describeDistributions(const Examination& found, CheckOutput& out)
 
 void examineDisk(const Context& /*context*/, Examination& found)
 {
-    found.wsl.disk = diskOf(found.image);
+    found.wsl.disk = within(found.timeLimit, [name = found.image] { return diskOf(name); }).value_or(std::nullopt);
 }
 
 void judgeDisk(const Examination& found, Findings& findings)

@@ -97,6 +97,8 @@ inline constexpr std::array allAdvice = {
            "Create it with \"{1} setup\". If \"wsl --list\" shows one of another release, name that with --release."},
     Advice{"DOCKER_ENGINE_NOT_REACHABLE", "The Docker engine does not answer.",
            "Start Docker; when \"docker version\" shows a server, try again."},
+    Advice{"DOCKER_CHOICE_SILENT", "The Docker engine that DOCKER_HOST or DOCKER_CONTEXT names does not answer.",
+           "Start that engine, or unset the variable to use Docker's own choice; \"{1} doctor\" shows what it names."},
     Advice{"IMAGE_MISSING", "There is no image {2}.",
            "\"{1} setup\" creates the default one; \"docker images\" shows what there is. An image of another release "
            "is found with --release."},
@@ -242,6 +244,32 @@ inline constexpr std::array allAdvice = {
            "Name the release in lower case with --release."},
     Advice{"DOCKER_RUNS_WINDOWS_CONTAINERS", "The Docker engine runs Windows containers.",
            "Switch to Linux containers in the menu of Docker Desktop."},
+    Advice{
+        "HOST_NETWORKING_OPTIONAL",
+        "The engine is Docker Desktop. Unless its host networking is on, the hub starts and cannot be reached.",
+        "In Docker Desktop 4.34 or later, switch on \"Enable host networking\" under Settings, Resources, Network, and "
+        "start the container anew. If it is on already, there is nothing to do."},
+    Advice{"DOCKER_IS_PODMAN", "What answers to Docker's name is podman, which kelpctl was not tried with.",
+           "If something fails that should not, use Docker itself, or WSL with the flag --wsl."},
+    Advice{
+        "CREDENTIAL_HELPER_MISSING",
+        "Docker's configuration (config.json) names {4} for passwords, and there is no such program. Some clients pull "
+        "nothing then, others only what needs no login.",
+        "Put the folder of {4} into PATH, or take its name out of \"credsStore\" and \"credHelpers\" in "
+        ".docker/config.json in your user folder."},
+    Advice{"SESSION_OF_SERVICES",
+           "kelpctl runs in the session of services, as it does over SSH and as a scheduled task, where WSL often "
+           "refuses.",
+           "If something of WSL fails, run kelpctl in a session that the user has logged on to."},
+    Advice{"OTHER_ACCOUNT", "The distribution {2} is registered for another account: {4}.",
+           "Run kelpctl as that account, or create one for this account with \"{1} setup\": each has its own."},
+    Advice{"WSL_KERNEL_MISSING", "The kernel that .wslconfig names does not exist: {4}",
+           "Correct kernel= in .wslconfig in your user folder (each \"\\\" is written twice), or take the line out; "
+           "then run \"wsl --shutdown\"."},
+    Advice{"NETWORKING_WITHOUT_ADAPTER",
+           "With networkingMode={4} in .wslconfig, Windows has no network adapter of WSL, by which setup sees that the "
+           "distribution runs.",
+           "If something waits for the adapter's address, set networkingMode=nat, and run \"wsl --shutdown\"."},
     Advice{"ENVIRONMENT_READY", "The environment is there.", "Run a program in it with \"{1} exec -- PROGRAM\"."},
 };
 

@@ -24,7 +24,7 @@ AdviceKey causeOfStart(const Run& run, const Context& context, const std::string
     case ContainerState::paused:
         return "CONTAINER_PAUSED";
     case ContainerState::unknown:
-        return "DOCKER_ENGINE_NOT_REACHABLE";
+        return causeOfSilentEngine(dockerSettings().choice);
     case ContainerState::stopped:
         // The engine makes the container before it finds that the image's program cannot be run.
         if (run.status == dockerRefused) {
@@ -58,7 +58,10 @@ AdviceKey causeOfDockerFailure(AdviceKey identifier, const Run& run, const Conte
     if (identifier == "CONTAINER_NOT_STARTED") {
         return causeOfStart(run, context, client);
     }
-    return askEngine(context.programs, client).reachable() ? AdviceKey() : AdviceKey("DOCKER_ENGINE_NOT_REACHABLE");
+    if (!askEngine(context.programs, client).reachable()) {
+        return causeOfSilentEngine(dockerSettings().choice);
+    }
+    return {};
 }
 
 // Windows has the program that looks others up, other systems do not.
@@ -69,6 +72,19 @@ bool lacksLookUp(const std::vector<Run>& runs)
 }
 
 } // namespace
+
+AdviceKey causeOfSilentEngine(EngineChoice choice)
+{
+    switch (choice) {
+    case EngineChoice::hostVariable:
+    case EngineChoice::contextVariable:
+        return "DOCKER_CHOICE_SILENT";
+    case EngineChoice::configuration:
+    case EngineChoice::builtIn:
+        break;
+    }
+    return "DOCKER_ENGINE_NOT_REACHABLE";
+}
 
 bool isStatusWithoutWsl(std::int32_t status)
 {

@@ -2,6 +2,7 @@
 // words that a program printed, which are in the user's language.
 #pragma once
 
+#include "asking/docker_settings.h"
 #include "failure/advice_table.h"
 #include "request/request.h"
 
@@ -16,6 +17,9 @@ namespace kelpctl {
 inline constexpr std::int32_t dockerRefused = 125;
 inline constexpr std::int32_t dockerNotExecutable = 126;
 inline constexpr std::int32_t dockerNotFound = 127;
+
+// What to tell of an engine that does not answer, by what has decided which engine is asked.
+AdviceKey causeOfSilentEngine(EngineChoice choice);
 
 // The process service's status for a program that does not exist.
 inline constexpr std::int32_t noSuchProgram = 127;

@@ -1,5 +1,7 @@
 #include "request/request.h"
 
+#include "terminal/text.h"
+
 #include "orb/lvm.h"
 
 #include <algorithm>
@@ -64,13 +66,6 @@ Names namesOf(const Request& request)
     names.image = !request.name.empty() ? request.name : !request.image.empty() ? request.image : defaultImage();
     names.container = request.container.empty() ? hubName : request.container;
     return names;
-}
-
-std::string lowered(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return text;
 }
 
 bool isWslName(const std::string& name)

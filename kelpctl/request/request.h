@@ -85,7 +85,4 @@ Names namesOf(const Request& request);
 bool isWslName(const std::string& name);
 bool isDockerName(const std::string& name);
 
-// Letters of ASCII in lower case; WSL takes names that differ in case for the same.
-std::string lowered(std::string text);
-
 } // namespace kelpctl

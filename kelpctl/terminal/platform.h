@@ -25,6 +25,9 @@ bool isTerminal(StandardStream stream);
 // Whether the stream is a terminal that obeys colour sequences. On Windows it is asked to.
 bool showsColours(StandardStream stream);
 
+// The user's own folder: %USERPROFILE%, or HOME on other systems. Empty when there is none.
+std::filesystem::path userFolder();
+
 // Whether this user may make files and folders in it; found out without doing it.
 bool mayWriteInto(const std::filesystem::path& folder);
 

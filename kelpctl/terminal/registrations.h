@@ -19,4 +19,13 @@ struct Registration {
 // Those that can be read whole. Throws nothing: what cannot be read is not known.
 std::vector<Registration> registrations();
 
+struct OthersRegistration {
+    std::string account;
+    std::string name;
+};
+
+// Those of other accounts, as far as this one may read what was written down for them, and while they are logged on.
+// May throw std::exception.
+std::vector<OthersRegistration> registrationsOfOthers();
+
 } // namespace kelpctl

@@ -173,6 +173,13 @@ std::string redacted(std::string_view text, const std::vector<std::string>& secr
     return result;
 }
 
+std::string lowered(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return text;
+}
+
 std::string wellFormed(std::string_view text)
 {
     constexpr char replacement[] = "\xEF\xBF\xBD";

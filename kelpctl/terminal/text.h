@@ -28,6 +28,9 @@ std::string hexadecimal(std::int32_t status);
 // `text` with each occurrence of each secret replaced by "***". Empty secrets are ignored.
 std::string redacted(std::string_view text, const std::vector<std::string>& secrets);
 
+// Letters of ASCII in lower case. WSL takes names, sections and keys that differ in case only for the same.
+std::string lowered(std::string text);
+
 // UTF-8 as it is. For anything else U+FFFD: one for the longest beginning of a sequence that could have become
 // well-formed, one for each byte that begins none.
 std::string wellFormed(std::string_view text);

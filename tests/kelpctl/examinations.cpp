@@ -31,6 +31,10 @@ Examination goodInGeneral()
     found.wsl.executable = "C:\\Windows\\System32\\wsl.exe";
     found.wsl.listing = failed({found.wsl.executable, "-l", "-q"}, 127, "");
     found.docker.lookUp = failed({"where", "docker.exe"}, 1, "");
+    found.account = kelpctl::Account{"PC\\anna", false, false, 1};
+    found.wsl.policies.emplace();
+    found.wsl.config = kelpctl::WslConfigFile{"C:\\Users\\anna\\.wslconfig", false, {}, {}};
+    found.wsl.otherAccounts.emplace();
     return found;
 }
 

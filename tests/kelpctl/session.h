@@ -40,6 +40,10 @@ private:
     EnvironmentVariable useWsl_{"USE_WSL"};
     EnvironmentVariable wslenv_{"WSLENV"};
     EnvironmentVariable wslUtf8_{"WSL_UTF8"};
+    // No settings of Docker's that are the machine's own.
+    EnvironmentVariable dockerHost_{"DOCKER_HOST"};
+    EnvironmentVariable dockerContext_{"DOCKER_CONTEXT"};
+    EnvironmentVariable dockerConfig_{"DOCKER_CONFIG", "/nowhere"};
     EnvironmentVariable localeAll_{"LC_ALL"};
     EnvironmentVariable localeMessages_{"LC_MESSAGES"};
     EnvironmentVariable language_{"LANG"};

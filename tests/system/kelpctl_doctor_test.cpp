@@ -4,6 +4,7 @@
 #include "machine.h"
 #include "programs.h"
 #include "scan.h"
+#include "set_policies.h"
 
 #include "orb/lvm.h"
 
@@ -88,6 +89,11 @@ void placeAndSizeOfDisk(Scan& scan)
     scan.literal("\n           disk").atLeastOne(" ").mark().anyBut("\n");
 }
 
+void account(Scan& scan)
+{
+    scan.literal("\n           account").atLeastOne(" ").mark().anyBut("\n");
+}
+
 void reasonOfASystem(Scan& scan)
 {
     scan.literal("cannot start '").anyBut("'").literal("': ").mark().anyBut("\n");
@@ -105,6 +111,9 @@ public:
                                                      {"KORVANE_ROOT", utf8(tree.root())},
                                                      {"KORVANE_RELEASE", release},
                                                      {"USE_DOCKER_REPOSITORY", ""},
+                                                     {"DOCKER_CONFIG", utf8(tree.root())},
+                                                     {"HOME", utf8(tree.root())},
+                                                     {"USERPROFILE", utf8(tree.root())},
                                                      {"LANG", "C"},
                                                      {"LC_ALL", "C"}});
     }
@@ -137,8 +146,10 @@ private:
         for (const auto& [folder, token] : folders) {
             text = replaced(text, withForwardSlashes(utf8(folder)), token);
         }
+        text = replaced(text, DOCKER_ENGINE, "{ENGINE}");
         text = replacedEach(text, clientVersion, "{VERSION}");
         text = replacedEach(text, engineVersion, "{VERSION}");
+        text = replacedEach(text, account, "{ACCOUNT}");
         text = replacedEach(text, placeAndSizeOfDisk, "{DISK}");
         text = replacedEach(text, fileSize, "{SIZE}");
         text = replacedEach(text, imageSize, "{SIZE}");
@@ -354,6 +365,25 @@ TEST_F(Doctor, SaysThatADiskIsGoneWhereItWasAndWhatToDo)
     EXPECT_EQ(object.at("wsl").at("disk").at("size"), nullptr);
     EXPECT_EQ(object.at("findings").at(0).at("identifier"), "DISK_GONE");
     EXPECT_EQ(object.at("findings").at(0).at("subject"), object.at("wsl").at("disk").at("path"));
+}
+
+TEST_F(Doctor, SaysWhatThePoliciesAndTheUserHaveSet)
+{
+    const Wsl wsl;
+    const Computer computer({"where", "wsl"});
+    computer.tree.install();
+    const SetPolicies policies({{"AllowWSL", 0}});
+    std::ofstream(computer.tree.root() / ".wslconfig")
+        << "[wsl2]\r\nkernel=/no/such/kernel\r\nnetworkingMode=mirrored\r\n";
+    const RunResult told = computer.doctor();
+    EXPECT_EQ(told.status, 1);
+    EXPECT_THAT(told.standardOutput, HasSubstr("AllowWSL = 0"));
+    EXPECT_THAT(told.standardOutput, HasSubstr("A policy of this computer keeps WSL from being used."));
+    EXPECT_THAT(told.standardOutput, HasSubstr("The kernel that .wslconfig names does not exist: /no/such/kernel"));
+    EXPECT_THAT(told.standardOutput, HasSubstr("With networkingMode=mirrored in .wslconfig"));
+    const json::value object = computer.doctorObject();
+    EXPECT_EQ(object.at("wsl").at("config").at("kernelExists"), false);
+    EXPECT_TRUE(object.at("account").is_object());
 }
 
 TEST_F(Doctor, ChangesNothingOnWsl)

@@ -381,8 +381,10 @@ TEST_F(KelpctlOnDocker, AnEngineThatDoesNotAnswerIsTheCauseOfEverything)
              {"setup", archive}, {"teardown"}, {"start"}, {"stop"}, {"remove"}, {"exec", "--", "true"}}) {
         const RunResult failed = kelpctl(command);
         EXPECT_NE(failed.status, 0) << command.front();
-        EXPECT_THAT(failed.standardError, HasSubstr("cause: The Docker engine does not answer.\n")) << command.front();
-        EXPECT_THAT(failed.standardError, HasSubstr("next step: Start Docker")) << command.front();
+        EXPECT_THAT(failed.standardError,
+                    HasSubstr("cause: The Docker engine that DOCKER_HOST or DOCKER_CONTEXT names"))
+            << command.front();
+        EXPECT_THAT(failed.standardError, HasSubstr("next step: Start that engine")) << command.front();
     }
 }
 

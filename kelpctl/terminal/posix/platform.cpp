@@ -41,6 +41,11 @@ bool showsColours(StandardStream stream)
     return isTerminal(stream);
 }
 
+std::filesystem::path userFolder()
+{
+    return foundation::core::env::variable("HOME").value_or("");
+}
+
 bool mayWriteInto(const std::filesystem::path& folder)
 {
     return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;

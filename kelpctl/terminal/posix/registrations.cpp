@@ -35,4 +35,16 @@ std::vector<Registration> registrations()
     return all;
 }
 
+// The stand-in has one registry for all; the file beside it, an account and a name a line, stands for others.
+std::vector<OthersRegistration> registrationsOfOthers()
+{
+    const std::filesystem::path folder = foundation::core::env::variable("WSL_STAND_IN_STATE").value_or("");
+    std::ifstream file(folder / "others");
+    std::vector<OthersRegistration> all;
+    for (OthersRegistration each; file >> each.account >> each.name;) {
+        all.push_back(each);
+    }
+    return all;
+}
+
 } // namespace kelpctl

@@ -1,5 +1,6 @@
 #include "terminal/platform.h"
 
+#include "host/environment.h"
 #include "host/process.h"
 #include "host/text.h"
 
@@ -111,6 +112,11 @@ bool showsColours(StandardStream stream)
     DWORD mode = 0;
     return GetConsoleMode(console, &mode) != 0 &&
            SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+std::filesystem::path userFolder()
+{
+    return foundation::core::text::cvt_utf8_ustring(foundation::core::env::variable("USERPROFILE").value_or(""));
 }
 
 // Windows compares the rights that are asked for with the folder's list when the folder is opened, not when it is used.

@@ -1,70 +1,19 @@
 #include "terminal/registrations.h"
 
-#include "host/text.h"
+#include "terminal/windows/registry.h"
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <system_error>
 
+#include <sddl.h>
 #include <windows.h>
 
 namespace kelpctl {
 namespace {
 
 constexpr wchar_t lxss[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Lxss";
-
-// The path of a key below HKEY_CURRENT_USER, and its values.
-class Entry {
-public:
-    explicit Entry(const std::wstring& name) : key_(std::wstring(lxss) + L"\\" + name) {}
-
-    std::optional<std::wstring> text(const wchar_t* value) const
-    {
-        DWORD size = 0;
-        if (RegGetValueW(HKEY_CURRENT_USER, key_.c_str(), value, RRF_RT_REG_SZ, nullptr, nullptr, &size) !=
-            ERROR_SUCCESS) {
-            return std::nullopt;
-        }
-        std::wstring read(size / sizeof(wchar_t), L'\0');
-        if (RegGetValueW(HKEY_CURRENT_USER, key_.c_str(), value, RRF_RT_REG_SZ, nullptr, read.data(), &size) !=
-            ERROR_SUCCESS) {
-            return std::nullopt;
-        }
-        // The size counts the zero at the end.
-        read.resize(read.find(L'\0'));
-        return read;
-    }
-
-    DWORD number(const wchar_t* value) const
-    {
-        DWORD read = 0;
-        DWORD size = sizeof read;
-        RegGetValueW(HKEY_CURRENT_USER, key_.c_str(), value, RRF_RT_REG_DWORD, nullptr, &read, &size);
-        return read;
-    }
-
-private:
-    std::wstring key_;
-};
-
-std::vector<std::wstring> keysBelowLxss()
-{
-    std::vector<std::wstring> names;
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, lxss, 0, KEY_READ, &key) != ERROR_SUCCESS) {
-        return names;
-    }
-    // A key's name has at most 255 letters.
-    std::array<wchar_t, 256> name{};
-    DWORD length = name.size();
-    while (RegEnumKeyExW(key, static_cast<DWORD>(names.size()), name.data(), &length, nullptr, nullptr, nullptr,
-                         nullptr) == ERROR_SUCCESS) {
-        names.emplace_back(name.data(), length);
-        length = name.size();
-    }
-    RegCloseKey(key);
-    return names;
-}
 
 // WSL writes many folders with the prefix that lifts the limit of 260 letters.
 std::wstring withoutPrefix(const std::wstring& path)
@@ -75,7 +24,7 @@ std::wstring withoutPrefix(const std::wstring& path)
 }
 
 // "Version" tells the layout of the files; the flag tells WSL 2.
-std::optional<Registration> registrationOf(const Entry& entry)
+std::optional<Registration> registrationOf(const RegistryKey& entry)
 {
     constexpr DWORD installed = 1;
     constexpr DWORD ownMachine = 0x8;
@@ -85,7 +34,7 @@ std::optional<Registration> registrationOf(const Entry& entry)
         return std::nullopt;
     }
     Registration registration;
-    registration.name = foundation::core::text::cvt_ustring_utf8(std::u16string(name->begin(), name->end()));
+    registration.name = utf8Of(*name);
     registration.installed = entry.number(L"State") == installed;
     if ((entry.number(L"Flags") & ownMachine) != 0) {
         registration.disk =
@@ -94,18 +43,77 @@ std::optional<Registration> registrationOf(const Entry& entry)
     return registration;
 }
 
-} // namespace
-
-std::vector<Registration> registrations()
+std::vector<Registration> registrationsBelow(const RegistryKey& key)
 {
     std::vector<Registration> all;
-    for (const std::wstring& name : keysBelowLxss()) {
+    for (const std::wstring& name : key.keys()) {
         try {
-            if (const std::optional<Registration> registration = registrationOf(Entry(name))) {
+            if (const std::optional<Registration> registration = registrationOf(key.below(name))) {
                 all.push_back(*registration);
             }
         } catch (const std::system_error&) {
             // No text, so none of a distribution.
+        }
+    }
+    return all;
+}
+
+// The identifier of this process's user, as text; empty when the system does not tell.
+std::wstring ownIdentifier()
+{
+    alignas(TOKEN_USER) std::array<std::byte, sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE> user{};
+    HANDLE token = nullptr;
+    DWORD length = 0;
+    wchar_t* text = nullptr;
+    std::wstring identifier;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == FALSE) {
+        return identifier;
+    }
+    if (GetTokenInformation(token, TokenUser, user.data(), static_cast<DWORD>(user.size()), &length) != FALSE &&
+        ConvertSidToStringSidW(reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid, &text) != FALSE) {
+        identifier = text;
+        LocalFree(text);
+    }
+    CloseHandle(token);
+    return identifier;
+}
+
+// The account's name; the identifier when the system knows no name for it.
+std::wstring accountOf(const std::wstring& identifier)
+{
+    std::array<wchar_t, 257> name{};
+    std::array<wchar_t, 257> domain{};
+    DWORD nameLength = name.size();
+    DWORD domainLength = domain.size();
+    SID_NAME_USE use = SidTypeUnknown;
+    PSID sid = nullptr;
+    if (ConvertStringSidToSidW(identifier.c_str(), &sid) == FALSE) {
+        return identifier;
+    }
+    const bool known =
+        LookupAccountSidW(nullptr, sid, name.data(), &nameLength, domain.data(), &domainLength, &use) != FALSE;
+    LocalFree(sid);
+    return known ? std::wstring(domain.data()) + L"\\" + name.data() : identifier;
+}
+
+} // namespace
+
+std::vector<Registration> registrations()
+{
+    return registrationsBelow({HKEY_CURRENT_USER, lxss});
+}
+
+// Who may not read another's part of the registry, as only administrators may, is told that there is nothing in it.
+std::vector<OthersRegistration> registrationsOfOthers()
+{
+    std::vector<OthersRegistration> all;
+    const std::wstring own = ownIdentifier();
+    for (const std::wstring& identifier : RegistryKey(HKEY_USERS, {}).keys()) {
+        if (identifier == own || own.empty()) {
+            continue;
+        }
+        for (const Registration& each : registrationsBelow({HKEY_USERS, identifier + L"\\" + lxss})) {
+            all.push_back({utf8Of(accountOf(identifier)), each.name});
         }
     }
     return all;

@@ -48,6 +48,41 @@ TEST(AskDocker, EngineThatSpeaksOtherwiseHasNoVersion)
     }
 }
 
+DockerEngine engineThatSays(const std::string& text)
+{
+    FakePrograms fake;
+    fake.answers[engineQuery] = {0, text, {}};
+    return askEngine(fake.programs, "docker");
+}
+
+TEST(AskDocker, EngineTellsWhatItIs)
+{
+    EXPECT_EQ(engineThatSays(R"({"Client":{"ApiVersion":"1.47"},"Server":{"Platform":{"Name":""}}})").product,
+              DockerProduct::engine);
+    EXPECT_EQ(engineThatSays(R"({"Server":{"Platform":{"Name":"Docker Engine - Community"}}})").product,
+              DockerProduct::engine);
+    const DockerEngine desktop =
+        engineThatSays(R"json({"Server":{"Platform":{"Name":"Docker Desktop 4.34.2 (167172)"}}})json");
+    EXPECT_EQ(desktop.product, DockerProduct::desktop);
+    EXPECT_EQ(desktop.platform, "Docker Desktop 4.34.2 (167172)");
+    EXPECT_EQ(engineThatSays(R"({"Client":{"APIVersion":"5.2.0","OsArch":"windows/amd64"}})").product,
+              DockerProduct::podman);
+    EXPECT_EQ(engineThatSays(R"({"Client":{"ApiVersion":"1.47"},"Server":{"Components":[{"Name":"Podman Engine"}]}})")
+                  .product,
+              DockerProduct::podman);
+}
+
+TEST(AskDocker, EndpointIsTheFirstLine)
+{
+    FakePrograms fake;
+    const std::string query = "docker context inspect --format {{.Endpoints.docker.Host}}";
+    EXPECT_EQ(askEndpoint(fake.programs, "docker"), "");
+    fake.answers[query] = {0, "npipe:////./pipe/dockerDesktopLinuxEngine\r\n", {}};
+    EXPECT_EQ(askEndpoint(fake.programs, "docker"), "npipe:////./pipe/dockerDesktopLinuxEngine");
+    fake.answers[query] = {0, "", {}};
+    EXPECT_EQ(askEndpoint(fake.programs, "docker"), "");
+}
+
 TEST(AskDocker, ContainerHasAState)
 {
     FakePrograms fake;

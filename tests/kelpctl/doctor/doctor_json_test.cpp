@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <limits>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -89,6 +91,11 @@ TEST(DoctorJson, ComputersPrintTheStoredBytes)
     found.docker.candidates[0].answer = failed({"C:\\Docker\\docker.exe"}, -1, "\xff");
     found.docker.engine.answer = timedOut({"docker.exe", "\"version\"", "\xc3"});
     found.docker.searchFailure = "grüße\r\n";
+    found.docker.engine.product = kelpctl::DockerProduct::desktop;
+    found.docker.engine.platform = "Docker Desktop 4.34.2 (167172)";
+    found.docker.settings = {kelpctl::EngineChoice::contextVariable, "desktop-linux", {}};
+    found.docker.endpoint = "npipe:////./pipe/dockerDesktopLinuxEngine";
+    found.docker.missingHelpers = {"docker-credential-desktop"};
     found.adapter = {"172.17.0.1", "vEthernet (WSL)", {"Wi-Fi", ""}, {}};
     found.archives[0].size = std::numeric_limits<std::uint64_t>::max();
     found.temporary = {"C:\\Temp", true, false, std::nullopt};
@@ -96,6 +103,10 @@ TEST(DoctorJson, ComputersPrintTheStoredBytes)
     found = goodWsl();
     found.wsl.listing = failed({"wsl.exe", "-l", "-q"}, 255, std::string(5000, 'x'));
     found.wsl.distributions = {{"other", "", 0, false}};
+    found.account = kelpctl::Account{"PC\\anna", true, false, 1};
+    found.wsl.policies = std::vector<kelpctl::Policy>{{"AllowWSL", 0}, {"AllowWSL1", 1}};
+    found.wsl.config = kelpctl::WslConfigFile{"C:\\Users\\anna\\.wslconfig", true, {"C:\\k", "mirrored"}, false};
+    found.wsl.otherAccounts = std::vector<std::string>{"PC\\bert"};
     print(printed, found);
     expectGolden(std::filesystem::path(GOLDEN_FOLDER) / "doctor.jsonl", printed.str());
 }

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -39,6 +40,9 @@ constexpr char goodTable[] = R"table(environment
   ok       name                    the distribution kelp_hub_r1
            container               WSL needs none
 
+account
+           account                 PC\anna, session 1
+
 WSL
   ok       wsl.exe                 C:\Program Files\WSL\wsl.exe
            candidates              C:\Program Files\WSL\wsl.exe
@@ -48,6 +52,10 @@ WSL
            other distributions     none
            adapter address         none
                                      looked for: "(WSL)" in the name, "Virtual" in the description, and an IPv4 address
+
+settings of WSL
+           policies                none
+           .wslconfig              none
 
 Docker (not the backend)
            docker.exe              not found
@@ -135,6 +143,46 @@ TEST(DoctorTable, SaysWhatTheAdapterRulePassedOver)
     EXPECT_THAT(table(found), HasSubstr("172.20.0.1 (vEthernet (WSL))\n"));
     found.adapter.failure = "out of order";
     EXPECT_THAT(table(found), HasSubstr("not known: out of order\n"));
+}
+
+TEST(DoctorTable, ShowsWhatOthersHaveDecidedAboutWsl)
+{
+    Examination found = goodWsl();
+    found.account = kelpctl::Account{"PC\\anna", true, false, 0};
+    found.wsl.policies = std::vector<kelpctl::Policy>{{"AllowInboxWSL", 0}, {"AllowWSL", 0}};
+    found.wsl.config = kelpctl::WslConfigFile{"C:\\Users\\anna\\.wslconfig", true, {"C:\\k", "mirrored"}, false};
+    found.wsl.otherAccounts = std::vector<std::string>{"PC\\bert"};
+    const std::string text = table(found);
+    EXPECT_THAT(text, HasSubstr("  note     account                 PC\\anna, as administrator, session 0\n"));
+    EXPECT_THAT(text, HasSubstr("  PROBLEM  policies                AllowInboxWSL = 0, AllowWSL = 0\n"));
+    EXPECT_THAT(text, HasSubstr("  PROBLEM  .wslconfig              C:\\Users\\anna\\.wslconfig\n"));
+    EXPECT_THAT(text, HasSubstr("           networking mode         mirrored\n"));
+    EXPECT_THAT(text, HasSubstr("           kernel                  C:\\k: missing\n"));
+    EXPECT_THAT(text, HasSubstr("           registered for          PC\\bert\n"));
+}
+
+TEST(DoctorTable, SaysWhatTheSystemDidNotTellInTime)
+{
+    Examination found = goodWsl();
+    found.account.reset();
+    found.wsl.policies.reset();
+    found.wsl.config.reset();
+    const std::string text = table(found);
+    EXPECT_THAT(text, HasSubstr("account                 not known\n"));
+    EXPECT_THAT(text, HasSubstr("policies                not known: the system did not tell in time\n"));
+    EXPECT_THAT(text, HasSubstr(".wslconfig              not known: the system did not tell in time\n"));
+}
+
+TEST(DoctorTable, ShowsWhichEngineIsAskedAndWhy)
+{
+    Examination found = goodDocker();
+    EXPECT_THAT(table(found), HasSubstr("context                 default (nothing names another)\n"));
+    found.docker.settings = {kelpctl::EngineChoice::configuration, "desktop-linux", {}};
+    found.docker.endpoint = "npipe:////./pipe/dockerDesktopLinuxEngine";
+    EXPECT_THAT(table(found), HasSubstr("context                 desktop-linux (the client's configuration)\n"));
+    EXPECT_THAT(table(found), HasSubstr("endpoint                npipe:////./pipe/dockerDesktopLinuxEngine\n"));
+    found.docker.settings = {kelpctl::EngineChoice::hostVariable, "tcp://h", {}};
+    EXPECT_THAT(table(found), HasSubstr("context                 none: DOCKER_HOST is \"tcp://h\"\n"));
 }
 
 TEST(DoctorTable, TerminalObeysNothing)

@@ -165,6 +165,76 @@ TEST(VerdictOnWsl, DiskThatIsGoneOrCannotBeLookedAtIsInTheWay)
     EXPECT_THAT(keys(found), ElementsAre("DISTRIBUTION_MISSING")) << "wsl.exe does not know of it any more";
 }
 
+TEST(VerdictOnWsl, AccountsThatWslDoesNotServeAreTold)
+{
+    Examination found = goodWsl();
+    found.account = kelpctl::Account{"PC\\anna", true, false, 1};
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY"));
+    found.account = kelpctl::Account{"PC\\anna", false, false, 0};
+    EXPECT_THAT(keys(found), ElementsAre("SESSION_OF_SERVICES"));
+    found.account = kelpctl::Account{"NT AUTHORITY\\SYSTEM", true, true, 0};
+    EXPECT_THAT(keys(found), ElementsAre("!WSL_SYSTEM_ACCOUNT"));
+    found.account.reset();
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY"));
+}
+
+TEST(VerdictOnWsl, PolicyThatForbidsWslIsAProblemAndToldOnce)
+{
+    Examination found = goodWsl();
+    found.wsl.policies = std::vector<kelpctl::Policy>{{"AllowInboxWSL", 0}, {"AllowWSL", 1}};
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY"));
+    found.wsl.policies = std::vector<kelpctl::Policy>{{"AllowWSL", 0}};
+    EXPECT_THAT(keys(found), ElementsAre("!WSL_POLICY"));
+    found.wsl.listing = failed({"wsl.exe", "-l", "-q"}, -1, "Error code: Wsl/ERROR_ACCESS_DISABLED_BY_POLICY\r\n");
+    EXPECT_THAT(keys(found), testing::Contains("!WSL_POLICY").Times(1));
+}
+
+TEST(VerdictOnWsl, KernelOfTheUserMustBeThere)
+{
+    Examination found = goodWsl();
+    found.wsl.config = kelpctl::WslConfigFile{"C:\\Users\\anna\\.wslconfig", true, {"C:\\vmlinux", ""}, true};
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY"));
+    found.wsl.config->kernelExists.reset();
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY")) << "nothing is guessed";
+    found.wsl.config->kernelExists = false;
+    EXPECT_THAT(keys(found), ElementsAre("!WSL_KERNEL_MISSING"));
+    EXPECT_EQ(judge(found).findings[0].subject, "C:\\vmlinux");
+}
+
+TEST(VerdictOnWsl, NetworkingModeWithoutAnAdapterIsANote)
+{
+    Examination found = goodWsl();
+    for (const char* mode : {"", "nat", "NAT"}) {
+        found.wsl.config = kelpctl::WslConfigFile{"x", true, {"", mode}, {}};
+        EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY")) << mode;
+    }
+    for (const char* mode : {"mirrored", "none", "virtioproxy", "bridged"}) {
+        found.wsl.config = kelpctl::WslConfigFile{"x", true, {"", mode}, {}};
+        EXPECT_THAT(keys(found), ElementsAre("NETWORKING_WITHOUT_ADAPTER")) << mode;
+        EXPECT_EQ(judge(found).findings[0].subject, mode);
+    }
+}
+
+TEST(VerdictOnWsl, DistributionOfAnotherAccountIsToldWhenThisOneHasNone)
+{
+    Examination found = goodWsl();
+    found.wsl.otherAccounts = std::vector<std::string>{"PC\\bert"};
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY"));
+    found = wslWithout("distribution");
+    found.wsl.otherAccounts = std::vector<std::string>{"PC\\bert"};
+    EXPECT_THAT(keys(found), ElementsAre("OTHER_ACCOUNT", "DISTRIBUTION_MISSING"));
+    EXPECT_EQ(judge(found).findings[0].subject, "PC\\bert");
+}
+
+TEST(VerdictOnDocker, SettingsOfWslDoNotCount)
+{
+    Examination found = goodDocker();
+    found.account = kelpctl::Account{"NT AUTHORITY\\SYSTEM", true, true, 0};
+    found.wsl.policies = std::vector<kelpctl::Policy>{{"AllowWSL", 0}};
+    found.wsl.config = kelpctl::WslConfigFile{"x", true, {"C:\\vmlinux", "none"}, false};
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY"));
+}
+
 TEST(VerdictOnWsl, NameMustBeOneForWsl)
 {
     Examination found = wslWithout("distribution");
@@ -179,6 +249,19 @@ TEST(VerdictOnWsl, NoWslAtAll)
     found.wsl.candidates.clear();
     found.wsl.listing = failed({"C:\\Windows\\System32\\wsl.exe", "-l", "-q"}, 127, "");
     EXPECT_THAT(keys(found), ElementsAre("!WSL_NOT_FOUND"));
+}
+
+TEST(VerdictOnWsl, MissingLookUpIsNoReasonForTheOtherBackend)
+{
+    Examination found = wslWithout("distribution");
+    found.wsl.lookUp = failed({"which", "wsl.exe"}, 127, "");
+    found.wsl.candidates.clear();
+    found.wsl.listing = failed({"C:\\Windows\\System32\\wsl.exe", "-l", "-q"}, 127, "");
+    found.docker.lookUp = failed({"where", "docker.exe"}, 127, "");
+    found.docker.lookUp.programMissing = true;
+    EXPECT_THAT(keys(found), ElementsAre("!LOOK_UP_MISSING"));
+    found.backend = kelpctl::Backend::docker;
+    EXPECT_EQ(keys(found).front(), "!LOOK_UP_MISSING");
 }
 
 TEST(VerdictOnWsl, WhatAnImportNeedsIsOnlyANoteWhileTheDistributionMayBeThere)
@@ -251,19 +334,6 @@ TEST(VerdictOnDocker, MissingOrStoppedContainerKeepsSetupFromNothing)
 
 TEST(VerdictOnDocker, MissingImageNeedsAnArchive)
 {
-TEST(VerdictOnWsl, MissingLookUpIsNoReasonForTheOtherBackend)
-{
-    Examination found = wslWithout("distribution");
-    found.wsl.lookUp = failed({"which", "wsl.exe"}, 127, "");
-    found.wsl.candidates.clear();
-    found.wsl.listing = failed({"C:\\Windows\\System32\\wsl.exe", "-l", "-q"}, 127, "");
-    found.docker.lookUp = failed({"where", "docker.exe"}, 127, "");
-    found.docker.lookUp.programMissing = true;
-    EXPECT_THAT(keys(found), ElementsAre("!LOOK_UP_MISSING"));
-    found.backend = kelpctl::Backend::docker;
-    EXPECT_EQ(keys(found).front(), "!LOOK_UP_MISSING");
-}
-
     Examination found = dockerWithoutImage();
     EXPECT_EQ(verdict(found), Verdict::ready);
     EXPECT_THAT(keys(found), ElementsAre("IMAGE_MISSING"));
@@ -327,6 +397,46 @@ TEST(VerdictOnDocker, EngineMustRunLinuxContainers)
     Examination found = dockerWithoutImage();
     found.docker.engine.system = "windows";
     EXPECT_THAT(keys(found), ElementsAre("!DOCKER_RUNS_WINDOWS_CONTAINERS", "IMAGE_MISSING"));
+}
+
+TEST(VerdictOnDocker, ProductBehindTheNameIsANote)
+{
+    using kelpctl::DockerProduct;
+    Examination found = goodDocker();
+    found.docker.engine.product = DockerProduct::desktop;
+    EXPECT_EQ(verdict(found), Verdict::exists);
+    EXPECT_THAT(keys(found), ElementsAre("HOST_NETWORKING_OPTIONAL"));
+    found.docker.engine.product = DockerProduct::podman;
+    EXPECT_THAT(keys(found), ElementsAre("DOCKER_IS_PODMAN"));
+    found.docker.engine.answer = failed({"docker.exe", "version"}, 1, "");
+    EXPECT_EQ(keys(found).front(), "!DOCKER_ENGINE_NOT_REACHABLE");
+}
+
+TEST(VerdictOnDocker, SilentEngineThatAVariableNamesIsAnotherThing)
+{
+    using kelpctl::EngineChoice;
+    Examination found = goodDocker();
+    found.docker.engine.answer = failed({"docker.exe", "version"}, 1, "");
+    for (const EngineChoice choice : {EngineChoice::hostVariable, EngineChoice::contextVariable}) {
+        found.docker.settings.choice = choice;
+        EXPECT_EQ(keys(found).front(), "!DOCKER_CHOICE_SILENT");
+    }
+    found.docker.settings.choice = EngineChoice::configuration;
+    EXPECT_EQ(keys(found).front(), "!DOCKER_ENGINE_NOT_REACHABLE");
+}
+
+TEST(VerdictOnDocker, MissingHelperForPasswordsMattersWhenTheImageIsToBePulled)
+{
+    Examination found = dockerWithoutImage();
+    found.docker.missingHelpers = {"docker-credential-desktop"};
+    EXPECT_THAT(keys(found), ElementsAre("IMAGE_MISSING"));
+    found.pullsFromRegistry = true;
+    EXPECT_THAT(keys(found), ElementsAre("CREDENTIAL_HELPER_MISSING", "IMAGE_MISSING"));
+    EXPECT_EQ(judge(found).findings[0].subject, "docker-credential-desktop");
+    found = goodDocker();
+    found.pullsFromRegistry = true;
+    found.docker.missingHelpers = {"docker-credential-desktop"};
+    EXPECT_THAT(keys(found), ElementsAre("ENVIRONMENT_READY")) << "nothing is pulled any more";
 }
 
 TEST(VerdictOnDocker, NameMustBeOneForDocker)
