@@ -29,7 +29,7 @@ RunJournal::~RunJournal()
     observeRuns(before_);
 }
 
-void RunJournal::limitEachRun(std::chrono::milliseconds limit)
+void RunJournal::limitEachRun(std::optional<std::chrono::milliseconds> limit)
 {
     const std::scoped_lock lock(mutex_);
     limit_ = limit;

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 
@@ -27,8 +28,8 @@ public:
     RunJournal(const RunJournal&) = delete;
     RunJournal& operator=(const RunJournal&) = delete;
 
-    // For the runs that start from now on; there is none at first.
-    void limitEachRun(std::chrono::milliseconds limit);
+    // For the runs that start from now on; there is none at first, and none again for nothing.
+    void limitEachRun(std::optional<std::chrono::milliseconds> limit);
 
     // Those that have ended, in the order in which they ended.
     std::vector<Run> runs() const;

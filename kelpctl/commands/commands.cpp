@@ -128,7 +128,7 @@ long long numberIn(const std::string& text)
     return *end == '\0' ? number : 0;
 }
 
-std::string complaintOnTimeLimit(const std::string& text)
+std::string complaintOnSeconds(const std::string& text)
 {
     const long long seconds = numberIn(text);
     return seconds >= 1 && seconds <= 600 ? "" : "Value " + text + " not in range 1 to 600";
@@ -184,23 +184,31 @@ constexpr Option variables = {.name = "-e",
                               .take = [](Request& request, const Values& values) { request.variables = values; },
                               .repeated = true};
 
-constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}};
+constexpr Option waiting = {
+    .name = "--wait",
+    .value = "SECONDS",
+    .help = "How long to wait for a backend that is just starting, 0",
+    .take = [](Request& request,
+               const Values& values) { request.wait = std::chrono::seconds(numberIn(values.front())); },
+    .complaint = complaintOnSeconds};
+
+constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, waiting};
 constexpr std::array doctorOptions = {
     Option{.name = "--time-limit",
            .value = "SECONDS",
            .help = "How long to wait for each answer of wsl.exe and Docker, 10",
            .take = [](Request& request,
                       const Values& values) { request.timeLimit = std::chrono::seconds(numberIn(values.front())); },
-           .complaint = complaintOnTimeLimit}};
+           .complaint = complaintOnSeconds}};
 constexpr std::array provisionOptions = {
     Option{"--archive", "FILE", archiveHelp, text<&Request::archive>},
     Option{"--name", "NAME", nameHelp, text<&Request::name>},
     Option{"--root-fs", nullptr, "Docker: the archive is a root file system; needs --name", flag<&Request::rootFs>}};
 constexpr std::array removeOptions = {Option{"name", "TEXT", nameHelp, text<&Request::name>}};
 constexpr std::array startOptions = {
-    container, Option{"--image", "NAME", "Image, the release's when not given", text<&Request::image>}};
+    container, Option{"--image", "NAME", "Image, the release's when not given", text<&Request::image>}, waiting};
 constexpr std::array stopOptions = {container};
-constexpr std::array execOptions = {container, variables};
+constexpr std::array execOptions = {container, variables, waiting};
 constexpr std::array prefixOptions = {
     container, Option{"--vector", nullptr, "One argument a line instead of one command line", flag<&Request::vector>}};
 constexpr std::array envOptions = {variables};

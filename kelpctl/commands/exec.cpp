@@ -1,6 +1,7 @@
 #include "commands/exec.h"
 
 #include "commands/exec_diagnosis.h"
+#include "commands/wait.h"
 #include "commands/work.h"
 #include "failure/causes.h"
 #include "request/backend.h"
@@ -144,7 +145,10 @@ Outcome exec(const Context& context)
 {
     const Request& request = context.request;
     InsideCommand command;
-    work(context, [&] { command = insideCommand(request, context.console.interactive && !request.json); });
+    work(context, [&] {
+        waitForBackend(context);
+        command = insideCommand(request, context.console.interactive && !request.json);
+    });
     const Run inside = request.json ? runForJson(context, command) : runOnTerminal(context, command);
     Outcome outcome;
     outcome.failure = diagnosis(inside, context);

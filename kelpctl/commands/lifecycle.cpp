@@ -3,6 +3,7 @@
 #include "asking/disk.h"
 #include "asking/docker.h"
 #include "asking/gateways.h"
+#include "commands/wait.h"
 #include "commands/work.h"
 #include "failure/failure.h"
 #include "request/backend.h"
@@ -142,7 +143,10 @@ Outcome containerChanged(const Context& context, const char* change)
 
 Outcome setup(const Context& context)
 {
-    work(context, [&context] { callSetup(context.request.archive); });
+    work(context, [&context] {
+        waitForBackend(context);
+        callSetup(context.request.archive);
+    });
     return provisioned(context);
 }
 
@@ -168,7 +172,8 @@ Outcome removeEnvironment(const Context& context)
 Outcome start(const Context& context)
 {
     const Request& request = context.request;
-    work(context, [&request] {
+    work(context, [&] {
+        waitForBackend(context);
         requireClient();
         if (!orb::lvm::startContainerIfNecessary(request.container, request.image)) {
             throw Failure("CONTAINER_NOT_STARTED");

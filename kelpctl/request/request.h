@@ -50,6 +50,9 @@ struct Request {
     // How long doctor waits for each answer.
     std::chrono::seconds timeLimit{10};
 
+    // How long setup, start and exec wait for the backend to answer at all.
+    std::chrono::seconds wait{0};
+
     // The command that "help" is about, all when it is empty; and the text to show.
     std::string topic;
     std::string helpText;

@@ -22,6 +22,8 @@ public:
     std::int32_t programStatus = 0;
     // What programs that kelpctl runs itself answer, by their command line. Any other fails with status 127.
     std::map<std::string, orb::process::detail::RunResult> answers;
+    // How often such a command line fails before it answers.
+    std::map<std::string, int> late;
 
     int run(const std::vector<std::string>& arguments);
 
@@ -38,12 +40,12 @@ public:
 
 private:
     EnvironmentVariable useWsl_{"USE_WSL"};
-    EnvironmentVariable wslenv_{"WSLENV"};
-    EnvironmentVariable wslUtf8_{"WSL_UTF8"};
     // No settings of Docker's that are the machine's own.
     EnvironmentVariable dockerHost_{"DOCKER_HOST"};
     EnvironmentVariable dockerContext_{"DOCKER_CONTEXT"};
     EnvironmentVariable dockerConfig_{"DOCKER_CONFIG", "/nowhere"};
+    EnvironmentVariable wslenv_{"WSLENV"};
+    EnvironmentVariable wslUtf8_{"WSL_UTF8"};
     EnvironmentVariable localeAll_{"LC_ALL"};
     EnvironmentVariable localeMessages_{"LC_MESSAGES"};
     EnvironmentVariable language_{"LANG"};
