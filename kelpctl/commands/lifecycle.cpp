@@ -6,6 +6,8 @@
 #include "commands/wait.h"
 #include "commands/work.h"
 #include "failure/failure.h"
+#include "failure/pull_causes.h"
+#include "failure/report.h"
 #include "request/backend.h"
 #include "request/request.h"
 #include "terminal/json.h"
@@ -16,6 +18,8 @@
 
 #include <functional>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace kelpctl {
 namespace {
@@ -38,6 +42,18 @@ void requireDisk(const Context& context)
     }
 }
 
+// The library takes the archive when the registry gives no image.
+std::vector<Report> notesOnPulling(const Context& context)
+{
+    std::vector<Report> notes;
+    for (const Run& run : context.journal.runs()) {
+        if (orb::lvm::detail::commandOf(run.arguments) == orb::lvm::detail::Command::dockerPull && !run.succeeded()) {
+            notes.push_back(makeReport(Failure("PULL_FAILED"), causeOfPull(run), run, context.request));
+        }
+    }
+    return notes;
+}
+
 // What provisioning did, by the programs that ran.
 Outcome provisioned(const Context& context)
 {
@@ -57,6 +73,8 @@ Outcome provisioned(const Context& context)
                                   {"name", name},
                                   {"created", source.has_value()},
                                   {"source", orNull(source)}};
+    outcome.notes = notesOnPulling(context);
+    outcome.result.as_object()["notes"] = noteList(outcome.notes);
     outcome.lines = {source ? what + " was created from " + *source + "."
                             : what + " exists already; nothing was created."};
     return outcome;
@@ -133,10 +151,24 @@ void requireContainer(const Context& context)
 Outcome containerChanged(const Context& context, const char* change)
 {
     if (!traitsOf(selectedBackend()).hasContainers) {
-        return {{"WSL needs no container; nothing was done."}, json::object{{"container", nullptr}}, {}};
+        return {{"WSL needs no container; nothing was done."},
+                json::object{{"container", nullptr}, {"notes", json::array()}},
+                {}};
     }
     const std::string container = namesOf(context.request).container;
-    return {{"The container " + container + " was " + change + "."}, json::object{{"container", container}}, {}};
+    return {{"The container " + container + " was " + change + "."},
+            json::object{{"container", container}, {"notes", json::array()}},
+            {}};
+}
+
+// The container uses the host's network, which is another machine's under Docker Desktop.
+std::vector<Report> notesOnReaching(const Context& context)
+{
+    if (!traitsOf(selectedBackend()).hasContainers ||
+        askEngine(context.programs, orb::lvm::getContainerExecutablePath()).product != DockerProduct::desktop) {
+        return {};
+    }
+    return {makeReport(Failure("HOST_NETWORKING_OPTIONAL"), {}, std::nullopt, context.request)};
 }
 
 } // namespace
@@ -179,7 +211,10 @@ Outcome start(const Context& context)
             throw Failure("CONTAINER_NOT_STARTED");
         }
     });
-    return containerChanged(context, "started");
+    Outcome outcome = containerChanged(context, "started");
+    outcome.notes = notesOnReaching(context);
+    outcome.result.as_object()["notes"] = noteList(outcome.notes);
+    return outcome;
 }
 
 Outcome stop(const Context& context)

@@ -121,6 +121,26 @@ inline constexpr std::array allAdvice = {
     Advice{"PROGRAM_NOT_FOUND", "The environment has no such program, or the program itself has ended with status 127.",
            "Check the program's name, or give its whole path inside the environment."},
 
+    // What keeps an image from being pulled, which the archive stands in for.
+    Advice{"PULL_FAILED", "The registry was asked first and gave no image, so the archive was used.",
+           "Unset USE_DOCKER_REPOSITORY if the archive is to be used in any case."},
+    Advice{"PULL_CREDENTIALS", "Docker's configuration names a program for passwords that is missing or fails.",
+           "Put its folder into PATH, or take its name out of \"credsStore\" and \"credHelpers\" in "
+           ".docker/config.json in your user folder."},
+    Advice{"PULL_LIMIT", "The registry takes no more requests from this address for now.",
+           "Run \"docker login\", which raises the limit, or wait some hours."},
+    Advice{"PULL_CERTIFICATE",
+           "The engine does not trust the registry's certificate, as behind a proxy that opens encryption.",
+           "Give the engine the certificate of your network's authority, and restart it."},
+    Advice{"PULL_PROCESSOR", "The registry has no image for this computer's processor.",
+           "Use an archive that was made for it: \"{1} setup ARCHIVE\"."},
+    Advice{"PULL_MISSING", "The registry has no image of this release.",
+           "Check the release that \"{1} doctor\" shows, or unset USE_DOCKER_REPOSITORY."},
+    Advice{"PULL_DENIED", "The registry gives the image to nobody, or only to those who are logged in.",
+           "Run \"docker login\" if you have an account there; otherwise unset USE_DOCKER_REPOSITORY."},
+    Advice{"PULL_NETWORK", "The engine does not reach the registry.",
+           "Check the network, and the proxy that the engine is set to use."},
+
     // Failures of wsl.exe, by code.
     Advice{"WSL_FILE_MISSING", "WSL does not find the archive.",
            "Name an archive that exists, or the installation that holds one with --root; \"{1} doctor\" shows where "

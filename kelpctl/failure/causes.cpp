@@ -1,6 +1,7 @@
 #include "failure/causes.h"
 
 #include "asking/docker.h"
+#include "failure/pull_causes.h"
 #include "failure/wsl_causes.h"
 #include "request/backend.h"
 #include "request/request.h"
@@ -61,7 +62,7 @@ AdviceKey causeOfDockerFailure(AdviceKey identifier, const Run& run, const Conte
     if (!askEngine(context.programs, client).reachable()) {
         return causeOfSilentEngine(dockerSettings().choice);
     }
-    return {};
+    return rules::commandOf(run.arguments) == rules::Command::dockerPull ? causeOfPull(run) : AdviceKey();
 }
 
 // Windows has the program that looks others up, other systems do not.

@@ -81,11 +81,8 @@ void writeEvidence(ReportWriter& writer, const Report& report)
     writeStream(writer, "standard error: ", evidence.error, report);
 }
 
-void writeReport(Console& console, const std::string& command, const Report& report)
+void writeTheRest(ReportWriter& writer, const Report& report)
 {
-    ReportWriter writer(console.error, console.errorColours);
-    writer.write(command.empty() ? "kelpctl: " : "kelpctl " + command + ": ", boldSequence, report.text);
-    writer.write("error: ", alarming, report.identifier);
     if (report.cause) {
         writer.write("cause: ", boldSequence, report.cause->text);
     }
@@ -93,6 +90,22 @@ void writeReport(Console& console, const std::string& command, const Report& rep
         writeEvidence(writer, report);
     }
     writer.write("next step: ", boldSequence, report.nextStep);
+}
+
+void writeReport(Console& console, const std::string& command, const Report& report)
+{
+    ReportWriter writer(console.error, console.errorColours);
+    writer.write(command.empty() ? "kelpctl: " : "kelpctl " + command + ": ", boldSequence, report.text);
+    writer.write("error: ", alarming, report.identifier);
+    writeTheRest(writer, report);
+    console.error << std::flush;
+}
+
+void writeNote(Console& console, const Report& note)
+{
+    ReportWriter writer(console.error, console.errorColours);
+    writer.write("note: ", boldSequence, note.text);
+    writeTheRest(writer, note);
     console.error << std::flush;
 }
 
@@ -132,12 +145,24 @@ json::value errorObject(const std::optional<Report>& failure)
 
 } // namespace
 
+json::array noteList(const std::vector<Report>& notes)
+{
+    json::array list;
+    for (const Report& note : notes) {
+        list.push_back(errorObject(note));
+    }
+    return list;
+}
+
 void writeText(Console& console, const std::string& command, const Outcome& outcome)
 {
     for (const std::string& line : outcome.lines) {
         console.out << line << '\n';
     }
     console.out << std::flush;
+    for (const Report& note : outcome.notes) {
+        writeNote(console, note);
+    }
     if (outcome.failure) {
         writeReport(console, command, *outcome.failure);
     }

@@ -43,8 +43,9 @@ TEST(Commands, ProvisioningThatFindsTheEnvironmentSaysSo)
         EXPECT_EQ(session.run({command}), 0);
         EXPECT_EQ(session.out, "The distribution kelp_hub_R1 exists already; nothing was created.\n");
         session.run({command, "--docker", "--json"});
-        EXPECT_EQ(session.json().at("result"),
-                  json::parse(R"({"kind": "image", "name": "kelp_hub_R1", "created": false, "source": null})"));
+        EXPECT_EQ(
+            session.json().at("result"),
+            json::parse(R"({"kind": "image", "name": "kelp_hub_R1", "created": false, "source": null, "notes": []})"));
     }
 }
 

@@ -9,6 +9,49 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+void pullInVainAndLoad()
+{
+    ranProgram({"docker.exe", "pull", "-q", "zqkelp/x"},
+               {1, {}, "Error response from daemon: toomanyrequests: later\n"});
+    ranProgram({"docker.exe", "load", "-i", "a.tar"}, {0, {}, {}});
+}
+
+TEST(Provisioning, PullThatFailedIsANoteWithItsEvidence)
+{
+    fakeLvm().duringImport = pullInVainAndLoad;
+    Session session;
+    EXPECT_EQ(session.run({"--docker", "setup"}), 0);
+    EXPECT_EQ(session.out, "The image kelp_hub_R1 was created from a.tar.\n");
+    EXPECT_EQ(session.error, "note: The registry was asked first and gave no image, so the archive was used.\n"
+                             "cause: The registry takes no more requests from this address for now.\n"
+                             "evidence: docker.exe pull -q zqkelp/x\n"
+                             "    status: 1 (0x00000001)\n"
+                             "    standard error: Error response from daemon: toomanyrequests: later\n"
+                             "next step: Run \"docker login\", which raises the limit, or wait some hours.\n");
+    session.run({"--docker", "--json", "setup"});
+    EXPECT_EQ(session.error, "");
+    EXPECT_EQ(session.json().at("result").at("notes").at(0).at("cause").at("identifier"), "PULL_LIMIT");
+}
+
+TEST(Provisioning, WithoutANoteThereIsNone)
+{
+    Session session;
+    EXPECT_EQ(session.run({"--json", "setup"}), 0);
+    EXPECT_EQ(session.json().at("result").at("notes"), boost::json::array());
+}
+
+TEST(Starting, OnDockerDesktopHasANote)
+{
+    Session session;
+    session.answers["/usr/bin/docker version --format {{json .}}"] = {
+        0, R"json({"Server":{"Platform":{"Name":"Docker Desktop 4.34.2 (167172)"}}})json", {}};
+    EXPECT_EQ(session.run({"--docker", "start"}), 0);
+    EXPECT_EQ(session.out, "The container kelp_hub was started.\n");
+    EXPECT_THAT(session.error, HasSubstr("note: The engine is Docker Desktop."));
+    EXPECT_EQ(session.run({"--docker", "--json", "start"}), 0);
+    EXPECT_EQ(session.json().at("result").at("notes").at(0).at("identifier"), "HOST_NETWORKING_OPTIONAL");
+}
+
 void failToClear()
 {
     ranProgram({"wsl.exe", "--unregister", "kelp_hub_R1"},

@@ -58,7 +58,7 @@ TEST(Output, SuccessIsAnObjectForPrograms)
     Session session;
     EXPECT_EQ(session.run({"--json", "setup"}), 0);
     EXPECT_EQ(session.out, R"({"command":"setup","ok":true,"result":{"kind":"distribution","name":"kelp_hub_R1",)"
-                           R"("created":false,"source":null},"error":null})"
+                           R"("created":false,"source":null,"notes":[]},"error":null})"
                            "\n");
 }
 
