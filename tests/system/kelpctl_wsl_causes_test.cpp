@@ -162,6 +162,88 @@ TEST_P(WslCauseOfListing, IsToldByDoctorAndCheck)
     EXPECT_THAT(examined.standardOutput, HasSubstr(beginning(advice(GetParam().cause).text)));
 }
 
+// What no build is known to print. Nothing is guessed: what was printed is shown, and an unknown path is called that.
+struct Oddity {
+    const char* name;
+    std::string text;
+    // As it is found in there, empty for none.
+    std::string path;
+    std::string cause;
+};
+
+std::string threeHundredContexts()
+{
+    std::string path = "Wsl/Service";
+    for (int count = 0; count < 300; ++count) {
+        path += "/Context" + std::to_string(count);
+    }
+    return path + "/ERROR_FILE_NOT_FOUND";
+}
+
+std::vector<Oddity> oddities()
+{
+    const std::string disk = "Wsl/Service/CreateInstance/MountDisk/HCS/E_ACCESSDENIED";
+    return {
+        {"unknown contexts", "Error code: Wsl/Service/NewThing/OtherThing/ERROR_FILE_NOT_FOUND\r\n",
+         "Wsl/Service/NewThing/OtherThing/ERROR_FILE_NOT_FOUND", "WSL_CODE_UNKNOWN"},
+        {"unknown code", "Error code: Wsl/Service/CreateInstance/WSL_E_NEW_THING\r\n",
+         "Wsl/Service/CreateInstance/WSL_E_NEW_THING", "WSL_CODE_UNKNOWN"},
+        {"three hundred contexts", "Error code: " + threeHundredContexts() + "\r\n", threeHundredContexts(),
+         "WSL_CODE_UNKNOWN"},
+        {"no code", "Error code: Wsl/Service/\r\n", "Wsl/Service", "WSL_CODE_UNKNOWN"},
+        {"no path", "Something went wrong.\r\n", "", none},
+        {"two paths", "Wsl/Service/E_UNEXPECTED\r\nError code: " + disk + "\r\n", disk, "WSL_DISK_DENIED"},
+        {"in a sentence",
+         "Der Vorgang (" + disk +
+             ") ist \xc3\xbc"
+             "berraschend gescheitert.\r\n",
+         disk, "WSL_DISK_DENIED"},
+        {"cut by a line end", "Error code: Wsl/Service/CreateInstance/\r\nMountDisk/HCS/E_ACCESSDENIED\r\n",
+         "Wsl/Service/CreateInstance", "WSL_CODE_UNKNOWN"},
+        {"line end of old builds", "Error code: " + disk + "\r\r\n", disk, "WSL_DISK_DENIED"},
+    };
+}
+
+// ASCII and Latin letters only.
+std::string utf16(const std::string& utf8)
+{
+    std::string result;
+    for (std::size_t index = 0; index < utf8.size(); ++index) {
+        const auto byte = static_cast<unsigned char>(utf8[index]);
+        const bool two = byte >= 0xc0;
+        result +=
+            two ? static_cast<char>(((byte & 0x03U) << 6U) | (static_cast<unsigned char>(utf8[index + 1]) & 0x3fU))
+                : utf8[index];
+        result += '\0';
+        index += two ? 1 : 0;
+    }
+    return result;
+}
+
+class WslOddity : public WslCause {};
+
+TEST_F(WslOddity, IsShownAndNothingIsGuessed)
+{
+    wsl.import("kelp_hub_R2026b");
+    const std::filesystem::path file = temporary.path() / "printed";
+    for (const Oddity& oddity : oddities()) {
+        for (const std::string& printed : {oddity.text, utf16(oddity.text)}) {
+            std::ofstream(file, std::ios::binary) << printed;
+            const EnvironmentVariable mode("WSL_STAND_IN_MODE", "bytes=" + unixPath(file) + "@exec");
+            const RunResult failed = kelpctl({"--json", "exec", "--", "uname"});
+            EXPECT_NE(failed.status, 0);
+            const json::value error = json::parse(failed.standardOutput).at("error");
+            const json::value& code = error.at("evidence").at("code");
+            EXPECT_EQ(code, oddity.path.empty() ? json::value() : json::value(oddity.path)) << oddity.name;
+            const std::string cause =
+                error.at("cause").is_null() ? none : std::string(error.at("cause").at("identifier").as_string());
+            EXPECT_EQ(cause, oddity.cause) << oddity.name;
+            const std::string shown(error.at("evidence").at("output").as_string());
+            EXPECT_THAT(shown, HasSubstr(oddity.text.substr(0, 11))) << oddity.name;
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Doctor, WslCauseOfListing,
                          testing::Values(Met{"Wsl/EnumerateDistros/Service/ReadDistroConfig/E_UNEXPECTED",
                                              "WSL_ENTRY_BROKEN"},
