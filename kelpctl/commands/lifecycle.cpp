@@ -3,6 +3,7 @@
 #include "asking/disk.h"
 #include "asking/docker.h"
 #include "asking/gateways.h"
+#include "commands/archive.h"
 #include "commands/work.h"
 #include "failure/failure.h"
 #include "request/backend.h"
@@ -142,14 +143,20 @@ Outcome containerChanged(const Context& context, const char* change)
 
 Outcome setup(const Context& context)
 {
-    work(context, [&context] { callSetup(context.request.archive); });
+    work(context, [&context] {
+        requireUsableArchive(context);
+        callSetup(context.request.archive);
+    });
     return provisioned(context);
 }
 
 Outcome provision(const Context& context)
 {
     const Request& request = context.request;
-    work(context, [&request] { orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs); });
+    work(context, [&] {
+        requireUsableArchive(context);
+        orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs);
+    });
     return provisioned(context);
 }
 
