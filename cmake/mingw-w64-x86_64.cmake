@@ -1,4 +1,5 @@
-# The Windows build on Linux: mingw-w64 with POSIX threads, and the Boost that scripts/boost-for-windows built.
+# The Windows build on Linux: mingw-w64 with POSIX threads, with the Boost and the libarchive that
+# scripts/boost-for-windows and scripts/libarchive-for-windows built.
 # ZQORB_UCRT=ON takes the C runtime of present Windows in the place of msvcrt.dll.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
@@ -30,5 +31,12 @@ list(APPEND CMAKE_FIND_ROOT_PATH ${ZQORB_BOOST_ROOT})
 set(BOOST_ROOT ${ZQORB_BOOST_ROOT})
 set(Boost_NO_BOOST_CMAKE ON)
 set(Boost_ARCHITECTURE "")
+
+if(NOT ZQORB_LIBARCHIVE_ROOT)
+    execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../scripts/libarchive-for-windows ${CMAKE_CXX_COMPILER}
+        OUTPUT_VARIABLE ZQORB_LIBARCHIVE_ROOT OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    set(ZQORB_LIBARCHIVE_ROOT ${ZQORB_LIBARCHIVE_ROOT} CACHE PATH "libarchive for Windows: the folder of include/ and lib/")
+endif()
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ZQORB_LIBARCHIVE_ROOT)
 
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine-test)

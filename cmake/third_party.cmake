@@ -29,3 +29,19 @@ target_link_libraries(json PUBLIC Boost::headers)
 target_compile_definitions(json PUBLIC BOOST_JSON_STATIC_LINK BOOST_JSON_NO_LIB BOOST_CONTAINER_NO_LIB)
 # It reads and writes a few kilobytes: its size counts more than its speed, and it compiles in two thirds of the time.
 target_compile_options(json PRIVATE $<$<AND:$<CONFIG:Release>,$<NOT:$<CXX_COMPILER_ID:MSVC>>>:-Os>)
+
+# libarchive, and zlib, which unpacks gzip. For Windows they are static, and so are the libraries behind them, which
+# CMake does not look for by itself.
+if(ZQORB_LIBARCHIVE_ROOT)
+    add_library(libarchive INTERFACE)
+    target_include_directories(libarchive SYSTEM INTERFACE ${ZQORB_LIBARCHIVE_ROOT}/include)
+    target_compile_definitions(libarchive INTERFACE LIBARCHIVE_STATIC)
+    foreach(name archive lzma zstd bz2 z)
+        target_link_libraries(libarchive INTERFACE ${ZQORB_LIBARCHIVE_ROOT}/lib/lib${name}.a)
+    endforeach()
+else()
+    find_package(LibArchive 3.6 REQUIRED)
+    find_package(ZLIB REQUIRED)
+    add_library(libarchive INTERFACE)
+    target_link_libraries(libarchive INTERFACE LibArchive::LibArchive ZLIB::ZLIB)
+endif()

@@ -1,6 +1,7 @@
 #include "commands/commands.h"
 
 #include "asking/gateways.h"
+#include "commands/archive.h"
 #include "commands/completion.h"
 #include "commands/exec.h"
 #include "commands/lifecycle.h"
@@ -184,6 +185,8 @@ constexpr Option variables = {.name = "-e",
                               .take = [](Request& request, const Values& values) { request.variables = values; },
                               .repeated = true};
 
+constexpr Option force = {"--force", nullptr, "Try it with an archive that the backend would refuse",
+                          flag<&Request::force>};
 constexpr Option waiting = {
     .name = "--wait",
     .value = "SECONDS",
@@ -192,7 +195,11 @@ constexpr Option waiting = {
                const Values& values) { request.wait = std::chrono::seconds(numberIn(values.front())); },
     .complaint = complaintOnSeconds};
 
-constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, waiting};
+constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, force, waiting};
+constexpr std::array archiveOptions = {
+    Option{.name = "file", .value = "TEXT", .help = "The archive", .take = text<&Request::archive>, .required = true},
+    Option{"--name", "NAME", "Image that it is to hold, the release's when not given", text<&Request::name>},
+    Option{"--root-fs", nullptr, "Docker: it is to be a root file system", flag<&Request::rootFs>}};
 constexpr std::array doctorOptions = {
     Option{.name = "--time-limit",
            .value = "SECONDS",
@@ -203,7 +210,8 @@ constexpr std::array doctorOptions = {
 constexpr std::array provisionOptions = {
     Option{"--archive", "FILE", archiveHelp, text<&Request::archive>},
     Option{"--name", "NAME", nameHelp, text<&Request::name>},
-    Option{"--root-fs", nullptr, "Docker: the archive is a root file system; needs --name", flag<&Request::rootFs>}};
+    Option{"--root-fs", nullptr, "Docker: the archive is a root file system; needs --name", flag<&Request::rootFs>},
+    force};
 constexpr std::array removeOptions = {Option{"name", "TEXT", nameHelp, text<&Request::name>}};
 constexpr std::array startOptions = {
     container, Option{"--image", "NAME", "Image, the release's when not given", text<&Request::image>}, waiting};
@@ -234,6 +242,8 @@ constexpr std::array commandRows = {
             check},
     Command{"doctor", "Examine this computer: what there is, what is missing, what to do next", "kelpctl doctor",
             doctor, doctorOptions},
+    Command{"archive", "Read all of an archive: whether it is whole, what it holds, what it lacks",
+            "kelpctl archive kelp_hub_distro.tar.gz", archive, archiveOptions},
     Command{"provision", "Create a distribution or an image from an archive",
             "kelpctl --docker provision --archive rootfs.tar --name my_hub --root-fs", provision, provisionOptions},
     Command{"remove", "Remove a distribution or an image", "kelpctl remove my_hub", removeEnvironment, removeOptions},

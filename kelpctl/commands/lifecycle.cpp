@@ -4,6 +4,7 @@
 #include "asking/docker.h"
 #include "asking/gateways.h"
 #include "commands/wait.h"
+#include "commands/archive.h"
 #include "commands/work.h"
 #include "failure/failure.h"
 #include "failure/pull_causes.h"
@@ -177,6 +178,7 @@ Outcome setup(const Context& context)
 {
     work(context, [&context] {
         waitForBackend(context);
+        requireUsableArchive(context);
         callSetup(context.request.archive);
     });
     return provisioned(context);
@@ -185,7 +187,10 @@ Outcome setup(const Context& context)
 Outcome provision(const Context& context)
 {
     const Request& request = context.request;
-    work(context, [&request] { orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs); });
+    work(context, [&] {
+        requireUsableArchive(context);
+        orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs);
+    });
     return provisioned(context);
 }
 

@@ -40,14 +40,14 @@ private:
 
 } // namespace
 
-void work(const Context& context, const std::function<void()>& step)
+void work(const Context& context, const std::function<void()>& step, const std::function<std::string()>& awaited)
 {
     const Interruption interruption(Interruption::Meaning::endWork);
     const StreamDetour detour(std::cout, context.console.error);
     std::optional<Progress> progress;
     if (showsProgress(context)) {
         ProgressOptions options;
-        options.awaited = [&context] { return context.journal.current(); };
+        options.awaited = awaited ? awaited : [&context] { return context.journal.current(); };
         progress.emplace(context.console.error, "kelpctl " + context.request.command, options);
     }
     // What the library makes of a program that was ended is of no interest.

@@ -76,6 +76,13 @@ void Findings::add(Severity severity, AdviceKey key, const std::string& subject)
     all.push_back({severity, key, subject, about});
 }
 
+void Findings::add(const std::vector<Finding>& others)
+{
+    for (const Finding& finding : others) {
+        add(finding.severity == Severity::problem ? needed() : Severity::note, finding.key, finding.subject);
+    }
+}
+
 void CheckOutput::judged(const std::string& label, const std::string& value, bool known)
 {
     table_.row(std::max(worst_, counts_ && known ? Mark::ok : Mark::none), label, value);
@@ -177,31 +184,6 @@ std::string candidateText(const Candidate& candidate, std::chrono::seconds timeL
     default:
         return passedOver;
     }
-}
-
-std::string sizeText(std::uintmax_t bytes)
-{
-    constexpr std::array units = {"KiB", "MiB", "GiB", "TiB"};
-    constexpr std::uintmax_t step = 1024;
-    std::string exact = plural(bytes, "byte");
-    std::uintmax_t unit = 1;
-    const char* name = nullptr;
-    for (const char* next : units) {
-        if (bytes / unit >= step) {
-            unit *= step;
-            name = next;
-        }
-    }
-    if (name == nullptr) {
-        return exact;
-    }
-    const std::uintmax_t tenths = bytes / unit * 10 + (bytes % unit * 10 + unit / 2) / unit;
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " " + name + " (" + exact + ")";
-}
-
-std::string plural(std::size_t count, const std::string& noun)
-{
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 json::object runObject(const Run& run)

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "doctor/examination.h"
-#include "failure/advice.h"
+#include "failure/finding.h"
 #include "request/request.h"
 #include "terminal/table.h"
 
@@ -18,18 +18,6 @@
 
 namespace kelpctl {
 
-// Whether a finding would keep `setup` from working, or is worth knowing only.
-enum class Severity { note, problem };
-
-struct Finding {
-    Severity severity = Severity::note;
-    // Of its advice.
-    AdviceKey key;
-    std::string subject;
-    // The check that it belongs to.
-    const char* about = "environment";
-};
-
 // Whether the distribution or the image is there.
 enum class Presence { unknown, missing, stopped, exists };
 
@@ -40,6 +28,8 @@ struct Findings {
     std::vector<Finding> all = {};
 
     void add(Severity severity, AdviceKey key, const std::string& subject = {});
+    // What was found elsewhere: a problem there is one here where it is one for sure.
+    void add(const std::vector<Finding>& others);
     void problem(AdviceKey key, const std::string& subject = {}) { add(Severity::problem, key, subject); }
     void note(AdviceKey key, const std::string& subject = {}) { add(Severity::note, key, subject); }
 
@@ -116,12 +106,6 @@ std::string utf8OrEmpty(const std::u16string& text);
 
 // What became of a candidate: "taken: it answers \"-v\"".
 std::string candidateText(const Candidate& candidate, std::chrono::seconds timeLimit);
-
-// "1.5 MiB (1572864 bytes)".
-std::string sizeText(std::uintmax_t bytes);
-
-// "1 thing", "2 things".
-std::string plural(std::size_t count, const std::string& noun);
 
 boost::json::object runObject(const Run& run);
 boost::json::array candidateList(const std::vector<Candidate>& candidates);

@@ -8,9 +8,7 @@
 #include "doctor/wsl_settings.h"
 #include "request/backend.h"
 #include "terminal/json.h"
-
-#include "host/messages.h"
-#include "orb/lvm.h"
+#include "terminal/text.h"
 
 #include <algorithm>
 #include <array>
@@ -67,11 +65,6 @@ void noteMissing(const Examination& found, Findings& findings)
     }
 }
 
-Mark markOf(Severity severity)
-{
-    return severity == Severity::problem ? Mark::problem : Mark::note;
-}
-
 Mark worstMark(const Judgement& judgement, std::string_view about)
 {
     Mark worst = Mark::none;
@@ -103,15 +96,6 @@ void printVerdict(const Examination& found, const Judgement& judgement, const Na
     }
 }
 
-void printNextSteps(const Judgement& judgement, const Names& names, TableLines& table)
-{
-    table.section("next steps");
-    for (const Finding& finding : judgement.findings) {
-        table.text(markOf(finding.severity), findingText(finding, names));
-        table.text(Mark::none, findingNextStep(finding, names));
-    }
-}
-
 // Programs get the adapter behind the backends, people beside the one that it belongs to.
 json::object objectFor(Verdict verdict)
 {
@@ -122,16 +106,6 @@ json::object objectFor(Verdict verdict)
         object[member] = nullptr;
     }
     return object;
-}
-
-json::object findingObject(const Finding& finding, const Names& names)
-{
-    return {{"severity", finding.severity == Severity::problem ? "problem" : "note"},
-            {"identifier", finding.key.text()},
-            {"about", finding.about},
-            {"subject", textOrNull(finding.subject)},
-            {"message", findingText(finding, names)},
-            {"next", findingNextStep(finding, names)}};
 }
 
 } // namespace
@@ -182,23 +156,6 @@ Judgement judge(const Examination& found)
     return judgement;
 }
 
-// Errors of the library have their texts in the host's catalogue.
-std::string findingText(const Finding& finding, Names names)
-{
-    const Advice& advice = adviceFor(finding.key);
-    if (*advice.text == '\0') {
-        return foundation::core::message::localisedText({orb::container_support::catalogue, finding.key.text(), {}});
-    }
-    names.subject = finding.subject;
-    return adviceText(advice, names);
-}
-
-std::string findingNextStep(const Finding& finding, Names names)
-{
-    names.subject = finding.subject;
-    return adviceNextStep(adviceFor(finding.key), names);
-}
-
 Description describe(const Examination& found, const Judgement& judgement, const Names& names, bool colours)
 {
     TableLines table(colours);
@@ -212,7 +169,7 @@ Description describe(const Examination& found, const Judgement& judgement, const
         }
     }
     printVerdict(found, judgement, names, table);
-    printNextSteps(judgement, names, table);
+    printNextSteps(judgement.findings, names, table);
     object["timeLimit"] = found.timeLimit.count();
     object["findings"] =
         listOf(true, judgement.findings, [&names](const Finding& each) { return findingObject(each, names); });

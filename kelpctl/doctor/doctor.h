@@ -36,10 +36,6 @@ struct Judgement {
 // What the facts mean for `setup`. Pure: asks nobody.
 Judgement judge(const Examination& found);
 
-// What a finding means and what to do, with its subject in place of that of `names`.
-std::string findingText(const Finding& finding, Names names);
-std::string findingNextStep(const Finding& finding, Names names);
-
 struct Description {
     // Plain text with the words "ok", "note" and "PROBLEM" in a column of their own, which also have colours when there
     // may be some. Everything found on the computer is written so that a terminal obeys nothing in it.

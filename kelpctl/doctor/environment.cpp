@@ -1,9 +1,12 @@
 #include "doctor/environment.h"
 
+#include "archive/judgement.h"
+#include "asking/volume.h"
 #include "request/backend.h"
 #include "request/request.h"
 #include "terminal/json.h"
 #include "terminal/platform.h"
+#include "terminal/text.h"
 
 #include "lvm/files.h"
 #include "lvm/rules.h"
@@ -123,21 +126,6 @@ void describeNames(const Examination& found, CheckOutput& out)
     }
 }
 
-// The standard library does not name a temporary folder that is none; the first of these variables that is set does.
-std::filesystem::path temporaryPath()
-{
-    try {
-        return foundation::core::path::temp_directory_name();
-    } catch (const std::filesystem::filesystem_error&) {
-        for (const char* name : {"TMPDIR", "TMP", "TEMP", "TEMPDIR"}) {
-            if (const std::string value = foundation::core::env::variable(name).value_or(""); !value.empty()) {
-                return rules::toPath(value);
-            }
-        }
-        throw;
-    }
-}
-
 void examineTemporaryFolder(const Context& /*context*/, Examination& found)
 {
     TemporaryFolder& temporary = found.temporary;
@@ -147,10 +135,7 @@ void examineTemporaryFolder(const Context& /*context*/, Examination& found)
         temporary.path = utf8OrEmpty(path.u16string());
         temporary.exists = std::filesystem::is_directory(path, error);
         temporary.writable = temporary.exists && mayWriteInto(path);
-        const std::filesystem::space_info space = std::filesystem::space(path, error);
-        if (!error) {
-            temporary.freeBytes = space.available;
-        }
+        temporary.freeBytes = volumeOf(path).freeBytes;
     });
 }
 
@@ -165,11 +150,7 @@ void judgeTemporaryFolder(const Examination& found, Findings& findings)
         findings.add(findings.needed(), "TEMPORARY_FOLDER_NOT_USABLE", temporary.path);
         return;
     }
-    for (const Archive& archive : found.archives) {
-        if (archive.taken && temporary.freeBytes && *temporary.freeBytes < archive.size) {
-            findings.note("TEMPORARY_FOLDER_SMALL");
-        }
-    }
+    findings.add(judgeRoom(found.taken, Purpose::distribution, {temporary.path, temporary.freeBytes}));
 }
 
 void describeTemporaryFolder(const Examination& found, CheckOutput& out)

@@ -1,9 +1,11 @@
 // Facts: what provisioning depends on, as found on this computer. Nothing here is judged.
 #pragma once
 
+#include "archive/facts.h"
 #include "asking/disk.h"
 #include "asking/docker.h"
 #include "asking/docker_settings.h"
+#include "asking/volume.h"
 #include "asking/wsl.h"
 #include "asking/wsl_config.h"
 #include "request/request.h"
@@ -126,8 +128,6 @@ struct Adapter {
     std::string failure;
 };
 
-enum class ArchiveKind { missing, empty, tar, gzip, xz, bzip2, zstd, zip, text, unknown, notAFile, notReadable };
-
 struct Archive {
     std::string name;
     ArchiveKind kind = ArchiveKind::missing;
@@ -165,6 +165,11 @@ struct Examination {
     std::string archiveFolder;
     std::string archiveFolderFailure;
     std::vector<Archive> archives;
+    // What a look into the one that is taken has found.
+    ArchiveFacts taken;
+    // This computer's processor, and where Docker would keep the image.
+    std::string processor;
+    Volume engineVolume;
     TemporaryFolder temporary;
     // How long each program was waited for.
     std::chrono::seconds timeLimit{0};

@@ -36,6 +36,7 @@ struct Request {
     std::string container;
     std::string image;
     bool rootFs = false;
+    bool force = false;
     bool vector = false;
     // As given with "-e", and as names with their values.
     std::vector<std::string> variables;

@@ -34,6 +34,9 @@ bool mayWriteInto(const std::filesystem::path& folder);
 // The user's language, as a lower-case ISO 639 code; empty when the system names none.
 std::string systemLanguage();
 
+// This computer's processor, as Docker calls it: "amd64", "arm64". Empty when the system does not tell.
+std::string processorName();
+
 // The exit status by which wsl.exe tells that it failed itself.
 std::int32_t wslFailureStatus();
 

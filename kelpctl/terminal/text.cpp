@@ -1,6 +1,7 @@
 #include "terminal/text.h"
 
 #include <algorithm>
+#include <array>
 
 namespace kelpctl {
 namespace {
@@ -191,6 +192,37 @@ std::string wellFormed(std::string_view text)
         text.remove_prefix(sequence.length);
     }
     return result;
+}
+
+std::string sizeText(std::uintmax_t bytes)
+{
+    const std::string exact = plural(bytes, "byte");
+    const std::string rounded = shortSizeText(bytes);
+    return rounded == exact ? exact : rounded + " (" + exact + ")";
+}
+
+std::string shortSizeText(std::uintmax_t bytes)
+{
+    constexpr std::array units = {"KiB", "MiB", "GiB", "TiB"};
+    constexpr std::uintmax_t step = 1024;
+    std::uintmax_t unit = 1;
+    const char* name = nullptr;
+    for (const char* next : units) {
+        if (bytes / unit >= step) {
+            unit *= step;
+            name = next;
+        }
+    }
+    if (name == nullptr) {
+        return plural(bytes, "byte");
+    }
+    const std::uintmax_t tenths = bytes / unit * 10 + (bytes % unit * 10 + unit / 2) / unit;
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " " + name;
+}
+
+std::string plural(std::uintmax_t count, const std::string& noun)
+{
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 } // namespace kelpctl

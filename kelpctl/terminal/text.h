@@ -35,4 +35,13 @@ std::string lowered(std::string text);
 // well-formed, one for each byte that begins none.
 std::string wellFormed(std::string_view text);
 
+// "1.5 MiB (1572864 bytes)".
+std::string sizeText(std::uintmax_t bytes);
+
+// "1.5 MiB".
+std::string shortSizeText(std::uintmax_t bytes);
+
+// "1 thing", "2 things".
+std::string plural(std::uintmax_t count, const std::string& noun);
+
 } // namespace kelpctl

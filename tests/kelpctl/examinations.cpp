@@ -25,6 +25,9 @@ Examination goodInGeneral()
                       {"kelp_hub_distro.tar", ArchiveKind::missing, false, 0, false},
                       {"kelp_hub_docker.tar.gz", ArchiveKind::gzip, true, 2000, false},
                       {"kelp_hub_docker.tar", ArchiveKind::missing, false, 0, false}};
+    found.taken = {.kind = ArchiveKind::gzip, .fileBytes = 1000, .extent = kelpctl::Extent::beginning};
+    found.taken.unpackedBytes = 3000;
+    found.processor = "amd64";
     found.temporary = {"C:\\Temp", true, true, 1U << 30U};
     found.timeLimit = std::chrono::seconds(10);
     found.wsl.lookUp = failed({"which", "wsl.exe"}, 127, "");

@@ -282,6 +282,53 @@ protected:
     DockerEngine docker;
 };
 
+std::string bytesOf(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string written(const std::filesystem::path& file, const std::string& bytes)
+{
+    std::ofstream(file, std::ios::binary) << bytes;
+    return utf8(file);
+}
+
+// What is said of an archive beforehand is what the backend says when it is forced to use it.
+TEST_F(KelpctlOnWsl, ArchiveThatIsRefusedWouldHaveFailed)
+{
+    const std::string hub = bytesOf(hubArchive());
+    for (const std::string& archive : {written(temporary.path() / "cut.tar.gz", hub.substr(0, hub.size() / 2)),
+                                       written(temporary.path() / "letter.tar.gz", "a letter\n"),
+                                       utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"))}) {
+        EXPECT_THAT(kelpctl({"setup", archive}).standardError, HasSubstr("error: ARCHIVE_REFUSED\ncause: "));
+        EXPECT_THAT(kelpctl({"setup", archive, "--force"}).standardError,
+                    HasSubstr("error: WSL_CANNOT_IMPORT_TAR_FILE\n"))
+            << archive;
+        EXPECT_THAT(wsl.distributions(), IsEmpty());
+    }
+}
+
+TEST_F(KelpctlOnDocker, ArchiveThatIsRefusedWouldHaveFailed)
+{
+    const std::string image = bytesOf(DockerEngine::archive("kelp_hub_docker.tar.gz"));
+    const TemporaryFolder folder;
+    for (const std::string& archive : {written(folder.path() / "cut.tar.gz", image.substr(0, image.size() / 2)),
+                                       utf8(hubArchive()), utf8(DockerEngine::archive("other_image.tar.gz"))}) {
+        EXPECT_THAT(kelpctl({"setup", archive}).standardError, HasSubstr("error: ARCHIVE_REFUSED\ncause: "));
+        EXPECT_EQ(kelpctl({"setup", archive, "--force"}).status, 1) << archive;
+    }
+}
+
+TEST_F(KelpctlOnDocker, ArchiveOfAnImageIsReadAsTheEngineReadsIt)
+{
+    const std::string archive = utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"));
+    EXPECT_THAT(kelpctl({"archive", archive}).standardOutput,
+                HasSubstr("kelp_hub_r2026b:latest: linux/amd64, names a program to run"));
+    EXPECT_EQ(kelpctl({"archive", archive}).status, 0);
+    EXPECT_EQ(kelpctl({"archive", utf8(hubArchive())}).status, 1);
+}
+
 TEST_F(KelpctlOnDocker, SetupStartExecStopAndTeardownDoTheMainJob)
 {
     EXPECT_EQ(kelpctl({"setup", utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"))}).status, 0);

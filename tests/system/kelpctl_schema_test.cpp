@@ -60,6 +60,7 @@ protected:
 TEST_F(Schema, FitsEveryCommandOnWsl)
 {
     run({"doctor"}, 0);
+    run({"archive", utf8(hubArchive())}, 0);
     run({"setup"}, 0);
     run({"setup"}, 0);
     run({"check"}, 0);
@@ -86,6 +87,7 @@ TEST_F(Schema, FitsEveryFailureOnWsl)
     run({}, 2);
     run({"no-such-command"}, 2);
     run({"exec"}, 2);
+    run({"archive", "missing.tar.gz"}, 1);
     run({"setup", "missing.tar.gz"}, 1);
     run({"provision", "--archive", "missing.tar.gz"}, 1);
     run({"remove", "nobody"}, 1);
@@ -117,6 +119,8 @@ TEST_F(Schema, FitsEveryCommandOnDocker)
     const std::string archive = utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"));
     runOnDocker({"doctor"}, 1);
     runOnDocker({"start"}, 1);
+    runOnDocker({"archive", archive}, 0);
+    runOnDocker({"setup", utf8(hubArchive())}, 1);
     runOnDocker({"setup", archive}, 0);
     runOnDocker({"start"}, 0);
     runOnDocker({"start"}, 1);

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 namespace kelpctl {
@@ -62,6 +63,20 @@ std::string systemLanguage()
         }
     }
     return {};
+}
+
+std::string processorName()
+{
+    utsname system{};
+    if (uname(&system) != 0) {
+        return {};
+    }
+    const std::string machine = system.machine;
+    return machine == "x86_64"                              ? "amd64"
+           : machine == "aarch64"                           ? "arm64"
+           : machine.starts_with("arm")                     ? "arm"
+           : machine.size() == 4 && machine.ends_with("86") ? "386"
+                                                            : machine;
 }
 
 // Exit statuses have eight bits here: -1 and 255 are one.

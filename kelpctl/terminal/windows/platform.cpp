@@ -146,6 +146,24 @@ std::string systemLanguage()
     return utf8(first.substr(0, first.find(L'-')));
 }
 
+// The computer's own, also for a program that it emulates.
+std::string processorName()
+{
+    USHORT emulated = IMAGE_FILE_MACHINE_UNKNOWN;
+    USHORT machine = IMAGE_FILE_MACHINE_UNKNOWN;
+    if (IsWow64Process2(GetCurrentProcess(), &emulated, &machine) == FALSE) {
+        return {};
+    }
+    switch (machine) {
+    case IMAGE_FILE_MACHINE_AMD64:
+        return "amd64";
+    case IMAGE_FILE_MACHINE_ARM64:
+        return "arm64";
+    default:
+        return {};
+    }
+}
+
 std::int32_t wslFailureStatus()
 {
     return -1;

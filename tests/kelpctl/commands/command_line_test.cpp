@@ -49,6 +49,25 @@ TEST(CommandLine, ProvisionTakesArchiveNameAndKind)
     EXPECT_FALSE(parseCommandLine({"provision"}).rootFs);
 }
 
+TEST(CommandLine, ArchiveTakesOneFileAndWhatItIsToBe)
+{
+    const Request request = parseCommandLine({"archive", "f", "--name", "n", "--root-fs"});
+    EXPECT_EQ(request.archive, "f");
+    EXPECT_EQ(request.name, "n");
+    EXPECT_TRUE(request.rootFs);
+    EXPECT_TRUE(parseCommandLine({"archive", "f", "--root-fs"}).rootFs) << "no name is needed to read it";
+    EXPECT_THROW(parseCommandLine({"archive"}), UsageError);
+    EXPECT_THROW(parseCommandLine({"archive", "f", "g"}), UsageError);
+    EXPECT_THROW(parseCommandLine({"archive", "f", "--force"}), UsageError);
+}
+
+TEST(CommandLine, WhatCreatesMayBeForced)
+{
+    EXPECT_TRUE(parseCommandLine({"setup", "--force"}).force);
+    EXPECT_TRUE(parseCommandLine({"provision", "--force"}).force);
+    EXPECT_FALSE(parseCommandLine({"setup"}).force);
+}
+
 TEST(CommandLine, RemoveTakesANameThatMayBeACommand)
 {
     EXPECT_EQ(parseCommandLine({"remove"}).name, "");

@@ -1,7 +1,10 @@
 // What the commands print for programs, byte for byte: other people's programs read it.
+#include "archive/made_archives.h"
+#include "current_folder.h"
 #include "fake_lvm.h"
 #include "golden.h"
 #include "session.h"
+#include "temporary_folder.h"
 
 #include "host/exceptions.h"
 #include "orb/lvm.h"
@@ -9,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -62,6 +66,15 @@ void printProvisioning(Printed& printed)
     fakeLvm().duringImport = throwLoadError;
     printed.runOnDocker({"setup", "x.tar"}, 1);
     fakeLvm().duringImport = [] {};
+}
+
+void printArchive(Printed& printed)
+{
+    printed.runOnDocker({"archive", "no such file.tar"}, 1);
+    const TemporaryFolder folder;
+    const CurrentFolder current(folder.path());
+    std::ofstream("image.tar", std::ios::binary) << savedImage().finished();
+    printed.runOnDocker({"archive", "image.tar"});
 }
 
 void printRemoval(Printed& printed)
@@ -126,8 +139,8 @@ void printWrongUsage(Printed& printed)
 TEST(JsonSamples, CommandsPrintTheStoredBytes)
 {
     Printed printed;
-    for (const auto& print : {printProvisioning, printRemoval, printCheck, printContainer, printExec, printPreparation,
-                              printHelp, printWrongUsage}) {
+    for (const auto& print : {printProvisioning, printArchive, printRemoval, printCheck, printContainer, printExec,
+                              printPreparation, printHelp, printWrongUsage}) {
         print(printed);
     }
     expectGolden(goldenFile, printed.text);

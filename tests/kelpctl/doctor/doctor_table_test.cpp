@@ -15,7 +15,6 @@ using kelpctl::Examination;
 using kelpctl::judge;
 using kelpctl::Judgement;
 using kelpctl::Names;
-using kelpctl::sizeText;
 using kelpctl::Source;
 using testing::HasSubstr;
 using testing::Not;
@@ -64,6 +63,7 @@ Docker (not the backend)
 archives
            folder                  C:\tree\tar_files
   ok       kelp_hub_distro.tar.gz  1000 bytes, gzip; "setup" would take this one
+                                   not known, unpacked 2.9 KiB (3000 bytes)
            kelp_hub_distro.tar     missing
            kelp_hub_docker.tar.gz  2.0 KiB (2000 bytes), gzip
            kelp_hub_docker.tar     missing
@@ -237,16 +237,6 @@ TEST(Candidates, EachStateIsAWord)
     EXPECT_EQ(text(CandidateState::link, true), "taken all the same, since no other is better: it is a link");
     EXPECT_EQ(text(CandidateState::notAFile, false), "passed over: it is no file");
     EXPECT_EQ(text(CandidateState::notReadable, false), "it cannot be looked at, which ends the search");
-}
-
-TEST(Sizes, AreRoundedAndExact)
-{
-    EXPECT_EQ(sizeText(0), "0 bytes");
-    EXPECT_EQ(sizeText(1), "1 byte");
-    EXPECT_EQ(sizeText(1023), "1023 bytes");
-    EXPECT_EQ(sizeText(1024), "1.0 KiB (1024 bytes)");
-    EXPECT_EQ(sizeText(1572864), "1.5 MiB (1572864 bytes)");
-    EXPECT_EQ(sizeText(5368709120), "5.0 GiB (5368709120 bytes)");
 }
 
 } // namespace

@@ -101,16 +101,16 @@ TEST(VerdictOnWsl, ArchiveMustBeOne)
     for (const ArchiveKind kind : {ArchiveKind::empty, ArchiveKind::zip, ArchiveKind::text, ArchiveKind::unknown,
                                    ArchiveKind::notAFile, ArchiveKind::notReadable}) {
         Examination found = wslWithout("distribution");
-        found.archives[0].kind = kind;
+        found.taken.kind = kind;
         EXPECT_THAT(keys(found), ElementsAre("!ARCHIVE_NOT_USABLE", "DISTRIBUTION_MISSING")) << kindName(kind);
     }
     for (const ArchiveKind kind : {ArchiveKind::tar, ArchiveKind::gzip, ArchiveKind::xz, ArchiveKind::bzip2}) {
         Examination found = wslWithout("distribution");
-        found.archives[0].kind = kind;
+        found.taken.kind = kind;
         EXPECT_EQ(verdict(found), Verdict::ready) << kindName(kind);
     }
     Examination found = wslWithout("distribution");
-    found.archives[0].kind = ArchiveKind::zstd;
+    found.taken.kind = ArchiveKind::zstd;
     EXPECT_THAT(keys(found), ElementsAre("ARCHIVE_PACKED_UNUSUALLY", "DISTRIBUTION_MISSING"));
 }
 
@@ -129,6 +129,8 @@ TEST(VerdictOnWsl, TemporaryFolderMustTakeTheDistribution)
     found.temporary = {"C:\\gone", false, false, {}};
     EXPECT_THAT(keys(found), ElementsAre("!TEMPORARY_FOLDER_NOT_USABLE", "DISTRIBUTION_MISSING"));
     found.temporary = {"C:\\Temp", true, true, 999};
+    EXPECT_THAT(keys(found), ElementsAre("!TEMPORARY_FOLDER_SMALL", "DISTRIBUTION_MISSING"));
+    found.temporary.freeBytes = 4000;
     EXPECT_THAT(keys(found), ElementsAre("TEMPORARY_FOLDER_SMALL", "DISTRIBUTION_MISSING"));
     found.temporary.freeBytes.reset();
     EXPECT_THAT(keys(found), ElementsAre("DISTRIBUTION_MISSING"));
@@ -346,7 +348,7 @@ TEST(VerdictOnDocker, WithTheRegistryTheArchiveMustBeThereButIsNotLookedAt)
 {
     Examination found = dockerWithoutImage();
     found.pullsFromRegistry = true;
-    found.archives[2].kind = ArchiveKind::empty;
+    found.taken.kind = ArchiveKind::empty;
     EXPECT_THAT(keys(found), ElementsAre("ARCHIVE_NOT_USABLE", "IMAGE_MISSING"));
     found.archives[2] = {"kelp_hub_docker.tar.gz", ArchiveKind::missing, false, 0, false};
     EXPECT_EQ(keys(found).front(), "!ARCHIVE_NOT_INSTALLED");

@@ -55,4 +55,21 @@ TEST(Text, RedactionIsNoFurtherSecret)
     EXPECT_EQ(redacted("ab", {"a", "b", "*"}), "******");
 }
 
+TEST(Sizes, AreRoundedAndExact)
+{
+    EXPECT_EQ(kelpctl::sizeText(0), "0 bytes");
+    EXPECT_EQ(kelpctl::sizeText(1), "1 byte");
+    EXPECT_EQ(kelpctl::sizeText(1023), "1023 bytes");
+    EXPECT_EQ(kelpctl::sizeText(1024), "1.0 KiB (1024 bytes)");
+    EXPECT_EQ(kelpctl::sizeText(1572864), "1.5 MiB (1572864 bytes)");
+    EXPECT_EQ(kelpctl::sizeText(5368709120), "5.0 GiB (5368709120 bytes)");
+}
+
+TEST(Text, ShortSizesAreRounded)
+{
+    EXPECT_EQ(kelpctl::shortSizeText(1023), "1023 bytes");
+    EXPECT_EQ(kelpctl::shortSizeText(1572864), "1.5 MiB");
+    EXPECT_EQ(kelpctl::shortSizeText(~0ULL), "16777216.0 TiB");
+}
+
 } // namespace
