@@ -184,8 +184,16 @@ constexpr Option variables = {.name = "-e",
                               .take = [](Request& request, const Values& values) { request.variables = values; },
                               .repeated = true};
 
-constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}};
+constexpr Option location = {
+    .name = "--location",
+    .value = "DIR",
+    .help = "WSL: folder for the distribution's disk, the temporary one when not given",
+    .take = text<&Request::location>,
+    .complaint = [](const std::string& folder) { return std::string(folder.empty() ? "must name a folder" : ""); }};
+
+constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, location};
 constexpr std::array doctorOptions = {
+    location,
     Option{.name = "--time-limit",
            .value = "SECONDS",
            .help = "How long to wait for each answer of wsl.exe and Docker, 10",
@@ -195,7 +203,8 @@ constexpr std::array doctorOptions = {
 constexpr std::array provisionOptions = {
     Option{"--archive", "FILE", archiveHelp, text<&Request::archive>},
     Option{"--name", "NAME", nameHelp, text<&Request::name>},
-    Option{"--root-fs", nullptr, "Docker: the archive is a root file system; needs --name", flag<&Request::rootFs>}};
+    Option{"--root-fs", nullptr, "Docker: the archive is a root file system; needs --name", flag<&Request::rootFs>},
+    location};
 constexpr std::array removeOptions = {Option{"name", "TEXT", nameHelp, text<&Request::name>}};
 constexpr std::array startOptions = {
     container, Option{"--image", "NAME", "Image, the release's when not given", text<&Request::image>}};

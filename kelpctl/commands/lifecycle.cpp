@@ -8,13 +8,18 @@
 #include "request/backend.h"
 #include "request/request.h"
 #include "terminal/json.h"
+#include "terminal/platform.h"
 
 #include "lvm/commands.h"
 
+#include "host/files.h"
+#include "host/text.h"
 #include "orb/lvm.h"
 
+#include <filesystem>
 #include <functional>
 #include <optional>
+#include <system_error>
 
 namespace kelpctl {
 namespace {
@@ -34,6 +39,25 @@ void requireDisk(const Context& context)
     if (disk && disk->state != DiskState::present) {
         throw Failure(disk->state == DiskState::gone ? AdviceKey("DISK_GONE") : AdviceKey("DISK_UNREACHABLE"),
                       disk->path);
+    }
+}
+
+// The folder that the distribution is to lie in, when one is named.
+void requireLocation(const Context& context)
+{
+    if (!context.request.location) {
+        return;
+    }
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        break;
+    case Backend::docker:
+        throw UsageError(context.request.command, "--location is for WSL: Docker's engine has a place of its own.");
+    }
+    const std::filesystem::path folder = foundation::core::path::temp_directory_name();
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error) || !mayWriteInto(folder)) {
+        throw Failure("LOCATION_NOT_USABLE", foundation::core::text::cvt_ustring_utf8(folder.u16string()));
     }
 }
 
@@ -142,6 +166,7 @@ Outcome containerChanged(const Context& context, const char* change)
 
 Outcome setup(const Context& context)
 {
+    requireLocation(context);
     work(context, [&context] { callSetup(context.request.archive); });
     return provisioned(context);
 }
@@ -149,6 +174,7 @@ Outcome setup(const Context& context)
 Outcome provision(const Context& context)
 {
     const Request& request = context.request;
+    requireLocation(context);
     work(context, [&request] { orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs); });
     return provisioned(context);
 }

@@ -9,13 +9,24 @@
 #include "terminal/platform.h"
 #include "terminal/text.h"
 
+#include "lvm/files.h"
+
 #include "host/configuration.h"
 #include "host/environment.h"
+#include "host/text.h"
 
+#include <filesystem>
 #include <iostream>
 
 namespace kelpctl {
 namespace {
+
+// In the system's own form. WSL takes a relative path from a folder of its own choice.
+std::string absoluteLocation(const std::string& folder)
+{
+    const std::filesystem::path path = std::filesystem::absolute(orb::lvm::detail::toPath(folder));
+    return foundation::core::text::cvt_ustring_utf8(std::filesystem::path(path).make_preferred().u16string());
+}
 
 void configureHost(const Request& request)
 {
@@ -25,6 +36,9 @@ void configureHost(const Request& request)
     }
     if (request.release) {
         configuration.setRelease(request.release);
+    }
+    if (request.location) {
+        configuration.setTemporaryFolder(absoluteLocation(*request.location));
     }
     configuration.setChannelMask("orb", channelMask(request.log));
     foundation::core::config::configure(configuration);

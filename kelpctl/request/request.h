@@ -31,6 +31,7 @@ struct Request {
 
     // Of the commands that take them. Empty names mean the library's defaults.
     std::string archive;
+    std::optional<std::string> location;
     std::string name;
     std::string shell;
     std::string container;
