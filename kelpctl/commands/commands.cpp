@@ -111,6 +111,7 @@ Outcome version(const Context& /*context*/)
 }
 
 constexpr std::array shells = {"bash", "powershell"};
+constexpr std::array progressForms = {"json"};
 constexpr std::array logLevels = {"error", "detail"};
 
 std::string complaintOnLanguage(const std::string& code)
@@ -132,6 +133,13 @@ std::string complaintOnTimeLimit(const std::string& text)
 {
     const long long seconds = numberIn(text);
     return seconds >= 1 && seconds <= 600 ? "" : "Value " + text + " not in range 1 to 600";
+}
+
+std::string complaintOnStallLimit(const std::string& text)
+{
+    constexpr long long day = 86400;
+    const long long seconds = numberIn(text);
+    return seconds >= 1 && seconds <= day ? "" : "Value " + text + " not in range 1 to 86400";
 }
 
 using Values = std::vector<std::string>;
@@ -191,7 +199,23 @@ constexpr Option location = {
     .take = text<&Request::location>,
     .complaint = [](const std::string& folder) { return std::string(folder.empty() ? "must name a folder" : ""); }};
 
-constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, location};
+constexpr Option progress = {.name = "--progress",
+                             .value = "json",
+                             .help = "Write one JSON object a second to standard error",
+                             .take = [](Request& request, const Values&) { request.progressObjects = true; },
+                             .words = progressForms};
+constexpr Option stallLimit = {
+    .name = "--stall-limit",
+    .value = "SECONDS",
+    .help = "How long nothing may move until the work counts as stalled, 120",
+    .take = [](Request& request,
+               const Values& values) { request.stallLimit = std::chrono::seconds(numberIn(values.front())); },
+    .complaint = complaintOnStallLimit};
+constexpr Option endWhenStalled = {"--end-when-stalled", nullptr, "End the work when it has stalled",
+                                   flag<&Request::endWhenStalled>};
+
+constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, location,
+                                     progress, stallLimit, endWhenStalled};
 constexpr std::array doctorOptions = {
     location,
     Option{.name = "--time-limit",
@@ -204,7 +228,10 @@ constexpr std::array provisionOptions = {
     Option{"--archive", "FILE", archiveHelp, text<&Request::archive>},
     Option{"--name", "NAME", nameHelp, text<&Request::name>},
     Option{"--root-fs", nullptr, "Docker: the archive is a root file system; needs --name", flag<&Request::rootFs>},
-    location};
+    location,
+    progress,
+    stallLimit,
+    endWhenStalled};
 constexpr std::array removeOptions = {Option{"name", "TEXT", nameHelp, text<&Request::name>}};
 constexpr std::array startOptions = {
     container, Option{"--image", "NAME", "Image, the release's when not given", text<&Request::image>}};

@@ -7,9 +7,9 @@
 
 namespace kelpctl {
 
-// Does `step` with a progress line, where there is a terminal for it, and ends it on Ctrl-C: Failure("INTERRUPTED") is
-// thrown then. The library reports a failed registry pull on std::cout, where only results belong; it is shown on
-// standard error when the progress line is gone.
+// Does `step` and tells of it meanwhile, as work_progress.h says. Ends it on Ctrl-C, and when it has stalled where the
+// request wants that: Failure("INTERRUPTED"), or Failure("WORK_STALLED"), is thrown then. The library reports a failed
+// registry pull on std::cout, where only results belong; it is shown on standard error when the progress line is gone.
 void work(const Context& context, const std::function<void()>& step);
 
 } // namespace kelpctl

@@ -69,7 +69,18 @@ inline constexpr std::array allAdvice = {
     Advice{"USAGE", "{4}", "Run \"kelpctl --help\"."},
     Advice{"USAGE_OF_COMMAND", "{4}", "Run \"kelpctl {2} --help\"."},
 
-    // What an interruption may leave behind.
+    Advice{"WORK_STALLED", "Nothing has moved for longer than the stall limit, so the work was ended.",
+           "Run \"{1} doctor\" to see what is there, and try again."},
+
+    // What is said while work goes on.
+    Advice{"IMPORT_QUIET", "Nothing has come to the disk of {2} for {4}; the import may be stuck.",
+           "Wait, or end it with Ctrl-C: what WSL has begun may go on all the same."},
+    Advice{"LOAD_QUIET", "Nothing of {2} has moved for {4}; the Docker engine may be stuck.",
+           "Wait, or end it with Ctrl-C: what the engine has begun may go on all the same."},
+    Advice{"DISK_NEARLY_FULL", "Only {4} are left on the disk that {2} is unpacked to.",
+           "Make room there now: WSL does not always tell when it has run out."},
+
+    // What work that was ended may leave behind.
     Advice{"IMPORT_LEFT", "WSL may still be importing {2} into {4}.",
            "Run \"{1} doctor\": it shows what came of that. When nothing did, delete that folder."},
     Advice{"IMAGE_LEFT", "The Docker engine may still finish the image {2}.",
