@@ -4,6 +4,7 @@
 #include "commands/completion.h"
 #include "commands/exec.h"
 #include "commands/lifecycle.h"
+#include "commands/support.h"
 #include "commands/work.h"
 #include "doctor/doctor.h"
 #include "failure/report.h"
@@ -224,6 +225,8 @@ constexpr std::array doctorOptions = {
            .take = [](Request& request,
                       const Values& values) { request.timeLimit = std::chrono::seconds(numberIn(values.front())); },
            .complaint = complaintOnTimeLimit}};
+constexpr std::array reportOptions = {
+    Option{"file", "TEXT", "Zip archive to be made, in this folder when not given", text<&Request::archive>}};
 constexpr std::array provisionOptions = {
     Option{"--archive", "FILE", archiveHelp, text<&Request::archive>},
     Option{"--name", "NAME", nameHelp, text<&Request::name>},
@@ -262,6 +265,8 @@ constexpr std::array commandRows = {
             check},
     Command{"doctor", "Examine this computer: what there is, what is missing, what to do next", "kelpctl doctor",
             doctor, doctorOptions},
+    Command{"report", "Collect what support needs into a zip archive; nothing is sent", "kelpctl report report.zip",
+            report, reportOptions},
     Command{"provision", "Create a distribution or an image from an archive",
             "kelpctl --docker provision --archive rootfs.tar --name my_hub --root-fs", provision, provisionOptions},
     Command{"remove", "Remove a distribution or an image", "kelpctl remove my_hub", removeEnvironment, removeOptions},

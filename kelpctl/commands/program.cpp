@@ -4,6 +4,7 @@
 #include "commands/commands.h"
 #include "commands/log.h"
 #include "failure/advice.h"
+#include "failure/kept_failure.h"
 #include "failure/output.h"
 #include "request/backend.h"
 #include "terminal/platform.h"
@@ -63,8 +64,12 @@ void warnOfLanguage(const Context& context)
     }
 }
 
-int finish(bool json, Console& console, const std::string& command, const Outcome& outcome)
+int finish(bool json, const Context& context, const std::string& command, const Outcome& outcome)
 {
+    Console& console = context.console;
+    if (outcome.failure) {
+        keepFailure(context.request, *outcome.failure);
+    }
     if (json) {
         writeJson(console, command, outcome);
     } else {
@@ -86,12 +91,12 @@ int runRequest(const Context& context)
     configureHost(request);
     warnOfLanguage(context);
     const Outcome outcome = findCommand(request.command)->run(context);
-    return finish(request.json, context.console, request.command, outcome);
+    return finish(request.json, context, request.command, outcome);
 }
 
 int fail(bool json, const Context& context, const std::string& command, const std::exception_ptr& error)
 {
-    return finish(json, context.console, command, {{}, nullptr, reportOf(error, context)});
+    return finish(json, context, command, {{}, nullptr, reportOf(error, context)});
 }
 
 // Whether text that goes there may be coloured: never when the user has said no.

@@ -60,6 +60,8 @@ inline constexpr std::array allAdvice = {
            "Name a file in a folder that exists and that you may write to with --log-file."},
     Advice{"OUTPUT_NOT_WRITABLE", "The result could not be written.",
            "Check that the disk or the pipe that standard output goes to takes more."},
+    Advice{"REPORT_NOT_WRITTEN", "The report {4} exists already, or cannot be written.",
+           "Name a new file in a folder that you may write to: \"{1} report FILE\"."},
     Advice{"PROGRAM_NOT_STARTED", "{4}", "Check that the program named above is installed and that you may run it."},
     Advice{"TEXT_NOT_VALID", "{4}", "Write paths and names in UTF-8."},
     Advice{"FILE_NOT_ACCESSIBLE", "{4}", "Check that the path named above exists and that you may read it."},

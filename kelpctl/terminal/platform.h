@@ -31,6 +31,12 @@ bool mayWriteInto(const std::filesystem::path& folder);
 // The user's language, as a lower-case ISO 639 code; empty when the system names none.
 std::string systemLanguage();
 
+// The folder for what kelpctl itself keeps of a user; empty when the system names none. It need not exist.
+std::filesystem::path stateFolder();
+
+// How the user and this computer are called, in all ways that may stand in what programs print.
+std::vector<std::string> namesOfUserAndComputer();
+
 // The exit status by which wsl.exe tells that it failed itself.
 std::int32_t wslFailureStatus();
 

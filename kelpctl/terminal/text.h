@@ -1,6 +1,7 @@
 // Text for people and logs.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -31,5 +32,8 @@ std::string redacted(std::string_view text, const std::vector<std::string>& secr
 // UTF-8 as it is. For anything else U+FFFD: one for the longest beginning of a sequence that could have become
 // well-formed, one for each byte that begins none.
 std::string wellFormed(std::string_view text);
+
+// "2026-11-21T10:15:02.113Z".
+std::string isoTime(std::chrono::system_clock::time_point time);
 
 } // namespace kelpctl

@@ -1,7 +1,9 @@
 // What the commands print for programs, byte for byte: other people's programs read it.
+#include "current_folder.h"
 #include "fake_lvm.h"
 #include "golden.h"
 #include "session.h"
+#include "temporary_folder.h"
 
 #include "host/exceptions.h"
 #include "orb/lvm.h"
@@ -116,6 +118,15 @@ void printHelp(Printed& printed)
     printed.run({"--version"});
 }
 
+void printReport(Printed& printed)
+{
+    const TemporaryFolder folder;
+    const CurrentFolder current(folder.path());
+    printed.run({"report", "report.zip"});
+    // What is there already is not written over.
+    printed.run({"report", "report.zip"}, 1);
+}
+
 void printWrongUsage(Printed& printed)
 {
     printed.run({}, 2);
@@ -127,7 +138,7 @@ TEST(JsonSamples, CommandsPrintTheStoredBytes)
 {
     Printed printed;
     for (const auto& print : {printProvisioning, printRemoval, printCheck, printContainer, printExec, printPreparation,
-                              printHelp, printWrongUsage}) {
+                              printHelp, printReport, printWrongUsage}) {
         print(printed);
     }
     expectGolden(goldenFile, printed.text);
