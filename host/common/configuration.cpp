@@ -10,6 +10,7 @@ namespace foundation::core::config {
 struct Configuration::State {
     std::optional<std::string> installationRoot;
     std::optional<std::string> release;
+    std::optional<std::string> temporaryFolder;
     std::map<std::string, std::uint32_t> channelMasks;
     std::string language;
 };
@@ -46,6 +47,16 @@ void Configuration::setRelease(std::optional<std::string> release)
 const std::optional<std::string>& Configuration::release() const noexcept
 {
     return state_->release;
+}
+
+void Configuration::setTemporaryFolder(std::optional<std::string> folder)
+{
+    state_->temporaryFolder = std::move(folder);
+}
+
+const std::optional<std::string>& Configuration::temporaryFolder() const noexcept
+{
+    return state_->temporaryFolder;
 }
 
 void Configuration::setChannelMasks(std::map<std::string, std::uint32_t> masks)

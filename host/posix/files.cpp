@@ -2,18 +2,16 @@
 
 #include "host/text.h"
 
+#include "configured_folder.h"
+
 namespace foundation::core::path {
 
-std::u16string temp_directory_name()
-{
-    std::string name = std::filesystem::temp_directory_path().string();
-    while (name.size() > 1 && name.back() == '/') {
-        name.pop_back();
-    }
-    return text::cvt_utf8_ustring(name);
-}
-
 namespace {
+
+std::u16string systemTemporaryDirectory()
+{
+    return text::cvt_utf8_ustring(std::filesystem::temp_directory_path().string());
+}
 
 using Look = std::filesystem::file_status(const std::filesystem::path& path, std::error_code& error);
 
@@ -28,6 +26,16 @@ std::filesystem::file_type typeBy(Look look, const char* operation, const std::f
 }
 
 } // namespace
+
+std::u16string temp_directory_name()
+{
+    const std::optional<std::u16string> configured = configuredTemporaryFolder();
+    std::u16string name = configured ? *configured : systemTemporaryDirectory();
+    while (name.size() > 1 && name.back() == u'/') {
+        name.pop_back();
+    }
+    return name;
+}
 
 bool exists(const std::filesystem::path& path)
 {

@@ -1,5 +1,6 @@
 #include "host/files.h"
 
+#include "configured_folder.h"
 #include "full_path.h"
 #include "handle.h"
 #include "system_error.h"
@@ -102,6 +103,18 @@ private:
     const std::wstring form_;
 };
 
+std::u16string systemTemporaryDirectory()
+{
+    std::wstring name(MAX_PATH + 1, L'\0');
+    const DWORD length = GetTempPathW(static_cast<DWORD>(name.size()), name.data());
+    if (length == 0 || length > name.size()) {
+        const DWORD code = length == 0 ? GetLastError() : ERROR_FILENAME_EXCED_RANGE;
+        throw FileSystemError("temp_directory_name", {}, code);
+    }
+    name.resize(length);
+    return {name.begin(), name.end()};
+}
+
 } // namespace
 
 bool exists(const std::filesystem::path& path)
@@ -124,18 +137,13 @@ bool is_regular_file(const std::filesystem::path& path)
 
 std::u16string temp_directory_name()
 {
-    std::wstring name(MAX_PATH + 1, L'\0');
-    const DWORD length = GetTempPathW(static_cast<DWORD>(name.size()), name.data());
-    if (length == 0 || length > name.size()) {
-        const DWORD code = length == 0 ? GetLastError() : ERROR_FILENAME_EXCED_RANGE;
-        throw FileSystemError("temp_directory_name", {}, code);
-    }
-    name.resize(length);
+    const std::optional<std::u16string> configured = configuredTemporaryFolder();
+    std::u16string name = configured ? *configured : systemTemporaryDirectory();
     // "C:\" keeps its separator: without it the text would mean the drive's current folder.
-    while (name.size() > 3 && name.back() == L'\\') {
+    while (name.size() > 3 && (name.back() == u'\\' || name.back() == u'/')) {
         name.pop_back();
     }
-    return {name.begin(), name.end()};
+    return name;
 }
 
 } // namespace foundation::core::path

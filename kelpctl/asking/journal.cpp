@@ -47,25 +47,43 @@ std::string RunJournal::current() const
     return current_.empty() ? std::string() : current_.begin()->second.label;
 }
 
+std::optional<RunJournal::Running> RunJournal::running() const
+{
+    const std::scoped_lock lock(mutex_);
+    return current_.empty() ? std::nullopt : std::optional(current_.begin()->second.program);
+}
+
+void RunJournal::giveUp()
+{
+    gaveUp_ = true;
+}
+
 void RunJournal::starting(const std::vector<std::string>& arguments, orb::process::detail::RunOptions& options)
 {
-    if (interrupted()) {
+    if (interrupted() || gaveUp_) {
         throw Interrupted();
     }
     // Where the terminal's Ctrl-C ends kelpctl at once it must reach the program too, and so its session must be ours.
     if (endsWhole(arguments.front()) && interruptionEndsWork()) {
         options.setTerminatesTree(true);
     }
+    options.setStartCallback([this](std::uint32_t processId, void* /*userObject*/) {
+        const std::scoped_lock lock(mutex_);
+        current_[std::this_thread::get_id()].program.processId = processId;
+    });
     const std::scoped_lock lock(mutex_);
-    const Clock::time_point deadline = limit_ ? Clock::now() + *limit_ : Clock::time_point::max();
-    current_.insert_or_assign(std::this_thread::get_id(), Current{shortCommand(arguments), deadline, false});
+    const Clock::time_point now = Clock::now();
+    const Clock::time_point deadline = limit_ ? now + *limit_ : Clock::time_point::max();
+    current_.insert_or_assign(
+        std::this_thread::get_id(),
+        Current{shortCommand(arguments), {++started_, arguments, now, std::nullopt}, deadline, false});
 }
 
 bool RunJournal::shouldTerminate()
 {
     const std::scoped_lock lock(mutex_);
     Current& current = current_[std::this_thread::get_id()];
-    current.terminated = current.terminated || Clock::now() >= current.deadline || interrupted();
+    current.terminated = current.terminated || Clock::now() >= current.deadline || interrupted() || gaveUp_;
     return current.terminated;
 }
 

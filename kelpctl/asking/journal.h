@@ -3,6 +3,7 @@
 
 #include "asking/run.h"
 
+#include <atomic>
 #include <chrono>
 #include <map>
 #include <mutex>
@@ -12,7 +13,7 @@
 
 namespace kelpctl {
 
-// What keeps a program from being started once the user has interrupted kelpctl.
+// What keeps a program from being started once the user has interrupted kelpctl, or kelpctl has given up.
 class Interrupted : public std::runtime_error {
 public:
     Interrupted() : std::runtime_error("interrupted") {}
@@ -37,6 +38,21 @@ public:
     // What this process waits for: the command line that runs now, shortened. Empty when there is none.
     std::string current() const;
 
+    // What can be looked at from outside: the program that runs now.
+    struct Running {
+        // Of the runs so far, so that two of the same command line can be told apart.
+        std::size_t number = 0;
+        std::vector<std::string> arguments;
+        std::chrono::steady_clock::time_point start;
+        // Nothing until the system has started it.
+        std::optional<std::uint32_t> processId;
+    };
+    std::optional<Running> running() const;
+
+    // Ends what runs, and lets nothing more start, as an interruption does.
+    void giveUp();
+    bool gaveUp() const { return gaveUp_; }
+
     void starting(const std::vector<std::string>& arguments, orb::process::detail::RunOptions& options) override;
     bool shouldTerminate() override;
     void ended(const std::vector<std::string>& arguments,
@@ -45,6 +61,7 @@ public:
 private:
     struct Current {
         std::string label;
+        Running program;
         std::chrono::steady_clock::time_point deadline;
         bool terminated = false;
     };
@@ -53,6 +70,8 @@ private:
     std::optional<std::chrono::milliseconds> limit_;
     std::map<std::thread::id, Current> current_;
     std::vector<Run> runs_;
+    std::size_t started_ = 0;
+    std::atomic<bool> gaveUp_ = false;
     RunObserver* before_;
 };
 

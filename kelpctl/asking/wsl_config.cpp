@@ -8,6 +8,7 @@
 #include "host/text.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <filesystem>
 
@@ -37,23 +38,53 @@ std::string valueOf(std::string_view written)
     return value;
 }
 
-bool isOfTheMachine(const std::string& section)
-{
-    return section == "wsl2" || section == "experimental";
-}
+// As Microsoft's page "Advanced settings configuration in WSL" lists them; kernelCommandLine is left out, since anything
+// may stand there.
+constexpr std::array<std::string_view, 28> knownKeys = {
+    "wsl2.autoproxy",
+    "wsl2.debugconsole",
+    "wsl2.defaultvhdsize",
+    "wsl2.dnsproxy",
+    "wsl2.dnstunneling",
+    "wsl2.firewall",
+    "wsl2.guiapplications",
+    "wsl2.kernel",
+    "wsl2.kernelmodules",
+    "wsl2.localhostforwarding",
+    "wsl2.maxcrashdumpcount",
+    "wsl2.memory",
+    "wsl2.nestedvirtualization",
+    "wsl2.networkingmode",
+    "wsl2.pagereporting",
+    "wsl2.processors",
+    "wsl2.safemode",
+    "wsl2.swap",
+    "wsl2.swapfile",
+    "wsl2.vmidletimeout",
+    "experimental.automemoryreclaim",
+    "experimental.besteffortdnsparsing",
+    "experimental.dnstunnelingipaddress",
+    "experimental.hostaddressloopback",
+    "experimental.ignoredports",
+    "experimental.initialautoproxytimeout",
+    "experimental.sparsevhd",
+    "general.instanceidletimeout",
+};
 
-void take(WslConfig& config, std::string_view line)
+void take(WslConfig& config, const std::string& section, std::string_view line)
 {
-    const std::size_t equals = line.find('=');
-    if (equals == std::string_view::npos) {
-        return;
-    }
-    const std::string key = lowered(std::string(trimmed(line.substr(0, equals))));
-    const std::string value = valueOf(trimmed(line.substr(equals + 1)));
-    if (key == "kernel") {
+    const std::size_t equals = std::min(line.find('='), line.size());
+    const std::string name = section + "." + lowered(std::string(trimmed(line.substr(0, equals))));
+    const std::string value = valueOf(trimmed(line.substr(std::min(equals + 1, line.size()))));
+    if (name == "wsl2.kernel") {
         config.kernel = value;
-    } else if (key == "networkingmode") {
+    } else if (name == "wsl2.networkingmode" || name == "experimental.networkingmode") {
         config.networkingMode = value;
+    }
+    if (equals < line.size() && std::find(knownKeys.begin(), knownKeys.end(), name) != knownKeys.end()) {
+        config.known.emplace_back(name, value);
+    } else {
+        ++config.unknown;
     }
 }
 
@@ -81,8 +112,8 @@ WslConfig wslConfigIn(std::string_view text)
         text.remove_prefix(std::min(end + 1, text.size()));
         if (line.starts_with('[')) {
             section = lowered(std::string(trimmed(line.substr(1, line.find(']') - 1))));
-        } else if (isOfTheMachine(section)) {
-            take(config, line);
+        } else if (!line.empty()) {
+            take(config, section, line);
         }
     }
     return config;

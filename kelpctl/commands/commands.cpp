@@ -5,6 +5,7 @@
 #include "commands/completion.h"
 #include "commands/exec.h"
 #include "commands/lifecycle.h"
+#include "commands/support.h"
 #include "commands/work.h"
 #include "doctor/doctor.h"
 #include "failure/report.h"
@@ -112,6 +113,7 @@ Outcome version(const Context& /*context*/)
 }
 
 constexpr std::array shells = {"bash", "powershell"};
+constexpr std::array progressForms = {"json"};
 constexpr std::array logLevels = {"error", "detail"};
 
 std::string complaintOnLanguage(const std::string& code)
@@ -133,6 +135,13 @@ std::string complaintOnSeconds(const std::string& text)
 {
     const long long seconds = numberIn(text);
     return seconds >= 1 && seconds <= 600 ? "" : "Value " + text + " not in range 1 to 600";
+}
+
+std::string complaintOnStallLimit(const std::string& text)
+{
+    constexpr long long day = 86400;
+    const long long seconds = numberIn(text);
+    return seconds >= 1 && seconds <= day ? "" : "Value " + text + " not in range 1 to 86400";
 }
 
 using Values = std::vector<std::string>;
@@ -195,23 +204,53 @@ constexpr Option waiting = {
                const Values& values) { request.wait = std::chrono::seconds(numberIn(values.front())); },
     .complaint = complaintOnSeconds};
 
-constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, force, waiting};
+constexpr Option location = {
+    .name = "--location",
+    .value = "DIR",
+    .help = "WSL: folder for the distribution's disk, the temporary one when not given",
+    .take = text<&Request::location>,
+    .complaint = [](const std::string& folder) { return std::string(folder.empty() ? "must name a folder" : ""); }};
+
+constexpr Option progress = {.name = "--progress",
+                             .value = "json",
+                             .help = "Write one JSON object a second to standard error",
+                             .take = [](Request& request, const Values&) { request.progressObjects = true; },
+                             .words = progressForms};
+constexpr Option stallLimit = {
+    .name = "--stall-limit",
+    .value = "SECONDS",
+    .help = "How long nothing may move until the work counts as stalled, 120",
+    .take = [](Request& request,
+               const Values& values) { request.stallLimit = std::chrono::seconds(numberIn(values.front())); },
+    .complaint = complaintOnStallLimit};
+constexpr Option endWhenStalled = {"--end-when-stalled", nullptr, "End the work when it has stalled",
+                                   flag<&Request::endWhenStalled>};
+
+constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, location, force,
+                                     waiting, progress, stallLimit, endWhenStalled};
 constexpr std::array archiveOptions = {
     Option{.name = "file", .value = "TEXT", .help = "The archive", .take = text<&Request::archive>, .required = true},
     Option{"--name", "NAME", "Image that it is to hold, the release's when not given", text<&Request::name>},
     Option{"--root-fs", nullptr, "Docker: it is to be a root file system", flag<&Request::rootFs>}};
 constexpr std::array doctorOptions = {
+    location,
     Option{.name = "--time-limit",
            .value = "SECONDS",
            .help = "How long to wait for each answer of wsl.exe and Docker, 10",
            .take = [](Request& request,
                       const Values& values) { request.timeLimit = std::chrono::seconds(numberIn(values.front())); },
            .complaint = complaintOnSeconds}};
+constexpr std::array reportOptions = {
+    Option{"file", "TEXT", "Zip archive to be made, in this folder when not given", text<&Request::archive>}};
 constexpr std::array provisionOptions = {
     Option{"--archive", "FILE", archiveHelp, text<&Request::archive>},
     Option{"--name", "NAME", nameHelp, text<&Request::name>},
     Option{"--root-fs", nullptr, "Docker: the archive is a root file system; needs --name", flag<&Request::rootFs>},
-    force};
+    location,
+    force,
+    progress,
+    stallLimit,
+    endWhenStalled};
 constexpr std::array removeOptions = {Option{"name", "TEXT", nameHelp, text<&Request::name>}};
 constexpr std::array startOptions = {
     container, Option{"--image", "NAME", "Image, the release's when not given", text<&Request::image>}, waiting};
@@ -244,6 +283,8 @@ constexpr std::array commandRows = {
             doctor, doctorOptions},
     Command{"archive", "Read all of an archive: whether it is whole, what it holds, what it lacks",
             "kelpctl archive kelp_hub_distro.tar.gz", archive, archiveOptions},
+    Command{"report", "Collect what support needs into a zip archive; nothing is sent", "kelpctl report report.zip",
+            report, reportOptions},
     Command{"provision", "Create a distribution or an image from an archive",
             "kelpctl --docker provision --archive rootfs.tar --name my_hub --root-fs", provision, provisionOptions},
     Command{"remove", "Remove a distribution or an image", "kelpctl remove my_hub", removeEnvironment, removeOptions},

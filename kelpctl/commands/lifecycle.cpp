@@ -12,14 +12,19 @@
 #include "request/backend.h"
 #include "request/request.h"
 #include "terminal/json.h"
+#include "terminal/platform.h"
 
 #include "lvm/commands.h"
 
+#include "host/files.h"
+#include "host/text.h"
 #include "orb/lvm.h"
 
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace kelpctl {
@@ -53,6 +58,25 @@ std::vector<Report> notesOnPulling(const Context& context)
         }
     }
     return notes;
+}
+
+// The folder that the distribution is to lie in, when one is named.
+void requireLocation(const Context& context)
+{
+    if (!context.request.location) {
+        return;
+    }
+    switch (selectedBackend()) {
+    case Backend::wsl:
+        break;
+    case Backend::docker:
+        throw UsageError(context.request.command, "--location is for WSL: Docker's engine has a place of its own.");
+    }
+    const std::filesystem::path folder = foundation::core::path::temp_directory_name();
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error) || !mayWriteInto(folder)) {
+        throw Failure("LOCATION_NOT_USABLE", foundation::core::text::cvt_ustring_utf8(folder.u16string()));
+    }
 }
 
 // What provisioning did, by the programs that ran.
@@ -176,6 +200,7 @@ std::vector<Report> notesOnReaching(const Context& context)
 
 Outcome setup(const Context& context)
 {
+    requireLocation(context);
     work(context, [&context] {
         waitForBackend(context);
         requireUsableArchive(context);
@@ -187,6 +212,7 @@ Outcome setup(const Context& context)
 Outcome provision(const Context& context)
 {
     const Request& request = context.request;
+    requireLocation(context);
     work(context, [&] {
         requireUsableArchive(context);
         orb::lvm::importFromTarIfNecessary(request.archive, request.name, request.rootFs);

@@ -8,10 +8,8 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iomanip>
 #include <optional>
 #include <ostream>
-#include <sstream>
 
 namespace kelpctl {
 namespace {
@@ -19,20 +17,6 @@ namespace {
 using foundation::core::diag::log_record;
 
 constexpr char channelRoot[] = "orb";
-
-std::string isoTime(std::chrono::system_clock::time_point time)
-{
-    using namespace std::chrono;
-    const auto day = floor<days>(time);
-    const year_month_day date(day);
-    const hh_mm_ss clock(floor<milliseconds>(time - day));
-    std::ostringstream text;
-    text << std::setfill('0') << std::setw(4) << static_cast<int>(date.year()) << '-' << std::setw(2)
-         << static_cast<unsigned>(date.month()) << '-' << std::setw(2) << static_cast<unsigned>(date.day()) << 'T'
-         << std::setw(2) << clock.hours().count() << ':' << std::setw(2) << clock.minutes().count() << ':'
-         << std::setw(2) << clock.seconds().count() << '.' << std::setw(3) << clock.subseconds().count() << 'Z';
-    return text.str();
-}
 
 std::string levelWord(std::uint32_t severity)
 {

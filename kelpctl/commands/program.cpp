@@ -4,18 +4,30 @@
 #include "commands/commands.h"
 #include "commands/log.h"
 #include "failure/advice.h"
+#include "failure/kept_failure.h"
 #include "failure/output.h"
 #include "request/backend.h"
 #include "terminal/platform.h"
 #include "terminal/text.h"
 
+#include "lvm/files.h"
+
 #include "host/configuration.h"
 #include "host/environment.h"
+#include "host/text.h"
 
+#include <filesystem>
 #include <iostream>
 
 namespace kelpctl {
 namespace {
+
+// In the system's own form. WSL takes a relative path from a folder of its own choice.
+std::string absoluteLocation(const std::string& folder)
+{
+    const std::filesystem::path path = std::filesystem::absolute(orb::lvm::detail::toPath(folder));
+    return foundation::core::text::cvt_ustring_utf8(std::filesystem::path(path).make_preferred().u16string());
+}
 
 void configureHost(const Request& request)
 {
@@ -25,6 +37,9 @@ void configureHost(const Request& request)
     }
     if (request.release) {
         configuration.setRelease(request.release);
+    }
+    if (request.location) {
+        configuration.setTemporaryFolder(absoluteLocation(*request.location));
     }
     configuration.setChannelMask("orb", channelMask(request.log));
     foundation::core::config::configure(configuration);
@@ -49,8 +64,12 @@ void warnOfLanguage(const Context& context)
     }
 }
 
-int finish(bool json, Console& console, const std::string& command, const Outcome& outcome)
+int finish(bool json, const Context& context, const std::string& command, const Outcome& outcome)
 {
+    Console& console = context.console;
+    if (outcome.failure) {
+        keepFailure(context.request, *outcome.failure);
+    }
     if (json) {
         writeJson(console, command, outcome);
     } else {
@@ -72,12 +91,12 @@ int runRequest(const Context& context)
     configureHost(request);
     warnOfLanguage(context);
     const Outcome outcome = findCommand(request.command)->run(context);
-    return finish(request.json, context.console, request.command, outcome);
+    return finish(request.json, context, request.command, outcome);
 }
 
 int fail(bool json, const Context& context, const std::string& command, const std::exception_ptr& error)
 {
-    return finish(json, context.console, command, {{}, nullptr, reportOf(error, context)});
+    return finish(json, context, command, {{}, nullptr, reportOf(error, context)});
 }
 
 // Whether text that goes there may be coloured: never when the user has said no.

@@ -1,22 +1,16 @@
 #include "commands/work.h"
 
+#include "commands/work_progress.h"
 #include "failure/failure.h"
 #include "terminal/interruption.h"
 #include "terminal/progress.h"
 
+#include <functional>
 #include <iostream>
-#include <optional>
 #include <sstream>
 
 namespace kelpctl {
 namespace {
-
-// Log records and the progress line would spoil each other.
-bool showsProgress(const Context& context)
-{
-    const bool logsToError = context.request.log != LogLevel::none && !context.request.logFile;
-    return context.console.errorIsTerminal && !logsToError;
-}
 
 // Holds back what is written to `from` while it lives, and writes it to `to` at the end.
 class StreamDetour {
@@ -44,16 +38,15 @@ void work(const Context& context, const std::function<void()>& step, const std::
 {
     const Interruption interruption(Interruption::Meaning::endWork);
     const StreamDetour detour(std::cout, context.console.error);
-    std::optional<Progress> progress;
-    if (showsProgress(context)) {
-        ProgressOptions options;
-        options.awaited = awaited ? awaited : [&context] { return context.journal.current(); };
-        progress.emplace(context.console.error, "kelpctl " + context.request.command, options);
-    }
+    WorkProgress shown(context, systemEyes(), awaited);
+    const Progress progress(context.console.error, std::bind_front(&WorkProgress::look, &shown));
     // What the library makes of a program that was ended is of no interest.
     try {
         step();
     } catch (...) {
+        if (context.journal.gaveUp() && !interrupted()) {
+            throw Failure("WORK_STALLED");
+        }
         if (!interrupted()) {
             throw;
         }

@@ -54,10 +54,14 @@ inline constexpr std::array allAdvice = {
     Advice{"DOCTOR_FOUND_PROBLEMS", "Something would keep \"{1} setup\" from working.",
            "Do what is said under \"next steps\", then run \"{1} doctor\" again."},
     Advice{"INTERRUPTED", "Interrupted.", "Run the same command again to go on; nothing was left behind."},
+    Advice{"LOCATION_NOT_USABLE", "The folder for the distribution's disk does not exist or may not be written to: {4}",
+           "Make that folder, or name another one with --location."},
     Advice{"LOG_FILE_NOT_WRITABLE", "The log file {4} cannot be written.",
            "Name a file in a folder that exists and that you may write to with --log-file."},
     Advice{"OUTPUT_NOT_WRITABLE", "The result could not be written.",
            "Check that the disk or the pipe that standard output goes to takes more."},
+    Advice{"REPORT_NOT_WRITTEN", "The report {4} exists already, or cannot be written.",
+           "Name a new file in a folder that you may write to: \"{1} report FILE\"."},
     Advice{"PROGRAM_NOT_STARTED", "{4}", "Check that the program named above is installed and that you may run it."},
     Advice{"TEXT_NOT_VALID", "{4}", "Write paths and names in UTF-8."},
     Advice{"FILE_NOT_ACCESSIBLE", "{4}", "Check that the path named above exists and that you may read it."},
@@ -67,7 +71,18 @@ inline constexpr std::array allAdvice = {
     Advice{"USAGE", "{4}", "Run \"kelpctl --help\"."},
     Advice{"USAGE_OF_COMMAND", "{4}", "Run \"kelpctl {2} --help\"."},
 
-    // What an interruption may leave behind.
+    Advice{"WORK_STALLED", "Nothing has moved for longer than the stall limit, so the work was ended.",
+           "Run \"{1} doctor\" to see what is there, and try again."},
+
+    // What is said while work goes on.
+    Advice{"IMPORT_QUIET", "Nothing has come to the disk of {2} for {4}; the import may be stuck.",
+           "Wait, or end it with Ctrl-C: what WSL has begun may go on all the same."},
+    Advice{"LOAD_QUIET", "Nothing of {2} has moved for {4}; the Docker engine may be stuck.",
+           "Wait, or end it with Ctrl-C: what the engine has begun may go on all the same."},
+    Advice{"DISK_NEARLY_FULL", "Only {4} are left on the disk that {2} is unpacked to.",
+           "Make room there now: WSL does not always tell when it has run out."},
+
+    // What work that was ended may leave behind.
     Advice{"IMPORT_LEFT", "WSL may still be importing {2} into {4}.",
            "Run \"{1} doctor\": it shows what came of that. When nothing did, delete that folder."},
     Advice{"IMAGE_LEFT", "The Docker engine may still finish the image {2}.",
@@ -175,7 +190,8 @@ inline constexpr std::array allAdvice = {
            "Run \"wsl --install --no-distribution\" as administrator, and restart Windows."},
     Advice{"WSL_DISK_ATTRIBUTES", "The temporary folder is compressed or encrypted, which WSL's disks must not be.",
            "Take compression and encryption off the folder that TEMP names, and try again."},
-    Advice{"WSL_DISK_FULL", "The disk is full.", "Make room on the disk of the folder that TEMP names, and try again."},
+    Advice{"WSL_DISK_FULL", "The disk is full.",
+           "Make room on the disk of the folder that TEMP names, or name a folder on another disk with --location."},
     Advice{"WSL_TIMED_OUT", "WSL did not start in time.", "Run \"wsl --shutdown\", and try again."},
     Advice{"WSL_ARCHIVE_IN_USE", "Another program holds the archive.",
            "Wait until the program that copies or checks the archive is done, and try again."},
@@ -305,7 +321,7 @@ inline constexpr std::array allAdvice = {
     Advice{"TEMPORARY_FOLDER_SMALL",
            "There is too little room on the disk of the temporary folder, where WSL keeps the distribution; needed / "
            "free: {4}",
-           "Make room, or let TEMP (TMPDIR, where it is no Windows) name a folder on another disk."},
+           "Make room, or name a folder on another disk: \"{1} setup --location DIR\"."},
     Advice{"DOCKER_NAME_INVALID", "Docker does not accept the name {2}: it wants lower-case letters and digits.",
            "Name the release in lower case with --release."},
     Advice{"DOCKER_RUNS_WINDOWS_CONTAINERS", "The Docker engine runs Windows containers.",

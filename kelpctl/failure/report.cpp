@@ -122,21 +122,22 @@ bool isAboutARun(AdviceKey identifier)
     return std::find(identifiers.begin(), identifiers.end(), identifier) != identifiers.end();
 }
 
-Report interruptionReport(const Context& context)
+// Of work that was ended on the way: the program that ran then goes on, or leaves something behind.
+Report endedReport(AdviceKey identifier, const Context& context)
 {
     const std::vector<Run> runs = context.journal.runs();
     const std::optional<Run> run = runs.empty() ? std::nullopt : std::optional(runs.back());
     Report report =
-        makeReport(Failure("INTERRUPTED", run ? orb::lvm::detail::importFolderOf(run->arguments) : std::string()),
+        makeReport(Failure(identifier, run ? orb::lvm::detail::importFolderOf(run->arguments) : std::string()),
                    causeOfInterruption(run), run, context.request);
-    report.status = statusInterrupted;
+    report.status = identifier == "INTERRUPTED" ? statusInterrupted : statusFailed;
     return report;
 }
 
 Report failureReport(const Failure& failure, const Context& context)
 {
-    if (failure.identifier() == "INTERRUPTED") {
-        return interruptionReport(context);
+    if (failure.identifier() == "INTERRUPTED" || failure.identifier() == "WORK_STALLED") {
+        return endedReport(failure.identifier(), context);
     }
     if (!failure.cause().empty()) {
         return makeReport(failure, failure.cause(), std::nullopt, context.request);

@@ -31,6 +31,7 @@ struct Request {
 
     // Of the commands that take them. Empty names mean the library's defaults.
     std::string archive;
+    std::optional<std::string> location;
     std::string name;
     std::string shell;
     std::string container;
@@ -47,6 +48,11 @@ struct Request {
 
     // complete: the word to complete is an empty one behind the given ones.
     bool nextWord = false;
+
+    // What is told of long work, how long nothing may move in it, and whether it is ended then.
+    bool progressObjects = false;
+    std::optional<std::chrono::seconds> stallLimit;
+    bool endWhenStalled = false;
 
     // How long doctor waits for each answer.
     std::chrono::seconds timeLimit{10};

@@ -37,6 +37,12 @@ std::string systemLanguage();
 // This computer's processor, as Docker calls it: "amd64", "arm64". Empty when the system does not tell.
 std::string processorName();
 
+// The folder for what kelpctl itself keeps of a user; empty when the system names none. It need not exist.
+std::filesystem::path stateFolder();
+
+// How the user and this computer are called, in all ways that may stand in what programs print.
+std::vector<std::string> namesOfUserAndComputer();
+
 // The exit status by which wsl.exe tells that it failed itself.
 std::int32_t wslFailureStatus();
 

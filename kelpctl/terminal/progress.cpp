@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <stop_token>
 #include <thread>
@@ -11,24 +12,16 @@
 namespace kelpctl {
 
 struct Progress::Worker {
-    std::ostream& terminal;
-    std::string label;
+    std::ostream& stream;
+    Look look;
     ProgressOptions options;
     std::chrono::steady_clock::time_point start;
     std::mutex mutex;
     std::condition_variable_any stopped;
+    // Of the line that stands.
+    std::size_t length = 0;
     // The last member: it ends before the others go.
     std::jthread thread;
-
-    std::string line() const
-    {
-        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(options.clock() - start).count();
-        const std::string awaited = escaped(options.awaited());
-        const std::string end = " ... " + std::to_string(seconds) + " s";
-        std::string text = label + (awaited.empty() ? "" : ": ") + awaited;
-        text.resize(std::min(text.size(), options.columns - std::min(options.columns, end.size())));
-        return text + end;
-    }
 
     // False once the thread is asked to stop.
     bool wait(const std::stop_token& stop)
@@ -39,33 +32,71 @@ struct Progress::Worker {
     }
 
     // Blanks instead of control sequences, which a Windows console may not know.
-    void erase(std::size_t length)
+    void erase()
     {
         if (length > 0) {
-            terminal << '\r' << std::string(length, ' ') << '\r' << std::flush;
+            stream << '\r' + std::string(length, ' ') + '\r' << std::flush;
+            length = 0;
         }
     }
 
-    void draw(const std::stop_token& stop)
+    void draw(const std::string& line)
     {
-        std::size_t length = 0;
-        while (wait(stop)) {
-            const std::string text = line();
-            const std::string rest(length > text.size() ? length - text.size() : 0, ' ');
-            terminal << '\r' << text << rest << std::flush;
-            length = text.size() + rest.size();
+        if (line.empty()) {
+            erase();
+            return;
         }
-        erase(length);
+        const std::string rest(length > line.size() ? length - line.size() : 0, ' ');
+        stream << '\r' + line + rest << std::flush;
+        length = line.size() + rest.size();
+    }
+
+    // Each in one piece, so that what others write to the same file stands in front or behind.
+    void print(const std::vector<std::string>& notices)
+    {
+        for (const std::string& notice : notices) {
+            erase();
+            stream << notice + '\n' << std::flush;
+        }
+    }
+
+    void show()
+    {
+        const std::chrono::steady_clock::time_point now = options.clock();
+        const ProgressView view = look(now, std::chrono::floor<std::chrono::seconds>(now - start));
+        print(view.notices);
+        draw(view.line);
+    }
+
+    void work(const std::stop_token& stop)
+    {
+        while (wait(stop)) {
+            try {
+                show();
+            } catch (const std::exception&) {
+            }
+        }
+        erase();
     }
 };
 
-Progress::Progress(std::ostream& terminal, const std::string& label, ProgressOptions options)
-    : worker_(new Worker{terminal, label, std::move(options), {}, {}, {}, {}})
+Progress::Progress(std::ostream& stream, Look look, ProgressOptions options)
+    : worker_(new Worker{stream, std::move(look), std::move(options), {}, {}, {}, 0, {}})
 {
     worker_->start = worker_->options.clock();
-    worker_->thread = std::jthread([worker = worker_.get()](const std::stop_token& stop) { worker->draw(stop); });
+    worker_->thread = std::jthread([worker = worker_.get()](const std::stop_token& stop) { worker->work(stop); });
 }
 
 Progress::~Progress() = default;
+
+std::string progressLine(const std::string& label, const std::string& awaited, std::chrono::seconds elapsed,
+                         std::size_t columns)
+{
+    const std::string what = escaped(awaited);
+    const std::string end = " ... " + std::to_string(elapsed.count()) + " s";
+    std::string text = label + (what.empty() ? "" : ": ") + what;
+    text.resize(std::min(text.size(), columns - std::min(columns, end.size())));
+    return text + end;
+}
 
 } // namespace kelpctl

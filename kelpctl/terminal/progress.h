@@ -1,4 +1,4 @@
-// The progress line of long work.
+// What long work shows of itself.
 #pragma once
 
 #include <chrono>
@@ -6,24 +6,31 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace kelpctl {
 
-struct ProgressOptions {
-    // Nothing is shown before this time is over, and the line is drawn anew at this interval.
-    std::chrono::milliseconds interval{1000};
-    std::function<std::chrono::steady_clock::time_point()> clock = std::chrono::steady_clock::now;
-    // What is being waited for; it is asked from the thread that draws.
-    std::function<std::string()> awaited = [] { return std::string(); };
-    // The line is cut to this many columns, so that it can be erased.
-    std::size_t columns = 79;
+// What is to be shown now.
+struct ProgressView {
+    // Stands until the next one takes its place, and is erased at the end. Empty for none.
+    std::string line;
+    // Stay where they are, each on a line of its own.
+    std::vector<std::string> notices;
 };
 
-// Shows "<label>: <what is awaited> ... <seconds> s" on one line of `terminal` while it lives, from a thread of its own, and erases it at
-// the end. Nobody else may write to `terminal` in the meantime.
+struct ProgressOptions {
+    // Nothing is shown before this time is over, and then anew at this interval.
+    std::chrono::milliseconds interval{1000};
+    std::function<std::chrono::steady_clock::time_point()> clock = std::chrono::steady_clock::now;
+};
+
+// Shows what `look` gives while it lives, from a thread of its own, which is the one that asks; `elapsed` is since its
+// beginning. When `look` throws, what there was stays. Nobody else may write to `stream` in the meantime.
 class Progress {
 public:
-    Progress(std::ostream& terminal, const std::string& label, ProgressOptions options = {});
+    using Look = std::function<ProgressView(std::chrono::steady_clock::time_point now, std::chrono::seconds elapsed)>;
+
+    Progress(std::ostream& stream, Look look, ProgressOptions options = {});
     ~Progress();
 
     Progress(const Progress&) = delete;
@@ -33,5 +40,9 @@ private:
     struct Worker;
     std::unique_ptr<Worker> worker_;
 };
+
+// "<label>: <what is awaited> ... <seconds> s", cut to so many columns, so that it can be erased.
+std::string progressLine(const std::string& label, const std::string& awaited, std::chrono::seconds elapsed,
+                         std::size_t columns = 79);
 
 } // namespace kelpctl

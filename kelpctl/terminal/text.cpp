@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iomanip>
+#include <sstream>
 
 namespace kelpctl {
 namespace {
@@ -223,6 +225,20 @@ std::string shortSizeText(std::uintmax_t bytes)
 std::string plural(std::uintmax_t count, const std::string& noun)
 {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string isoTime(std::chrono::system_clock::time_point time)
+{
+    using namespace std::chrono;
+    const auto day = floor<days>(time);
+    const year_month_day date(day);
+    const hh_mm_ss clock(floor<milliseconds>(time - day));
+    std::ostringstream text;
+    text << std::setfill('0') << std::setw(4) << static_cast<int>(date.year()) << '-' << std::setw(2)
+         << static_cast<unsigned>(date.month()) << '-' << std::setw(2) << static_cast<unsigned>(date.day()) << 'T'
+         << std::setw(2) << clock.hours().count() << ':' << std::setw(2) << clock.minutes().count() << ':'
+         << std::setw(2) << clock.seconds().count() << '.' << std::setw(3) << clock.subseconds().count() << 'Z';
+    return text.str();
 }
 
 } // namespace kelpctl

@@ -1,6 +1,7 @@
 // Text for people and logs.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -43,5 +44,8 @@ std::string shortSizeText(std::uintmax_t bytes);
 
 // "1 thing", "2 things".
 std::string plural(std::uintmax_t count, const std::string& noun);
+
+// "2026-11-21T10:15:02.113Z".
+std::string isoTime(std::chrono::system_clock::time_point time);
 
 } // namespace kelpctl

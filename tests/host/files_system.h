@@ -18,5 +18,10 @@ private:
     std::filesystem::path path_;
 };
 
+// A folder with separators at its end, without them, and a root.
+extern const char* const folderGiven;
+extern const std::u16string folderKept;
+extern const std::u16string rootFolder;
+
 // Makes the folder with its parents, however long its path is.
 void makeFolders(const std::filesystem::path& folder);

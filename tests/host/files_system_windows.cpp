@@ -78,6 +78,11 @@ Link::~Link()
     }
 }
 
+const char* const folderGiven = "D:\\gr\xc3\xbc\xc3\x9f"
+                                "e\\/";
+const std::u16string folderKept = u"D:\\gr\u00fc\u00dfe";
+const std::u16string rootFolder = u"D:\\";
+
 void makeFolders(const std::filesystem::path& folder)
 {
     const std::wstring all = LR"(\\?\)" + std::filesystem::path(folder).make_preferred().native();

@@ -1,4 +1,6 @@
+#include "host/configuration.h"
 #include "host/files.h"
+#include "host/text.h"
 
 #include "files_system.h"
 #include "temporary_folder.h"
@@ -21,6 +23,44 @@ TEST(TemporaryNames, TheDirectoryExistsAndHasNoSeparatorAtTheEnd)
     EXPECT_TRUE(std::filesystem::is_directory(std::filesystem::path(directory)));
     EXPECT_NE(directory.back(), u'/');
     EXPECT_NE(directory.back(), u'\\');
+}
+
+// The configuration of this process while it lives.
+class ConfiguredFolder {
+public:
+    explicit ConfiguredFolder(const std::string& folder)
+    {
+        config::Configuration configuration;
+        configuration.setTemporaryFolder(folder);
+        config::configure(configuration);
+    }
+    ~ConfiguredFolder() { config::configure({}); }
+    ConfiguredFolder(const ConfiguredFolder&) = delete;
+    ConfiguredFolder& operator=(const ConfiguredFolder&) = delete;
+};
+
+TEST(TemporaryNames, TheConfiguredFolderTakesThePlaceOfTheUsersOwn)
+{
+    const std::u16string own = path::temp_directory_name();
+    {
+        const ConfiguredFolder configured(folderGiven);
+        EXPECT_EQ(path::temp_directory_name(), folderKept);
+    }
+    EXPECT_EQ(path::temp_directory_name(), own);
+    const ConfiguredFolder none("");
+    EXPECT_EQ(path::temp_directory_name(), own);
+}
+
+TEST(TemporaryNames, AConfiguredRootKeepsItsSeparator)
+{
+    const ConfiguredFolder configured(text::cvt_ustring_utf8(rootFolder));
+    EXPECT_EQ(path::temp_directory_name(), rootFolder);
+}
+
+TEST(TemporaryNames, AConfiguredFolderThatIsNotUtf8IsAnError)
+{
+    const ConfiguredFolder configured("\xff\xfe");
+    EXPECT_THROW(path::temp_directory_name(), std::system_error);
 }
 
 TEST(TemporaryNames, ANameLiesInsideTheDirectoryBetweenPrefixAndSuffix)

@@ -117,6 +117,15 @@ bool isAnyStandardStreamAPipe()
 
 } // namespace
 
+TEST(StartCallback, NamesTheProgramByItsProcessId)
+{
+    RunOptions options;
+    std::uint32_t id = 0;
+    options.setStartCallback([&id](std::uint32_t processId, void*) { id = processId; });
+    const RunResult result = run({"/bin/sh", "-c", "echo $$"}, {}, {}, false, options);
+    EXPECT_EQ(result.standardOutput, std::to_string(id) + "\n");
+}
+
 TEST(ProcessStatusPosix, OfAProgramKilledByASignalTellsTheSignal)
 {
     RunOptions options;

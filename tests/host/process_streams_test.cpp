@@ -251,6 +251,36 @@ TEST(TerminationHandler, PassesItsExceptionToTheCallerAndEndsTheProgram)
     expectEndByException(options, "cancelled");
 }
 
+TEST(StartCallback, IsCalledOnceBeforeAnyOutputWithTheUserObject)
+{
+    RunOptions options;
+    std::vector<std::string> events;
+    int object = 0;
+    options.setUserObject(&object);
+    options.setStartCallback([&](std::uint32_t processId, void* userObject) {
+        events.emplace_back("started");
+        EXPECT_NE(processId, 0U);
+        EXPECT_EQ(userObject, &object);
+    });
+    options.setOutputLogger([&](Stream, std::string_view) { events.emplace_back("output"); });
+    EXPECT_EQ(runWith(options, {"dots", "1", "1"}).standardOutput, ".");
+    EXPECT_THAT(events, testing::ElementsAre("started", "output"));
+}
+
+TEST(StartCallback, IsNotCalledForAProgramThatDoesNotExist)
+{
+    RunOptions options;
+    options.setStartCallback([](std::uint32_t, void*) { ADD_FAILURE() << "nothing was started"; });
+    EXPECT_TRUE(run({"no such program"}, {}, {}, false, options).programMissing);
+}
+
+TEST(StartCallback, PassesItsExceptionToTheCallerAndEndsTheProgram)
+{
+    RunOptions options;
+    options.setStartCallback([](std::uint32_t, void*) { throw std::runtime_error("unwanted"); });
+    expectEndByException(options, "unwanted");
+}
+
 TEST(ExitCallback, IsCalledOnceWithTheReportAndTheUserObject)
 {
     RunOptions options;

@@ -62,6 +62,21 @@ bool isSetByTheLoader(const std::string& name)
 
 } // namespace
 
+TEST(StartCallback, NamesTheProgramByItsProcessId)
+{
+    RunOptions options;
+    std::wstring image(MAX_PATH, L'\0');
+    options.setStartCallback([&image](std::uint32_t processId, void*) {
+        const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId);
+        auto size = static_cast<DWORD>(image.size());
+        EXPECT_NE(QueryFullProcessImageNameW(process, 0, image.data(), &size), FALSE);
+        image.resize(size);
+        CloseHandle(process);
+    });
+    run(child({"dots", "300", "1"}), {}, {}, false, options);
+    EXPECT_EQ(fs::path(image).filename(), fs::path(child({}).front()).filename());
+}
+
 TEST(ProcessStatusWindows, IsTheWholeExitCode)
 {
     EXPECT_EQ(run(child({"exit", "-1"})).status, -1);

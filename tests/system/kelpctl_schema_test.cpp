@@ -76,6 +76,7 @@ TEST_F(Schema, FitsEveryCommandOnWsl)
     run({"teardown"}, 0);
     run({"completion", "bash"}, 0);
     run({"complete", "--", "se"}, 0);
+    run({"report", utf8(temporary.path() / "report.zip")}, 0);
     run({"help", "doctor"}, 0);
     run({"--version"}, 0);
     run({"--help"}, 0);
@@ -93,6 +94,7 @@ TEST_F(Schema, FitsEveryFailureOnWsl)
     run({"remove", "nobody"}, 1);
     run({"teardown"}, 1);
     run({"exec", "--", "true"}, 255);
+    run({"report", utf8(temporary.path())}, 1);
     const EnvironmentVariable mode("WSL_STAND_IN_MODE", "status=1@list");
     run({"check"}, 1);
     run({"doctor"}, 1);

@@ -49,8 +49,8 @@ TEST_F(Terminal, ShowsTheProgressOfLongWork)
     tree.install();
     const EnvironmentVariable slow("WSL_STAND_IN_IMPORT_MS", "2500");
     const std::string seen = screen(commandLine("setup"));
-    EXPECT_THAT(seen, HasSubstr("\rkelpctl setup: wsl.exe --import kelp_hub_R1 ... 1 s"));
-    EXPECT_THAT(seen, HasSubstr("\rkelpctl setup: wsl.exe --import kelp_hub_R1 ... 2 s"));
+    EXPECT_THAT(seen, HasSubstr("\rkelpctl setup: WSL prepares the disk ... 1 s"));
+    EXPECT_THAT(seen, HasSubstr("\rkelpctl setup: WSL prepares the disk ... 2 s"));
     EXPECT_THAT(seen, HasSubstr("The distribution kelp_hub_R1 was created from "));
 }
 

@@ -27,6 +27,11 @@ public:
     void setRelease(std::optional<std::string> release);
     const std::optional<std::string>& release() const noexcept;
 
+    // UTF-8, native form. What temp_directory_name() of files.h gives, and so where WSL keeps the distributions that are
+    // imported from then on: the folder must exist, and stay. Unset, or an empty text: the user's own temporary directory.
+    void setTemporaryFolder(std::optional<std::string> folder);
+    const std::optional<std::string>& temporaryFolder() const noexcept;
+
     // Channel name to enablement mask; see diagnostics.h. Takes effect at once, also for loggers that exist.
     void setChannelMasks(std::map<std::string, std::uint32_t> masks);
     // The mask of one channel; the others stay.

@@ -9,8 +9,10 @@
 
 namespace foundation::core::path {
 
-// The user's temporary directory, without a separator at the end.
-// Throws std::filesystem::filesystem_error when there is none.
+// The folder that the configuration names (setTemporaryFolder() of configuration.h), otherwise the user's temporary
+// directory; without a separator at the end, but for that of a root. The one that is configured is not looked at.
+// Throws std::filesystem::filesystem_error when the user has none, and std::system_error
+// (errc::illegal_byte_sequence) when the configured one is not UTF-8.
 KORVANE_HOST_API std::u16string temp_directory_name();
 
 // A new path name inside `directory`: `prefix`, 128 random bits in hexadecimal, `suffix`. Nothing is created.

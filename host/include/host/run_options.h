@@ -67,11 +67,16 @@ public:
     void setStreamTimeout(std::chrono::milliseconds timeout) noexcept;
     std::chrono::milliseconds streamTimeout() const noexcept;
 
+    // Called once, on the caller's thread, when the program has started, with the number that the system knows it by. That
+    // is nobody else's while the program runs.
+    void setStartCallback(std::function<void(std::uint32_t processId, void* userObject)> callback);
+    const std::function<void(std::uint32_t processId, void* userObject)>& startCallback() const noexcept;
+
     // Called once, on the caller's thread, when the program has ended and its streams are read.
     void setExitCallback(std::function<void(const ExitReport&, void* userObject)> callback);
     const std::function<void(const ExitReport&, void* userObject)>& exitCallback() const noexcept;
 
-    // Passed to the exit callback, otherwise untouched. Null when it is not set.
+    // Passed to both callbacks, otherwise untouched. Null when it is not set.
     void setUserObject(void* object) noexcept;
     void* userObject() const noexcept;
 

@@ -10,6 +10,7 @@ struct RunOptions::State {
     std::function<void(Stream, std::string_view)> outputLogger;
     std::function<std::string()> inputHandler;
     std::chrono::milliseconds streamTimeout{5000};
+    std::function<void(std::uint32_t processId, void* userObject)> startCallback;
     std::function<void(const ExitReport&, void* userObject)> exitCallback;
     void* userObject = nullptr;
 };
@@ -66,6 +67,16 @@ void RunOptions::setInputHandler(std::function<std::string()> handler)
 const std::function<std::string()>& RunOptions::inputHandler() const noexcept
 {
     return state_->inputHandler;
+}
+
+void RunOptions::setStartCallback(std::function<void(std::uint32_t processId, void* userObject)> callback)
+{
+    state_->startCallback = std::move(callback);
+}
+
+const std::function<void(std::uint32_t processId, void* userObject)>& RunOptions::startCallback() const noexcept
+{
+    return state_->startCallback;
 }
 
 void RunOptions::setExitCallback(std::function<void(const ExitReport&, void* userObject)> callback)

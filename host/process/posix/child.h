@@ -5,6 +5,7 @@
 #include "host/run_options.h"
 #include "start.h"
 
+#include <cstdint>
 #include <string>
 
 #include <sys/types.h>
@@ -27,6 +28,8 @@ public:
     // Becomes readable when the program exits. -1 where the system has no such thing: then hasExited() is to be
     // asked now and then.
     int exitEvent() const noexcept { return exitEvent_.get(); }
+
+    std::uint32_t id() const noexcept { return static_cast<std::uint32_t>(id_); }
 
     bool hasExited() const;
 

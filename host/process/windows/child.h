@@ -5,6 +5,8 @@
 #include "host/run_options.h"
 #include "start.h"
 
+#include <cstdint>
+
 namespace orb::process::detail {
 
 // Kills the program, and waits for its end, when it is destroyed before wait(). One with a group of its own is killed with
@@ -19,6 +21,8 @@ public:
 
     // Signalled when the program exits.
     HANDLE exitEvent() const noexcept { return process_.get(); }
+
+    std::uint32_t id() const noexcept { return GetProcessId(process_.get()); }
 
     // What is left of the group, too, after the program has exited.
     void kill() const noexcept;

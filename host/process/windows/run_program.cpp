@@ -132,6 +132,7 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
                  workingDir,
                  {std::move(input.programs), std::move(output.programs), std::move(error.programs)},
                  options.terminatesTree()});
+    session.programStarted(child.id());
     if (options.inputHandler()) {
         session.feed(makeInputSink(std::move(input.ours)));
     }

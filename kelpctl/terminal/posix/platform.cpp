@@ -2,6 +2,7 @@
 
 #include "host/environment.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <system_error>
@@ -80,6 +81,29 @@ std::string processorName()
 }
 
 // Exit statuses have eight bits here: -1 and 255 are one.
+std::filesystem::path stateFolder()
+{
+    using foundation::core::env::variable;
+    if (const std::string state = variable("XDG_STATE_HOME").value_or(""); !state.empty()) {
+        return std::filesystem::path(state) / "kelpctl";
+    }
+    const std::string home = variable("HOME").value_or("");
+    return home.empty() ? std::filesystem::path() : std::filesystem::path(home) / ".local" / "state" / "kelpctl";
+}
+
+std::vector<std::string> namesOfUserAndComputer()
+{
+    using foundation::core::env::variable;
+    std::array<char, 256> host{};
+    std::vector<std::string> names = {variable("USER").value_or(""), variable("LOGNAME").value_or(""),
+                                      std::filesystem::path(variable("HOME").value_or("")).filename().string()};
+    // The last byte stays zero.
+    if (::gethostname(host.data(), host.size() - 1) == 0) {
+        names.emplace_back(host.data());
+    }
+    return names;
+}
+
 std::int32_t wslFailureStatus()
 {
     return 255;

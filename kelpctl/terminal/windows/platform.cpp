@@ -164,6 +164,29 @@ std::string processorName()
     }
 }
 
+std::filesystem::path stateFolder()
+{
+    const std::string folder = foundation::core::env::variable("LOCALAPPDATA").value_or("");
+    return folder.empty() ? std::filesystem::path()
+                          : std::filesystem::path(foundation::core::text::cvt_utf8_ustring(folder)) / "kelpctl";
+}
+
+std::vector<std::string> namesOfUserAndComputer()
+{
+    std::vector<std::string> names;
+    for (const char* name : {"USERNAME", "USERDOMAIN", "USERDNSDOMAIN", "COMPUTERNAME"}) {
+        names.push_back(foundation::core::env::variable(name).value_or(""));
+    }
+    const std::string profile = foundation::core::env::variable("USERPROFILE").value_or("");
+    names.push_back(profile.substr(profile.find_last_of("\\/") + 1));
+    std::wstring host(256, L'\0');
+    auto size = static_cast<DWORD>(host.size());
+    if (GetComputerNameExW(ComputerNameDnsHostname, host.data(), &size) != FALSE) {
+        names.push_back(utf8(std::wstring_view(host).substr(0, size)));
+    }
+    return names;
+}
+
 std::int32_t wslFailureStatus()
 {
     return -1;

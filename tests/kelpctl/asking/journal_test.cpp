@@ -41,6 +41,41 @@ TEST(RunJournal, TellsWhatIsBeingWaitedFor)
     EXPECT_EQ(journal.current(), "");
 }
 
+TEST(RunJournal, TellsWhichProgramRunsAndWhatTheSystemCallsIt)
+{
+    RunJournal journal;
+    EXPECT_FALSE(journal.running());
+    const std::vector<std::string> load = {"docker.exe", "load", "-i", "x.tar"};
+    const auto options = start(journal, load);
+    ASSERT_TRUE(journal.running());
+    EXPECT_EQ(journal.running()->number, 1U);
+    EXPECT_EQ(journal.running()->arguments, load);
+    EXPECT_FALSE(journal.running()->processId);
+    options.startCallback()(4711, nullptr);
+    EXPECT_EQ(journal.running()->processId, 4711U);
+    const RunResult result;
+    journal.ended(load, &result);
+    EXPECT_FALSE(journal.running());
+    start(journal, load);
+    EXPECT_EQ(journal.running()->number, 2U);
+}
+
+TEST(RunJournal, EndsWhatRunsAndStartsNothingMoreWhenItGivesUp)
+{
+    RunJournal journal;
+    const std::vector<std::string> load = {"docker.exe", "load", "-i", "x.tar"};
+    start(journal, load);
+    EXPECT_FALSE(journal.shouldTerminate());
+    EXPECT_FALSE(journal.gaveUp());
+    journal.giveUp();
+    EXPECT_TRUE(journal.gaveUp());
+    EXPECT_TRUE(journal.shouldTerminate());
+    const RunResult result;
+    journal.ended(load, &result);
+    EXPECT_EQ(journal.runs().at(0).ending, Ending::timedOut);
+    EXPECT_THROW(start(journal, load), kelpctl::Interrupted);
+}
+
 TEST(RunJournal, EndsTheDockerClientWithAllThatItHasStarted)
 {
     RunJournal journal;

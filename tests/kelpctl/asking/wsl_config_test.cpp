@@ -3,7 +3,7 @@
 #include "environment_variable.h"
 #include "temporary_folder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <fstream>
 #include <string>
@@ -14,6 +14,9 @@ using kelpctl::WslConfig;
 using kelpctl::WslConfigFile;
 using kelpctl::wslConfigFile;
 using kelpctl::wslConfigIn;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
 
 TEST(WslConfig, IsReadBySectionAndKey)
 {
@@ -57,6 +60,23 @@ TEST(WslConfig, BackslashesAreDoubledAndASingleOneStands)
 {
     EXPECT_EQ(wslConfigIn("[wsl2]\nkernel=C:\\\\a\\b\\").kernel, "C:\\a\\b\\");
     EXPECT_EQ(wslConfigIn("[wsl2]\nkernel=\\\\\\\\server\\\\share").kernel, "\\\\server\\share");
+}
+
+TEST(WslConfig, HasTheValuesOfKeysThatWslKnows)
+{
+    const WslConfig config = wslConfigIn("\xef\xbb\xbf# mine\r\n[wsl2]\r\nMemory = 4GB \r\nkernel=C:\\k=1\r\n\r\n"
+                                         "[experimental]\nsparseVhd=true\n");
+    EXPECT_THAT(config.known, ElementsAre(Pair("wsl2.memory", "4GB"), Pair("wsl2.kernel", "C:\\k=1"),
+                                          Pair("experimental.sparsevhd", "true")));
+    EXPECT_EQ(config.unknown, 0U);
+}
+
+TEST(WslConfig, CountsTheOthersAndShowsNothingOfThem)
+{
+    const WslConfig config =
+        wslConfigIn("memory=1GB\n[wsl2]\nkernelCommandLine=token=x\npassword=y\nno key\n[mine]\nswap=0");
+    EXPECT_THAT(config.known, IsEmpty());
+    EXPECT_EQ(config.unknown, 5U);
 }
 
 class WslConfigOfTheUser : public testing::Test {

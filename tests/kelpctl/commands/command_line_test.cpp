@@ -29,6 +29,15 @@ TEST(CommandLine, SetupTakesAnArchiveOrNone)
     EXPECT_EQ(request.archive, "a b.tar");
 }
 
+TEST(CommandLine, LocationIsAFolder)
+{
+    EXPECT_FALSE(parseCommandLine({"setup"}).location.has_value());
+    for (const char* command : {"setup", "provision", "doctor"}) {
+        EXPECT_EQ(parseCommandLine({command, "--location", "/d"}).location, "/d");
+        EXPECT_THROW(parseCommandLine({command, "--location="}), UsageError);
+    }
+}
+
 TEST(CommandLine, PathThatBeginsWithASlashIsNoFlag)
 {
     EXPECT_EQ(parseCommandLine({"setup", "/tmp/hub.tar"}).archive, "/tmp/hub.tar");

@@ -129,6 +129,15 @@ void printHelp(Printed& printed)
     printed.run({"--version"});
 }
 
+void printReport(Printed& printed)
+{
+    const TemporaryFolder folder;
+    const CurrentFolder current(folder.path());
+    printed.run({"report", "report.zip"});
+    // What is there already is not written over.
+    printed.run({"report", "report.zip"}, 1);
+}
+
 void printWrongUsage(Printed& printed)
 {
     printed.run({}, 2);
@@ -140,7 +149,7 @@ TEST(JsonSamples, CommandsPrintTheStoredBytes)
 {
     Printed printed;
     for (const auto& print : {printProvisioning, printArchive, printRemoval, printCheck, printContainer, printExec,
-                              printPreparation, printHelp, printWrongUsage}) {
+                              printPreparation, printHelp, printReport, printWrongUsage}) {
         print(printed);
     }
     expectGolden(goldenFile, printed.text);

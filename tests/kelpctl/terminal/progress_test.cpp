@@ -5,16 +5,22 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <atomic>
 #include <future>
 #include <sstream>
+#include <stdexcept>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
 using namespace std::chrono_literals;
 using kelpctl::Progress;
+using kelpctl::progressLine;
 using kelpctl::ProgressOptions;
+using kelpctl::ProgressView;
 using std::chrono::steady_clock;
 using testing::HasSubstr;
 
@@ -30,71 +36,122 @@ TEST(Progress, ShortWorkShowsNothing)
 {
     std::ostringstream terminal;
     {
-        const Progress progress(terminal, "setup", slow());
+        const Progress progress(
+            terminal,
+            [](auto, auto) {
+                return ProgressView{"setup", {"notice"}};
+            },
+            slow());
     }
     EXPECT_EQ(terminal.str(), "");
 }
 
-TEST(Progress, LineIsDrawnAnewAndErased)
+// What is written when each look gives the next view; the last one is given until it is surely out.
+std::string shown(const std::vector<ProgressView>& views)
 {
     std::ostringstream terminal;
-    std::promise<void> drawnTwice;
-    std::atomic<int> asked = 0;
-    const auto clock = [&asked, &drawnTwice] {
-        // The first answer is the start, each further one a line; with the third line two are surely out.
-        const int count = asked++;
-        if (count == 3) {
-            drawnTwice.set_value();
+    std::promise<void> out;
+    std::size_t looks = 0;
+    const auto look = [&](auto, auto) {
+        if (looks == views.size()) {
+            out.set_value();
         }
-        return steady_clock::time_point(count * 5s);
+        return views[std::min(looks++, views.size() - 1)];
     };
     {
-        const Progress progress(terminal, "kelpctl setup", {1ms, clock, [] { return std::string(); }, 79});
-        drawnTwice.get_future().wait();
+        const Progress progress(terminal, look, {1ms});
+        out.get_future().wait();
     }
-    const std::string text = terminal.str();
-    EXPECT_THAT(text, testing::StartsWith("\rkelpctl setup ... 5 s\rkelpctl setup ... 10 s\r"));
-    const std::size_t last = text.rfind("kelpctl setup");
-    const std::size_t length = text.find('\r', last) - last;
-    EXPECT_THAT(text, testing::EndsWith(std::string("\r").append(length, ' ').append("\r")));
+    return terminal.str();
 }
 
-// What the terminal shows after the first line.
-std::string firstLine(const std::string& awaited, std::size_t columns)
+TEST(Progress, LineIsDrawnAnewAndErased)
+{
+    const std::string text = shown({{"setup ... 5 s", {}}, {"setup ... 10 s", {}}});
+    EXPECT_THAT(text, testing::StartsWith("\rsetup ... 5 s\rsetup ... 10 s\r"));
+    EXPECT_THAT(text, testing::EndsWith("\r              \r"));
+}
+
+TEST(Progress, ShorterLineLeavesNothingOfTheLongerOne)
+{
+    EXPECT_THAT(shown({{"long line", {}}, {"short", {}}}), testing::StartsWith("\rlong line\rshort    \r"));
+}
+
+TEST(Progress, NoticesStayAndStandOnLinesOfTheirOwn)
+{
+    EXPECT_THAT(shown({{"line", {}}, {"line", {"one", "two"}}, {"line", {}}}),
+                testing::StartsWith("\rline\r    \rone\ntwo\n\rline\rline"));
+}
+
+TEST(Progress, NoticesNeedNoLine)
+{
+    EXPECT_EQ(shown({{"", {"one"}}, {"", {}}}), "one\n");
+}
+
+TEST(Progress, LineThatIsGivenUpIsErased)
+{
+    EXPECT_EQ(shown({{"line", {}}, {"", {}}}), "\rline\r    \r");
+}
+
+TEST(Progress, TheTimeIsCountedFromTheBeginning)
 {
     std::ostringstream terminal;
-    std::promise<void> drawn;
+    std::promise<std::chrono::seconds> told;
     std::atomic<int> asked = 0;
     ProgressOptions options;
     options.interval = 1ms;
-    options.columns = columns;
-    options.awaited = [&] {
-        if (asked++ == 1) {
-            drawn.set_value();
-        }
-        return awaited;
-    };
+    options.clock = [&asked] { return steady_clock::time_point(1h + asked++ * 5s); };
     {
-        const Progress progress(terminal, "kelpctl setup", options);
-        drawn.get_future().wait();
+        const Progress progress(
+            terminal,
+            [&](auto now, auto elapsed) {
+                EXPECT_EQ(now - steady_clock::time_point(1h), elapsed);
+                if (asked == 3) {
+                    told.set_value(elapsed);
+                }
+                return ProgressView();
+            },
+            options);
+        EXPECT_EQ(told.get_future().get(), 10s);
     }
-    const std::string text = terminal.str();
-    return text.substr(1, text.find('\r', 1) - 1);
 }
 
-TEST(Progress, LineTellsWhatIsAwaited)
+TEST(Progress, LookThatFailsLeavesWhatThereWas)
 {
-    EXPECT_EQ(firstLine("wsl.exe --import hub", 79), "kelpctl setup: wsl.exe --import hub ... 0 s");
+    std::ostringstream terminal;
+    std::promise<void> out;
+    int looks = 0;
+    {
+        const Progress progress(terminal,
+                                [&](auto, auto) -> ProgressView {
+                                    if (++looks == 3) {
+                                        out.set_value();
+                                    }
+                                    if (looks > 1) {
+                                        throw std::runtime_error("nothing to see");
+                                    }
+                                    return {"line", {}};
+                                },
+                                {1ms});
+        out.get_future().wait();
+    }
+    EXPECT_EQ(terminal.str(), "\rline\r    \r");
 }
 
-TEST(Progress, LongLineIsCut)
+TEST(ProgressLine, TellsWhatIsAwaited)
 {
-    EXPECT_EQ(firstLine("wsl.exe --import hub", 30), "kelpctl setup: wsl.exe ... 0 s");
+    EXPECT_EQ(progressLine("kelpctl setup", "wsl.exe --import hub", 0s), "kelpctl setup: wsl.exe --import hub ... 0 s");
+    EXPECT_EQ(progressLine("kelpctl setup", "", 5s), "kelpctl setup ... 5 s");
 }
 
-TEST(Progress, TerminalObeysNothingInTheLine)
+TEST(ProgressLine, IsCut)
 {
-    EXPECT_EQ(firstLine("a\x1b[2J", 79), "kelpctl setup: a\\x1B[2J ... 0 s");
+    EXPECT_EQ(progressLine("kelpctl setup", "wsl.exe --import hub", 0s, 30), "kelpctl setup: wsl.exe ... 0 s");
+}
+
+TEST(ProgressLine, TerminalObeysNothingInIt)
+{
+    EXPECT_EQ(progressLine("kelpctl setup", "a\x1b[2J", 0s), "kelpctl setup: a\\x1B[2J ... 0 s");
 }
 
 void workLongerThanASecond()

@@ -1,5 +1,6 @@
 #include "archive.h"
 
+#include "disk.h"
 #include "process.h"
 
 #include <array>
@@ -141,9 +142,8 @@ std::string unpack(const std::filesystem::path& archive, const std::filesystem::
     if (run.errors.find("does not look like a tar archive") != std::string::npos) {
         return std::string(unrecognized);
     }
-    constexpr char full[] = "No space left on device";
-    if (run.errors.find(full) != std::string::npos) {
-        return std::string("bsdtar: Write failed: ") + full + "\n";
+    if (run.errors.find("No space left on device") != std::string::npos) {
+        return noSpace;
     }
     const std::string complaint =
         packing == nullptr ? "Truncated tar archive" : "truncated " + std::string(packing->name) + " input";

@@ -1,4 +1,5 @@
 #include "archive.h"
+#include "disk.h"
 #include "modes.h"
 #include "options.h"
 #include "output.h"
@@ -183,6 +184,14 @@ fs::path spooled(const fs::path& archive, const fs::path& scratch)
     return scratch;
 }
 
+void requireDone(const std::string& complaint)
+{
+    if (!complaint.empty()) {
+        printRawError(complaint);
+        fail(failures::importFailed);
+    }
+}
+
 void fill(const Distribution& distribution, const fs::path& archive)
 {
     const fs::path root = rootFileSystem(distribution);
@@ -190,10 +199,7 @@ void fill(const Distribution& distribution, const fs::path& archive)
     const fs::path scratch = root.string() + ".tar";
     const std::string complaint = unpack(spooled(archive, scratch), root);
     fs::remove(scratch);
-    if (!complaint.empty()) {
-        printRawError(complaint);
-        fail(failures::importFailed);
-    }
+    requireDone(complaint);
     if (!fs::exists(fs::symlink_status(root / "etc")) && !fs::exists(fs::symlink_status(root / "bin/sh"))) {
         fail(failures::notLinux);
     }
@@ -240,9 +246,10 @@ int carryOut(const Request& request)
         distribution = reserve(request);
         made.registration = true;
         requireVirtualMachine("RegisterDistro");
+        waitForDisk();
         createDisk(distribution, request.folderText);
         made.disk = true;
-        sleepMilliseconds(numberFromEnvironment("WSL_STAND_IN_IMPORT_MS", 0));
+        requireDone(growDisk(disk(distribution)));
         fill(distribution, request.archive);
         markInstalled(request.name);
     } catch (...) {
