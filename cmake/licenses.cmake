@@ -35,6 +35,19 @@ if(MINGW)
     install_license(GPL-3 ${license_texts}/GPL-3)
 endif()
 
+# The kit that compares a real Windows with what the product takes for granted; its root file system is BusyBox.
+if(TARGET verify)
+    set(kit COMPONENT verify EXCLUDE_FROM_ALL)
+    install(FILES LICENSE DESTINATION . ${kit})
+    install_license(Boost ${PROJECT_SOURCE_DIR}/packaging/Boost-1.0.txt ${kit})
+    install_license(CLI11 ${documents}/libcli11-dev/copyright ${kit})
+    install_license(gcc ${documents}/gcc-mingw-w64-x86-64-posix-runtime/copyright ${kit})
+    install_license(mingw-w64 ${documents}/mingw-w64-x86-64-dev/copyright ${kit})
+    install_license(BusyBox ${documents}/busybox-static/copyright ${kit})
+    install_license(GPL-2 ${license_texts}/GPL-2 ${kit})
+    install_license(GPL-3 ${license_texts}/GPL-3 ${kit})
+endif()
+
 # The stand-ins hold the C and C++ libraries and, for Wine, parts of it.
 set(testkit COMPONENT testkit EXCLUDE_FROM_ALL)
 install(FILES LICENSE DESTINATION . ${testkit})

@@ -153,6 +153,27 @@ int printVariableNames()
     return 0;
 }
 
+// Whether this program shows a console's window.
+int printWindow()
+{
+    const HWND window = GetConsoleWindow();
+    std::cout << (window != nullptr && IsWindowVisible(window) != FALSE ? "window\n" : "no window\n");
+    return 0;
+}
+
+// FILE SIZE: writes so many bytes, says so and keeps the file open.
+int holdFile(const std::vector<std::string>& arguments)
+{
+    const HANDLE file = CreateFileW(utf16(arguments.at(2)).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                    nullptr, CREATE_ALWAYS, 0, nullptr);
+    const std::string content(std::stoul(arguments.at(3)), 'x');
+    DWORD written = 0;
+    WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
+    std::cout << "written" << std::flush;
+    Sleep(120000);
+    return 0;
+}
+
 } // namespace
 
 std::optional<int> systemMode(const std::vector<std::string>& arguments)
@@ -162,6 +183,12 @@ std::optional<int> systemMode(const std::vector<std::string>& arguments)
     }
     if (arguments[1] == "nest-job") {
         return nestJob(arguments);
+    }
+    if (arguments[1] == "window") {
+        return printWindow();
+    }
+    if (arguments[1] == "hold-file") {
+        return holdFile(arguments);
     }
     return arguments[1] == "variable-names" ? std::optional<int>(printVariableNames()) : std::nullopt;
 }

@@ -1,0 +1,7 @@
+@echo off
+rem Compares this computer with what libzqorb_lvm takes for granted. README.txt says what it does, and what it does not.
+"%~dp0bin\win64\facts.exe" %*
+set status=%errorlevel%
+rem Whoever has clicked on this file wants to read before the window closes.
+if "%~1"=="" for %%w in (%cmdcmdline%) do if /i "%%~w"=="/c" pause
+exit /b %status%
