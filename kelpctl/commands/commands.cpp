@@ -226,8 +226,13 @@ constexpr Option stallLimit = {
 constexpr Option endWhenStalled = {"--end-when-stalled", nullptr, "End the work when it has stalled",
                                    flag<&Request::endWhenStalled>};
 
-constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>}, location, force,
-                                     waiting, progress, stallLimit, endWhenStalled};
+constexpr std::array setupOptions = {Option{"archive", "TEXT", archiveHelp, text<&Request::archive>},
+                                     location,
+                                     force,
+                                     waiting,
+                                     progress,
+                                     stallLimit,
+                                     endWhenStalled};
 constexpr std::array archiveOptions = {
     Option{.name = "file", .value = "TEXT", .help = "The archive", .take = text<&Request::archive>, .required = true},
     Option{"--name", "NAME", "Image that it is to hold, the release's when not given", text<&Request::name>},

@@ -134,16 +134,15 @@ void addRegistrations(Collection& all)
     all.add("distributions.json", "what WSL has written down of this user's distributions", list);
 }
 
-void addWslConfig(Collection& all)
+void addWslConfig(Collection& all, const Examination& found)
 {
-    const std::optional<std::string> text = wslConfigText();
+    const WslConfigFile file = found.wsl.config.value_or(WslConfigFile());
     json::object settings;
-    const WslConfig config = wslConfigOf(text.value_or(""));
-    for (const auto& [name, value] : config.known) {
+    for (const auto& [name, value] : file.config.known) {
         settings[name] = value;
     }
     all.add("wslconfig.json", "settings of WSL",
-            json::object{{"exists", text.has_value()}, {"settings", settings}, {"unknownLines", config.unknown}});
+            json::object{{"exists", file.exists}, {"settings", settings}, {"unknownLines", file.config.unknown}});
 }
 
 void addKeptFailure(Collection& all)
@@ -220,7 +219,7 @@ std::vector<ZipEntry> reportEntries(const Context& context)
     addKeptFailure(all);
     addEnvironment(all);
     addRegistrations(all);
-    addWslConfig(all);
+    addWslConfig(all, found);
     addProbes(all, limited, found);
     return all.take();
 }

@@ -29,9 +29,10 @@ std::string notice(const Context& context, AdviceKey key, const std::string& sub
 
 } // namespace
 
-WorkProgress::WorkProgress(const Context& context, Eyes eyes)
+WorkProgress::WorkProgress(const Context& context, Eyes eyes, std::function<std::string()> awaited)
     : context_(context),
       watch_(context.journal, context.request.stallLimit, std::move(eyes)),
+      awaited_(std::move(awaited)),
       showsLine_(showsLine(context))
 {
 }
@@ -65,7 +66,7 @@ ProgressView WorkProgress::look(std::chrono::steady_clock::time_point now, std::
     if (seen.stage.state == State::stalled && request.endWhenStalled) {
         context_.journal.giveUp();
     }
-    const std::string command = context_.journal.current();
+    const std::string command = awaited_ ? awaited_() : context_.journal.current();
     if (request.progressObjects) {
         view.notices.push_back(jsonLine(stageObject(seen.stage, wellFormed(command))));
     }

@@ -6,6 +6,7 @@
 #include "terminal/progress.h"
 
 #include <chrono>
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -14,7 +15,8 @@ namespace kelpctl {
 
 class WorkProgress {
 public:
-    explicit WorkProgress(const Context& context, Eyes eyes = systemEyes());
+    // `awaited` says what the line tells, of work that is no program's; it is asked on the thread that looks.
+    explicit WorkProgress(const Context& context, Eyes eyes = systemEyes(), std::function<std::string()> awaited = {});
 
     // To be called about once a second. Ends the run that has stalled when the request asks for it.
     ProgressView look(std::chrono::steady_clock::time_point now, std::chrono::seconds elapsed);
@@ -24,6 +26,7 @@ private:
 
     const Context& context_;
     Watch watch_;
+    std::function<std::string()> awaited_;
     bool showsLine_;
     // What has been said of the run that goes on.
     std::size_t run_ = 0;
