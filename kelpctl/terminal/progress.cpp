@@ -6,7 +6,6 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
-#include <stop_token>
 #include <thread>
 
 namespace kelpctl {
@@ -16,19 +15,29 @@ struct Progress::Worker {
     Look look;
     ProgressOptions options;
     std::chrono::steady_clock::time_point start;
+    // No std::jthread, whose stop token wakes a waiting thread: with GCC's library for Windows that may wait for ever.
     std::mutex mutex;
-    std::condition_variable_any stopped;
+    std::condition_variable stopped;
+    bool stop = false;
     // Of the line that stands.
     std::size_t length = 0;
-    // The last member: it ends before the others go.
-    std::jthread thread;
+    std::thread thread;
 
     // False once the thread is asked to stop.
-    bool wait(const std::stop_token& stop)
+    bool wait()
     {
         std::unique_lock lock(mutex);
-        stopped.wait_for(lock, stop, options.interval, [] { return false; });
-        return !stop.stop_requested();
+        return !stopped.wait_for(lock, options.interval, [this] { return stop; });
+    }
+
+    void end()
+    {
+        {
+            const std::scoped_lock lock(mutex);
+            stop = true;
+        }
+        stopped.notify_all();
+        thread.join();
     }
 
     // Blanks instead of control sequences, which a Windows console may not know.
@@ -68,9 +77,9 @@ struct Progress::Worker {
         draw(view.line);
     }
 
-    void work(const std::stop_token& stop)
+    void work()
     {
-        while (wait(stop)) {
+        while (wait()) {
             try {
                 show();
             } catch (const std::exception&) {
@@ -81,13 +90,16 @@ struct Progress::Worker {
 };
 
 Progress::Progress(std::ostream& stream, Look look, ProgressOptions options)
-    : worker_(new Worker{stream, std::move(look), std::move(options), {}, {}, {}, 0, {}})
+    : worker_(new Worker{stream, std::move(look), std::move(options), {}, {}, {}, false, 0, {}})
 {
     worker_->start = worker_->options.clock();
-    worker_->thread = std::jthread([worker = worker_.get()](const std::stop_token& stop) { worker->work(stop); });
+    worker_->thread = std::thread(&Worker::work, worker_.get());
 }
 
-Progress::~Progress() = default;
+Progress::~Progress()
+{
+    worker_->end();
+}
 
 std::string progressLine(const std::string& label, const std::string& awaited, std::chrono::seconds elapsed,
                          std::size_t columns)
