@@ -37,7 +37,7 @@ std::string sumFor(const std::string& name, const std::string& text)
     std::string only;
     std::size_t count = 0;
     for (std::string line; std::getline(lines, line);) {
-        const std::string sum = lowerCase(line.substr(0, sumLength));
+        std::string sum = lowerCase(line.substr(0, sumLength));
         if (!isDigest(sum)) {
             continue;
         }

@@ -73,7 +73,7 @@ bool switchesOff(const std::string& settings, const std::string& section)
 
 } // namespace
 
-std::size_t Contents::wanted(const Entry& entry) const
+std::size_t Contents::wanted(const Entry& entry)
 {
     const std::string path = pathInside(entry.path).path;
     if (entry.type != EntryType::file || entry.size == 0) {

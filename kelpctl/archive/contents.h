@@ -14,7 +14,7 @@ namespace kelpctl {
 class Contents {
 public:
     // How many of the first bytes of the entry's file are wanted; none of most.
-    std::size_t wanted(const Entry& entry) const;
+    static std::size_t wanted(const Entry& entry);
     void take(const Entry& entry, const std::string& content);
 
     // What all entries so far amount to.

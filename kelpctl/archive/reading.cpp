@@ -75,7 +75,7 @@ void walk(const Next& next, Contents& contents)
 {
     Entries entries(next);
     while (const std::optional<Entry> entry = entries.next()) {
-        const std::size_t wanted = contents.wanted(*entry);
+        const std::size_t wanted = Contents::wanted(*entry);
         contents.take(*entry, wanted > 0 ? entries.content(wanted) : std::string());
     }
 }

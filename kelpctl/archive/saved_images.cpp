@@ -4,14 +4,14 @@
 #include "terminal/text.h"
 
 #include <algorithm>
+#include <deque>
 
 namespace kelpctl {
 namespace {
 
 namespace json = boost::json;
 
-// Lists may stand in lists; nobody nests them deeper.
-constexpr int deepestList = 4;
+// Nobody saves more at once.
 constexpr std::size_t mostImages = 100;
 
 // Null for what is not there.
@@ -93,29 +93,41 @@ std::string nameOf(const json::value& row)
     return wellFormed(whole.empty() ? textAt(*notes, "org.opencontainers.image.ref.name") : whole);
 }
 
-// The list of the OCI layout: its rows lead to lists again, or to what leads to a description.
-void addOciList(SavedImages& images, const Documents& documents, const json::value& list, const std::string& nameAbove,
-                int depth)
+SavedImage imageOf(const json::value& manifest, const std::string& name, const Documents& documents)
 {
-    const json::array* rows = listAt(list, "manifests");
-    if (rows == nullptr || depth > deepestList) {
-        return;
+    SavedImage image;
+    if (!name.empty()) {
+        image.names.push_back(name);
     }
-    for (const json::value& row : *rows) {
-        const std::string name = nameOf(row).empty() ? nameAbove : nameOf(row);
-        const json::value further = documentAt(documents, blobOf(row));
-        if (listAt(further, "manifests") != nullptr) {
-            addOciList(images, documents, further, name, depth + 1);
-            continue;
-        }
-        SavedImage image;
-        if (!name.empty()) {
-            image.names.push_back(name);
-        }
-        const json::value* reference = memberOf(further, "config");
-        describe(image, reference == nullptr ? json::value() : documentAt(documents, blobOf(*reference)));
-        if (images.all.size() < mostImages) {
-            images.all.push_back(image);
+    const json::value* reference = memberOf(manifest, "config");
+    describe(image, reference == nullptr ? json::value() : documentAt(documents, blobOf(*reference)));
+    return image;
+}
+
+// A list, and the name that its rows have when they have none of their own.
+struct NamedList {
+    json::value list;
+    std::string name;
+};
+
+// The list of the OCI layout: its rows lead to lists again, or to what leads to a description. A hostile list leads to
+// itself, so no more rows are followed than an archive may have images.
+void addOciList(SavedImages& images, const Documents& documents, const json::value& first)
+{
+    std::deque<NamedList> lists = {{first, {}}};
+    for (std::size_t rows = 0; !lists.empty(); lists.pop_front()) {
+        const json::array* manifests = listAt(lists.front().list, "manifests");
+        for (const json::value& row : manifests == nullptr ? json::array() : *manifests) {
+            if (++rows > mostImages) {
+                return;
+            }
+            const std::string name = nameOf(row).empty() ? lists.front().name : nameOf(row);
+            const json::value further = documentAt(documents, blobOf(row));
+            if (listAt(further, "manifests") != nullptr) {
+                lists.push_back({further, name});
+            } else {
+                images.all.push_back(imageOf(further, name, documents));
+            }
         }
     }
 }
@@ -129,7 +141,7 @@ SavedImages savedImages(const Documents& documents)
     images.hasDockerList = addDockerList(images, documents);
     images.hasOciList = listAt(ociList, "manifests") != nullptr;
     if (!images.hasDockerList) {
-        addOciList(images, documents, ociList, {}, 0);
+        addOciList(images, documents, ociList);
     }
     return images;
 }

@@ -67,7 +67,7 @@ std::string roughTime(std::chrono::seconds time)
 
 std::string stageText(const Stage& stage)
 {
-    const std::string preparing = "WSL prepares the disk";
+    std::string preparing = "WSL prepares the disk";
     const std::string quiet = std::to_string(stage.quiet.count()) + " s";
     switch (stage.state) {
     case State::running:

@@ -181,7 +181,11 @@ TEST(Contents, SavedImageIsReadByTheOciLayout)
 TEST(Contents, ListThatLeadsToItselfEnds)
 {
     TarArchive archive;
-    archive.file(blob('e'), R"({"manifests":[)" + reference('e') + "}," + reference('e') + "}]}");
+    std::string rows = reference('e') + "}";
+    for (int count = 1; count < 2000; ++count) {
+        rows += "," + reference('e') + "}";
+    }
+    archive.file(blob('e'), R"({"manifests":[)" + rows + "]}");
     archive.file("index.json", R"({"manifests":[)" + reference('e') + "}]}");
     EXPECT_TRUE(read(archive.finished()).images.all.empty());
 }
