@@ -1,6 +1,7 @@
 // A docker.exe whose path the look-up prints in the code page of consoles.
 #include "machine.h"
 
+#include "host/process.h"
 #include "orb/lvm.h"
 
 #include <gtest/gtest.h>
@@ -36,6 +37,22 @@ TEST(DockerSearchWindows, AClientInAFolderWithOtherLettersIsFoundAndRun)
     EXPECT_EQ(orb::lvm::getContainerExecutablePath(), printed);
     EXPECT_TRUE(orb::lvm::startContainerIfNecessary("", ""));
     EXPECT_TRUE(orb::lvm::stopContainerIfNecessary(""));
+}
+
+// kelpctl's manifest makes UTF-8 its code pages; those of the programs that it asks are the machine's.
+TEST(DockerSearchWindows, AProgramWithCodePagesOfItsOwnFindsAndRunsThatClientToo)
+{
+    const EnvironmentVariable backend("USE_WSL", "0");
+    const TemporaryFolder files;
+    const InstallTree tree;
+    const ScriptedPrograms programs;
+    const std::filesystem::path client = files.path() / L"J\u00FCrgen" / "docker.exe";
+    std::filesystem::create_directory(client.parent_path());
+    std::filesystem::copy_file(SCRIPTED_PROGRAM, client);
+    programs.add("where", inConsoleCodePage(client.native()) + "\r\n");
+    const orb::process::detail::RunResult stopped =
+        orb::process::detail::run({KELPCTL_PROGRAM, "--root", utf8(tree.root()), "stop"});
+    EXPECT_EQ(stopped.status, 0) << stopped.standardError;
 }
 
 } // namespace
