@@ -148,7 +148,8 @@ json::object describe(const Result& result, const Names& names)
 
 json::array arrayOf(const std::vector<std::string>& texts)
 {
-    return json::array(texts.begin(), texts.end()); // in braces it would be a list of two
+    json::array array(texts.begin(), texts.end());
+    return array;
 }
 
 } // namespace

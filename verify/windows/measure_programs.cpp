@@ -140,7 +140,7 @@ Answer inheritedHandles(const std::string& /*argument*/, const Names& names)
     std::size_t reached = 0;
     for (std::size_t i = 0; i < fileCount; ++i) {
         const auto number = reinterpret_cast<std::uintptr_t>(files.at(i)); // a handle is a number
-        const Answer seen = runProgram({{names.get("<probe>"), "open-file", std::to_string(number)}});
+        Answer seen = runProgram({{names.get("<probe>"), "open-file", std::to_string(number)}});
         if (seen.status != 0) {
             return seen;
         }
@@ -155,7 +155,8 @@ Answer handleList(const std::string& argument, const Names& names)
 {
     const OpenFiles files(pathOf(names.get("<work>")));
     // No process has a handle of this number.
-    const auto closed = reinterpret_cast<HANDLE>(std::uintptr_t{0x7FFFFFF0}); // a handle is a number
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number
+    const auto closed = reinterpret_cast<HANDLE>(std::uintptr_t{0x7FFFFFF0});
     std::array<HANDLE, 2> handles = {files.at(0), argument == "closed" ? closed : files.at(0)};
     SIZE_T size = 0;
     InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
@@ -179,7 +180,7 @@ Answer oddArguments(const std::string& /*argument*/, const Names& names)
 {
     constexpr int vectors = 400;
     constexpr int together = 20;
-    std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same vectors each time, so that reports compare
+    std::mt19937 random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same vectors each time: reports compare
     int whole = 0;
     for (int begun = 0; begun < vectors; begun += together) {
         std::vector<std::string> all;
