@@ -32,13 +32,6 @@ bool RunSession::shouldTerminate()
     return terminated_;
 }
 
-void RunSession::programStarted(std::uint32_t processId) const
-{
-    if (options_.startCallback()) {
-        options_.startCallback()(processId, options_.userObject());
-    }
-}
-
 void RunSession::programExited()
 {
     exited_ = true;

@@ -7,7 +7,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -26,9 +25,6 @@ public:
         : options_(options), now_(now), nextPoll_(now() + pollInterval)
     {
     }
-
-    // The program runs under that number of the system's.
-    void programStarted(std::uint32_t processId) const;
 
     // Feeds the program's standard input from now on.
     void feed(std::unique_ptr<InputSink> sink) { feeder_.emplace(options_.inputHandler(), std::move(sink)); }

@@ -146,7 +146,9 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
     input.readEnd.close();
     output.writeEnd.close();
     error.writeEnd.close();
-    session.programStarted(child.id());
+    if (options.startCallback()) {
+        options.startCallback()(child.id(), options.userObject());
+    }
     if (options.inputHandler()) {
         session.feed(makeInputSink(std::move(input.writeEnd)));
     }

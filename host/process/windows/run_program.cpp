@@ -132,7 +132,9 @@ RunResult runProgram(const std::vector<std::string>& arguments, const Environmen
                  workingDir,
                  {std::move(input.programs), std::move(output.programs), std::move(error.programs)},
                  options.terminatesTree()});
-    session.programStarted(child.id());
+    if (options.startCallback()) {
+        options.startCallback()(child.id(), options.userObject());
+    }
     if (options.inputHandler()) {
         session.feed(makeInputSink(std::move(input.ours)));
     }
