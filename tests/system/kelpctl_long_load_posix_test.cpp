@@ -6,10 +6,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
+#include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 #include <sys/types.h>
@@ -37,18 +43,18 @@ private:
     pid_t process_ = 0;
 };
 
-// An image with so many MiB that cannot be packed, saved by the engine.
+// An image of so many MiB, saved by the engine.
 std::filesystem::path savedImage(const DockerEngine& docker, const std::filesystem::path& folder, int mib)
 {
     std::filesystem::create_directory(folder / "etc");
     std::mt19937_64 random(1);
     std::ofstream file(folder / "etc" / "random", std::ios::binary);
     std::string block(1 << 20, '\0');
+    for (std::size_t index = 0; index < block.size(); index += 8) {
+        const std::uint64_t number = random();
+        block.replace(index, 8, reinterpret_cast<const char*>(&number), 8);
+    }
     for (int written = 0; written < mib; ++written) {
-        for (std::size_t index = 0; index < block.size(); index += 8) {
-            const std::uint64_t number = random();
-            block.replace(index, 8, reinterpret_cast<const char*>(&number), 8);
-        }
         file << block;
     }
     file.close();
@@ -61,9 +67,33 @@ std::filesystem::path savedImage(const DockerEngine& docker, const std::filesyst
     return archive;
 }
 
+// Whether a Docker client has read some of the file.
+bool isBeingLoaded(const std::filesystem::path& file)
+{
+    namespace fs = std::filesystem;
+    constexpr std::uint64_t some = 1 << 20;
+    for (const fs::directory_entry& process : fs::directory_iterator("/proc")) {
+        std::string name;
+        std::ifstream(process.path() / "comm") >> name;
+        const bool isClient = name.starts_with("docker") && name != "dockerd";
+        std::error_code error;
+        for (fs::directory_iterator entry(process.path() / "fd", error), end; isClient && !error && entry != end;
+             entry.increment(error)) {
+            std::error_code gone;
+            std::string label;
+            std::uint64_t position = 0;
+            std::ifstream(process.path() / "fdinfo" / entry->path().filename()) >> label >> position;
+            if (position > some && fs::equivalent(entry->path(), file, gone)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 class LongLoad : public testing::Test {
 protected:
-    // Stops the engine when something of the archive has been sent, and lets it go on when the stall has been told; also
+    // Stops the engine when the client has read something of the archive, and lets it go on when the stall has been told; also
     // when that does not come, because the engine was done already and another question waits for it.
     RunResult setupWithAPause(const std::filesystem::path& archive, const std::vector<std::string>& options)
     {
@@ -72,23 +102,31 @@ protected:
         command.insert(command.end(), options.begin(), options.end());
         RunOptions seen;
         constexpr int enough = 12;
-        bool stopped = false;
+        std::atomic<bool> over = false;
+        std::atomic<bool> stopped = false;
         int since = 0;
+        std::thread watcher([&] {
+            while (!over && !stopped) {
+                if (isBeingLoaded(archive)) {
+                    engine.stop();
+                    stopped = true;
+                }
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+        });
         seen.setOutputLogger([&](Stream stream, std::string_view text) {
             if (stream != Stream::error) {
                 return;
-            }
-            const bool moves = text.find("\"growing\"") != text.npos || text.find("\"sent\"") != text.npos;
-            if (moves && !stopped) {
-                engine.stop();
-                stopped = true;
             }
             since += stopped ? 1 : 0;
             if (text.find("\"stalled\"") != text.npos || since == enough) {
                 engine.proceed();
             }
         });
-        return run(command, {}, {}, false, seen);
+        RunResult result = run(command, {}, {}, false, seen);
+        over = true;
+        watcher.join();
+        return result;
     }
 
     InstallTree tree{"r2026b"};
