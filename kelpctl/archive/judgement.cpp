@@ -14,7 +14,7 @@ namespace {
 struct Case {
     const ArchiveFacts& facts;
     const std::string& name;
-    const Expectation& expected;
+    const ArchiveTarget& expected;
 
     bool is(Purpose purpose) const { return expected.purpose == purpose; }
     bool hasRoot() const { return facts.root.found(); }
@@ -253,7 +253,7 @@ Purpose purposeOf(const Request& request)
     return Purpose::distribution;
 }
 
-std::vector<Finding> judgeArchive(const ArchiveFacts& facts, const std::string& name, const Expectation& expected)
+std::vector<Finding> judgeArchive(const ArchiveFacts& facts, const std::string& name, const ArchiveTarget& expected)
 {
     std::vector<Finding> findings;
     for (const Rule& rule : rules) {

@@ -25,7 +25,7 @@ enum class Purpose {
 
 Purpose purposeOf(const Request& request);
 
-struct Expectation {
+struct ArchiveTarget {
     Purpose purpose = Purpose::distribution;
     // The image that the library looks for once it is loaded.
     std::string image;
@@ -35,7 +35,7 @@ struct Expectation {
 
 // The findings about an archive of that name, the order being that of the rules. A problem would make the backend fail
 // for certain. Pure. What was not read is not judged.
-std::vector<Finding> judgeArchive(const ArchiveFacts& facts, const std::string& name, const Expectation& expected);
+std::vector<Finding> judgeArchive(const ArchiveFacts& facts, const std::string& name, const ArchiveTarget& expected);
 
 // The first that is a problem; null when none is.
 const Finding* problemIn(const std::vector<Finding>& findings);

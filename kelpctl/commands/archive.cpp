@@ -30,7 +30,7 @@ namespace {
 
 namespace rules = orb::lvm::detail;
 
-Expectation expectationOf(const Request& request)
+ArchiveTarget targetOf(const Request& request)
 {
     return {purposeOf(request), namesOf(request).image, processorName()};
 }
@@ -44,7 +44,7 @@ Volume targetVolume(const Context& context, Purpose purpose)
     return client.empty() ? Volume() : engineVolume(context.programs, client);
 }
 
-std::vector<Finding> findingsAbout(const ArchiveFacts& facts, const std::string& name, const Expectation& expected,
+std::vector<Finding> findingsAbout(const ArchiveFacts& facts, const std::string& name, const ArchiveTarget& expected,
                                    const Volume& volume)
 {
     std::vector<Finding> findings = judgeArchive(facts, name, expected);
@@ -120,7 +120,7 @@ Outcome archive(const Context& context)
 {
     const Request& request = context.request;
     const Names names = namesOf(request);
-    const Expectation expected = expectationOf(request);
+    const ArchiveTarget expected = targetOf(request);
     const ArchiveFacts facts = readWhole(context, rules::toPath(request.archive));
     const Volume volume = targetVolume(context, expected.purpose);
     const std::vector<Finding> findings = findingsAbout(facts, request.archive, expected, volume);
@@ -146,7 +146,7 @@ Outcome archive(const Context& context)
 
 void requireUsableArchive(const Context& context)
 {
-    const Expectation expected = expectationOf(context.request);
+    const ArchiveTarget expected = targetOf(context.request);
     const std::optional<std::filesystem::path> file =
         context.request.force || mayBePulled() ? std::nullopt : chosenArchive(context.request, expected.purpose);
     if (!file) {

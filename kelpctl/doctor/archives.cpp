@@ -66,7 +66,7 @@ void examineArchives(const Context& context, Examination& found)
     }
 }
 
-Expectation expectationOf(const Examination& found)
+ArchiveTarget targetOf(const Examination& found)
 {
     const Purpose purpose = found.backend == Backend::wsl ? Purpose::distribution : Purpose::loadedImage;
     return {purpose, found.image, found.processor};
@@ -76,7 +76,7 @@ Expectation expectationOf(const Examination& found)
 void judgeTaken(const Examination& found, const Archive& taken, Findings& findings)
 {
     const bool pulls = found.backend == Backend::docker && found.pullsFromRegistry;
-    std::vector<Finding> all = judgeArchive(found.taken, taken.name, expectationOf(found));
+    std::vector<Finding> all = judgeArchive(found.taken, taken.name, targetOf(found));
     const std::vector<Finding> room = judgeRoom(found.taken, Purpose::loadedImage, found.engineVolume);
     all.insert(all.end(), room.begin(), room.end());
     for (Finding& finding : all) {

@@ -195,6 +195,14 @@ class Circles(unittest.TestCase):
             self.assertEqual(complaints({"host/posix/a.h": declaration}), ["host/posix/a.h:1: no source has its name"])
             self.assertEqual(complaints({"host/posix/a.h": declaration, "host/posix/a.cpp": ""}), [])
 
+    def test_two_types_of_one_name_in_a_namespace_are_found(self):
+        one, other = "namespace kelpctl {\nstruct A {\n};\n}\n", "namespace kelpctl {\nenum class A { b };\n}\n"
+        self.assertEqual(complaints({"kelpctl/asking/a.h": one, "kelpctl/terminal/b.h": other}),
+                         ["kelpctl/terminal/b.h:1: kelpctl::A is in kelpctl/asking/a.h too"])
+        for text in ("namespace kelpctl {\nstruct A;\n}\n", other.replace("kelpctl", "other")):
+            self.assertEqual(complaints({"kelpctl/asking/a.h": one, "kelpctl/terminal/b.h": text}), [])
+        self.assertEqual(complaints({"host/posix/a.h": one, "host/windows/a.h": other}), [])
+
     def test_a_header_that_holds_all_of_itself_needs_no_source(self):
         text = ("// int a();\nstruct A {\n    int a() { return b(); }\n    virtual void c() = 0;\n"
                 "    A(const A&) = delete;\n    std::function<int()> d;\n};\ninline int b()\n{\n    call(1);\n}\n")

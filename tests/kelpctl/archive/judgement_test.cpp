@@ -14,8 +14,8 @@ namespace {
 
 using kelpctl::ArchiveFacts;
 using kelpctl::ArchiveKind;
+using kelpctl::ArchiveTarget;
 using kelpctl::Damage;
-using kelpctl::Expectation;
 using kelpctl::Extent;
 using kelpctl::Finding;
 using kelpctl::judgeArchive;
