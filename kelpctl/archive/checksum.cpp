@@ -16,14 +16,6 @@ namespace {
 constexpr std::size_t sumLength = 64;
 constexpr std::streamsize longestFile = 64L * 1024;
 
-std::string lowerCase(std::string text)
-{
-    for (char& each : text) {
-        each = each >= 'A' && each <= 'F' ? static_cast<char>(each - 'A' + 'a') : each;
-    }
-    return text;
-}
-
 std::string utf8(const std::filesystem::path& path)
 {
     return foundation::core::text::cvt_ustring_utf8(path.u16string());
@@ -37,7 +29,7 @@ std::string sumFor(const std::string& name, const std::string& text)
     std::string only;
     std::size_t count = 0;
     for (std::string line; std::getline(lines, line);) {
-        std::string sum = lowerCase(line.substr(0, sumLength));
+        std::string sum = lowered(line.substr(0, sumLength));
         if (!isDigest(sum)) {
             continue;
         }

@@ -6,6 +6,7 @@
 #include "archive/packed_bytes.h"
 #include "archive/sha256.h"
 #include "archive/unpackers.h"
+#include "asking/unpacked_size.h"
 
 #include "host/files.h"
 
@@ -119,23 +120,22 @@ std::string bytesAt(std::istream& stream, std::uintmax_t position, std::size_t l
     return bytes;
 }
 
-// What the packed file says itself: gzip writes the length at its end, without what exceeds 32 bits.
+// What the packed file says itself: gzip writes the length at its end.
 std::optional<std::uintmax_t> statedBytes(ArchiveKind kind, std::istream& stream, std::uintmax_t fileBytes)
 {
     constexpr std::size_t length = 4;
     if (kind == ArchiveKind::tar) {
         return fileBytes;
     }
-    if (kind != ArchiveKind::gzip || fileBytes > gibibyte || fileBytes < length) {
+    if (kind != ArchiveKind::gzip || fileBytes < length) {
         return std::nullopt;
     }
-    std::uintmax_t stated = 0;
+    std::uint32_t stated = 0;
     const std::string end = bytesAt(stream, fileBytes - length, length);
     for (std::size_t index = end.size(); index > 0; --index) {
         stated = stated << 8U | static_cast<unsigned char>(end[index - 1]);
     }
-    // Of several members it is the last one's.
-    return stated < fileBytes ? std::nullopt : std::optional(stated);
+    return unpackedByGzip(fileBytes, stated);
 }
 
 ArchiveFacts read(std::istream& stream, std::uintmax_t fileBytes, const Reading& reading, const Blocks& blocks)

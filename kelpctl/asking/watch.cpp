@@ -1,6 +1,7 @@
 #include "asking/watch.h"
 
 #include "asking/unpacked_size.h"
+#include "asking/volume.h"
 #include "terminal/counters.h"
 
 #include "lvm/commands.h"
@@ -31,18 +32,12 @@ Signal signalOf(const std::vector<std::string>& arguments)
     }
 }
 
-std::optional<std::uint64_t> freeIn(const std::filesystem::path& folder)
-{
-    std::error_code error;
-    const std::filesystem::space_info space = std::filesystem::space(folder, error);
-    return error ? std::nullopt : std::optional<std::uint64_t>(space.available);
-}
-
 } // namespace
 
 Eyes systemEyes()
 {
-    return {sizeOfOpened, bytesReadBy, freeIn, unpackedSize};
+    return {sizeOfOpened, bytesReadBy, [](const std::filesystem::path& folder) { return volumeOf(folder).freeBytes; },
+            unpackedSize};
 }
 
 // A path that is not well-formed leads nowhere, and there is nothing to see.

@@ -161,6 +161,22 @@ TEST(Reading, LengthThatCannotBeIsNotBelieved)
     EXPECT_EQ(read(two, kelpctl::quickLook()).unpackedBytes, std::nullopt);
 }
 
+// It leaves out multiples of 4 GiB, so a file of that size may hold as much more.
+TEST(Reading, LengthThatMayBeAnotherIsNotBelieved)
+{
+    const TemporaryFolder folder;
+    const std::filesystem::path file = folder.path() / "large.tar.gz";
+    const std::string tar = rootFileSystem().file("var/large", std::string(20U << 20U, 'x')).finished();
+    std::ofstream(file, std::ios::binary) << packed("gzip", tar);
+    constexpr std::uintmax_t size = 600U << 20U;
+    std::filesystem::resize_file(file, size - 4);
+    std::ofstream(file, std::ios::binary | std::ios::app) << std::string("\0\0\0\x30", 4);
+    const ArchiveFacts facts = readArchive(file, kelpctl::quickLook());
+    EXPECT_EQ(facts.fileBytes, size);
+    EXPECT_EQ(facts.extent, Extent::beginning);
+    EXPECT_EQ(facts.unpackedBytes, std::nullopt) << "768 MiB, or 4 GiB more";
+}
+
 TEST(Reading, WatcherIsToldAndMayEndIt)
 {
     const std::string bytes = packed("gzip", largeTar());
