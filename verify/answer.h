@@ -20,4 +20,23 @@ struct Answer {
 // How the bytes of an answer are to be read.
 enum class Encoding { bytes, utf16, console };
 
+struct EncodingNames {
+    const char* inReport;
+    // Behind what a person reads of a stream; nothing for bytes as they come.
+    const char* behindStream;
+};
+
+inline EncodingNames namesOf(Encoding encoding)
+{
+    switch (encoding) {
+    case Encoding::utf16:
+        return {"UTF-16LE", " in UTF-16LE"};
+    case Encoding::console:
+        return {"console", " in the code page of consoles"};
+    case Encoding::bytes:
+        break;
+    }
+    return {"bytes", ""};
+}
+
 } // namespace verify

@@ -124,20 +124,6 @@ bool statusHolds(std::int32_t status, const json::value& wanted)
     return wanted == status;
 }
 
-// How the table says that bytes are read otherwise than as they come.
-std::string nameOf(Encoding encoding)
-{
-    switch (encoding) {
-    case Encoding::utf16:
-        return " in UTF-16LE";
-    case Encoding::console:
-        return " in the code page of consoles";
-    case Encoding::bytes:
-        break;
-    }
-    return "";
-}
-
 class Comparison {
 public:
     void add(bool asClaimed, const std::string& what, const json::value& expected, const std::string& got)
@@ -202,8 +188,8 @@ std::optional<Difference> compare(const Answer& answer, const json::object& expe
         } else if (what == "terminated") {
             comparison.add(answer.terminated == wanted.as_bool(), what, wanted, answer.terminated ? "true" : "false");
         } else if (what == "output") {
-            comparison.add(streamHolds(answer.output, encoding, wanted, names), what + nameOf(encoding), wanted,
-                           shown(answer.output, encoding));
+            comparison.add(streamHolds(answer.output, encoding, wanted, names), what + namesOf(encoding).behindStream,
+                           wanted, shown(answer.output, encoding));
         } else if (what == "errors") {
             comparison.add(streamHolds(answer.errors, Encoding::bytes, wanted, names), what, wanted,
                            foundation::core::text::readable(shown(answer.errors, Encoding::bytes)));

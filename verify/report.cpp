@@ -112,25 +112,12 @@ json::object described(const std::string& bytes, Encoding encoding, const Names&
     return object;
 }
 
-const char* nameOf(Encoding encoding)
-{
-    switch (encoding) {
-    case Encoding::utf16:
-        return "UTF-16LE";
-    case Encoding::console:
-        return "console";
-    case Encoding::bytes:
-        break;
-    }
-    return "bytes";
-}
-
 json::object describe(const Step& step, const Names& names)
 {
     return {{"what", step.what},
             {"status", step.answer.status},
             {"terminated", step.answer.terminated},
-            {"encoding", nameOf(step.encoding)},
+            {"encoding", namesOf(step.encoding).inReport},
             {"output", described(step.answer.output, step.encoding, names)},
             {"errors", described(step.answer.errors, Encoding::bytes, names)}};
 }

@@ -22,16 +22,24 @@ std::string inConsoleCodePage(const std::wstring& text)
     return bytes;
 }
 
-TEST(DockerSearchWindows, AClientInAFolderWithOtherLettersIsFoundAndRun)
-{
-    const EnvironmentVariable backend("USE_WSL", "0");
+class DockerSearchWindows : public testing::Test {
+protected:
+    DockerSearchWindows()
+    {
+        std::filesystem::create_directory(client.parent_path());
+        std::filesystem::copy_file(SCRIPTED_PROGRAM, client);
+    }
+
+    const EnvironmentVariable backend{"USE_WSL", "0"};
     const TemporaryFolder files;
     const InstallTree tree;
     const ScriptedPrograms programs;
     const std::filesystem::path client = files.path() / L"J\u00FCrgen" / "docker.exe";
-    std::filesystem::create_directory(client.parent_path());
-    std::filesystem::copy_file(SCRIPTED_PROGRAM, client);
     const std::string printed = inConsoleCodePage(client.native());
+};
+
+TEST_F(DockerSearchWindows, AClientInAFolderWithOtherLettersIsFoundAndRun)
+{
     ASSERT_NE(printed, utf8(client));
     programs.add("where", printed + "\r\nC:\\missing\\docker.exe\r\n");
     EXPECT_EQ(orb::lvm::getContainerExecutablePath(), printed);
@@ -40,16 +48,9 @@ TEST(DockerSearchWindows, AClientInAFolderWithOtherLettersIsFoundAndRun)
 }
 
 // kelpctl's manifest makes UTF-8 its code pages; those of the programs that it asks are the machine's.
-TEST(DockerSearchWindows, AProgramWithCodePagesOfItsOwnFindsAndRunsThatClientToo)
+TEST_F(DockerSearchWindows, AProgramWithCodePagesOfItsOwnFindsAndRunsThatClientToo)
 {
-    const EnvironmentVariable backend("USE_WSL", "0");
-    const TemporaryFolder files;
-    const InstallTree tree;
-    const ScriptedPrograms programs;
-    const std::filesystem::path client = files.path() / L"J\u00FCrgen" / "docker.exe";
-    std::filesystem::create_directory(client.parent_path());
-    std::filesystem::copy_file(SCRIPTED_PROGRAM, client);
-    programs.add("where", inConsoleCodePage(client.native()) + "\r\n");
+    programs.add("where", printed + "\r\n");
     const orb::process::detail::RunResult stopped =
         orb::process::detail::run({KELPCTL_PROGRAM, "--root", utf8(tree.root()), "stop"});
     EXPECT_EQ(stopped.status, 0) << stopped.standardError;
