@@ -117,6 +117,8 @@ INSTANTIATE_TEST_SUITE_P(Stage, Pauses,
                                          // Known not to be the end.
                                          Pause{5, 1000, State::growing}, Pause{119, 1000, State::growing},
                                          Pause{120, 1000, State::stalled},
+                                         // The last tenth may be left out of the disk.
+                                         Pause{5, 444, State::finishing}, Pause{5, 450, State::growing},
                                          // Outgrown, so the total was another one.
                                          Pause{5, 300, State::finishing}));
 

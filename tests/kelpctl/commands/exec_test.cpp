@@ -268,9 +268,9 @@ TEST(Exec, CauseIsTheSameOnATerminalAndForPrograms)
 class ExecWithoutDisk : public testing::Test {
 protected:
     // Asks on a terminal and for programs; gives back the cause and the next step.
-    std::pair<std::string, std::string> told()
+    std::pair<std::string, std::string> told(const std::filesystem::path& kept)
     {
-        const Registered registered({"kelp_hub", folder.path()});
+        const Registered registered({"kelp_hub", kept});
         const orb::process::detail::RunResult result{
             kelpctl::wslFailureStatus(), "Wsl/Service/CreateInstance/MountDisk/HCS/ERROR_FILE_NOT_FOUND", {}};
         Session session;
@@ -291,7 +291,7 @@ protected:
 
 TEST_F(ExecWithoutDisk, DiskThatIsGoneIsTold)
 {
-    const auto [cause, next] = told();
+    const auto [cause, next] = told(folder.path());
     EXPECT_EQ(cause, "DISK_GONE");
     EXPECT_THAT(next, HasSubstr("kelpctl remove "));
 }
@@ -299,8 +299,16 @@ TEST_F(ExecWithoutDisk, DiskThatIsGoneIsTold)
 TEST_F(ExecWithoutDisk, DiskThatIsThereIsNotCalledGone)
 {
     std::ofstream(folder.path() / "ext4.vhdx") << "x";
-    const auto [cause, next] = told();
+    const auto [cause, next] = told(folder.path());
     EXPECT_EQ(cause, "WSL_DISK_MISSING");
+    EXPECT_THAT(next, Not(HasSubstr("remove")));
+}
+
+TEST_F(ExecWithoutDisk, DiskOnADriveThatIsAwayIsNotCalledGone)
+{
+    const Registered other({"another", folder.path()});
+    const auto [cause, next] = told(other.unreachableFolder());
+    EXPECT_EQ(cause, "DISK_UNREACHABLE");
     EXPECT_THAT(next, Not(HasSubstr("remove")));
 }
 

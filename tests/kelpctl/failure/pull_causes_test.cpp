@@ -38,6 +38,15 @@ TEST(PullCauses, AreToldByWordsThatAreTheSameEverywhere)
               "PULL_NETWORK");
 }
 
+// A client that cannot ask its helper goes on without a password, and is refused.
+TEST(PullCauses, MissingHelperForPasswordsIsTheCauseOfARefusal)
+{
+    EXPECT_EQ(cause("Error response from daemon: pull access denied for x: denied: requested access to the resource is "
+                    "denied\nerror getting credentials - err: exec: \"docker-credential-desktop\": executable file not "
+                    "found in $PATH"),
+              "PULL_CREDENTIALS");
+}
+
 TEST(PullCauses, NothingIsGuessed)
 {
     EXPECT_EQ(cause(""), "");
