@@ -2,15 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
 #include <memory>
 #include <stdexcept>
+#include <thread>
+#include <vector>
 
 namespace {
 
 using kelpctl::within;
 using std::chrono::milliseconds;
 using std::chrono::minutes;
+using std::chrono::seconds;
 
 TEST(Within, GivesWhatTheProbeGives)
 {
@@ -20,6 +24,24 @@ TEST(Within, GivesWhatTheProbeGives)
 TEST(Within, ProbeThatFailsTellsNothing)
 {
     EXPECT_EQ(within(minutes(1), []() -> int { throw std::runtime_error("no"); }), std::nullopt);
+}
+
+// Threads that end at once, from several threads.
+TEST(Within, EachProbeIsAnsweredHoweverManyThereAre)
+{
+    std::atomic<int> answered = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&answered] {
+            for (int turn = 0; turn < 200 && within(seconds(20), [] { return 42; }); ++turn) {
+                ++answered;
+            }
+        });
+    }
+    for (std::thread& each : threads) {
+        each.join();
+    }
+    EXPECT_EQ(answered, 800);
 }
 
 TEST(Within, DoesNotWaitForAProbeThatHangs)
