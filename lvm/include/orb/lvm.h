@@ -15,7 +15,8 @@
 // Default names   The distribution and the image are "kelp_hub_" followed by the host's release ("kelp_hub" when the
 //                 host reports none), the container is "kelp_hub".
 // Cached          For the life of the process: the path of wsl.exe, the release text, the archive directory, and
-//                 USE_WSL once it is set. A later change of the host's configuration is not seen. Nothing else is kept;
+//                 USE_WSL once it is set. A later change of the configured release or installation root is not seen; one
+//                 of the temporary folder, the language and the channel masks is. Nothing else is kept;
 //                 distributions, images and docker.exe are asked for every time.
 //                 wsl.exe is the first program found that answers "-v" with status 0. Who ends the runs of that
 //                 search from outside (RunObserver::shouldTerminate) makes them fail, and a worse path is kept: leave
@@ -117,7 +118,8 @@ inline constexpr char16_t imageArchive[] = u"kelp_hub_docker.tar";
 //                    "kelp_hub_distro.tar.gz", else "kelp_hub_docker.tar"); name the image then, an empty
 //                    imageName is passed to "docker import" as it is. False: a saved image for "docker load".
 //
-// A new distribution's files lie in a new folder of the temporary directory, for as long as the distribution exists.
+// A new distribution's files lie in a new folder of the temporary directory (temp_directory_name() of host/files.h), for
+// as long as the distribution exists.
 //
 // Throws WSL_CANNOT_IMPORT_TAR_FILE; DOCKER_NOT_AVAILABLE, TAR_FILE_NOT_AVAILABLE, TAR_FILE_LOAD_ERROR,
 // IMAGE_NOT_EXIST. An import that fails, or cannot be started, leaves its empty folder in the temporary directory. When
