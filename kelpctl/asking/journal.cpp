@@ -41,6 +41,12 @@ std::vector<Run> RunJournal::runs() const
     return runs_;
 }
 
+void RunJournal::forget()
+{
+    const std::scoped_lock lock(mutex_);
+    runs_.clear();
+}
+
 std::string RunJournal::current() const
 {
     const std::scoped_lock lock(mutex_);

@@ -34,6 +34,8 @@ public:
 
     // Those that have ended, in the order in which they ended.
     std::vector<Run> runs() const;
+    // What has ended has nothing to do with what comes.
+    void forget();
 
     // What this process waits for: the command line that runs now, shortened. Empty when there is none.
     std::string current() const;

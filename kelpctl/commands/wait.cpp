@@ -53,6 +53,7 @@ void waitForBackend(const Context& context)
         const auto left = std::chrono::duration_cast<milliseconds>(end - Clock::now());
         context.journal.limitEachRun(std::max(left, shortestLimit));
         if (answers(context, client)) {
+            context.journal.forget(); // that it did not answer before explains nothing
             break;
         }
         sleepUntil(std::min(end, Clock::now() + pause));

@@ -76,7 +76,7 @@ Mark worstMark(const Judgement& judgement, std::string_view about)
 
 void printVerdict(const Examination& found, const Judgement& judgement, const Names& names, TableLines& table)
 {
-    const std::string setup = "\"" + names.invocation + " setup\"";
+    const std::string setup = "\"" + names.setup + "\"";
     const std::size_t problems = judgement.problems();
     table.section("verdict");
     switch (judgement.verdict) {

@@ -176,8 +176,9 @@ inline constexpr std::array allAdvice = {
            "Check that you may read the archive and write to the folder that TEMP names."},
     Advice{"WSL_SERVICE_BROKEN", "The WSL service has failed.",
            "Run \"wsl --shutdown\" and try again; if that hangs, restart Windows."},
-    Advice{"WSL_ARCHIVE_BROKEN", "The archive is damaged, or no tar archive.",
-           "Copy the archive again; \"tar -tf\" tells whether it is whole."},
+    Advice{
+        "WSL_ARCHIVE_BROKEN", "The archive could not be unpacked: it is damaged, no tar archive, or the disk is full.",
+        "Make room if little is left. \"{1} archive FILE\" tells whether the archive is whole; copy it again if not."},
     Advice{"WSL_ARCHIVE_NOT_LINUX", "The archive holds no Linux distribution.",
            "Use the archive of a root file system (kelp_hub_distro.tar.gz), not a saved Docker image."},
     Advice{"WSL_DISTRIBUTION_UNKNOWN", "There is no distribution of that name.",
@@ -200,7 +201,9 @@ inline constexpr std::array allAdvice = {
     Advice{"DISK_GONE",
            "The distribution {2} is registered, but its disk is gone, as when Windows' Storage Sense, a cleaner or a "
            "terminal server has emptied the temporary folder: {4}",
-           "Run \"{1} remove {2}\", which finds nothing left to lose, then create it again with \"{1} setup\"."},
+           "Run \"{1} remove {2}\", which finds nothing left to lose, then create it again: the hub's own with \"{1} "
+           "setup\", "
+           "another one with \"{1} provision\"."},
     Advice{"DISK_UNREACHABLE", "The disk of the distribution {2} cannot be looked at: {4}",
            "Connect the drive that it is on, or check that you may read its folder; then try again."},
     Advice{"WSL_DISK_DENIED", "WSL may not open the distribution's disk.",

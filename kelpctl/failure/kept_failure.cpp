@@ -122,7 +122,7 @@ void keepFailure(const Request& request, const Report& report) noexcept
 {
     try {
         const std::filesystem::path file = keptFile();
-        if (file.empty() || !report.evidence || request.command == "exec") {
+        if (file.empty() || !report.evidence || request.command == "exec" || report.identifier == "INTERRUPTED") {
             return;
         }
         const Mask mask = maskFor(request);

@@ -14,6 +14,7 @@
 #include <array>
 #include <filesystem>
 #include <new>
+#include <string_view>
 #include <system_error>
 
 namespace kelpctl {
@@ -66,6 +67,17 @@ void advise(Report& report, AdviceKey cause, const Names& names)
     report.nextStep = adviceNextStep(behind, names);
 }
 
+// The run that an error of the library is explained by. What succeeded is no evidence, except for the list that an image is
+// missing in.
+std::optional<Run> evidenceOf(std::string_view identifier, const std::vector<Run>& runs)
+{
+    if (identifier == orb::container_support::IMAGE_NOT_EXIST::identifier) {
+        return runs.empty() ? std::nullopt : std::optional(runs.back());
+    }
+    const std::optional<Run> run = decisiveRun(runs);
+    return run && run->succeeded() ? std::nullopt : run;
+}
+
 Report catalogueReport(const IMsgIDException& error, const Context& context)
 {
     Report report;
@@ -74,11 +86,7 @@ Report catalogueReport(const IMsgIDException& error, const Context& context)
     for (const foundation::core::message::Argument& argument : error.message().arguments) {
         report.arguments.push_back(readable(argument.text()));
     }
-    std::optional<Run> run = decisiveRun(context.journal.runs());
-    if (run && run->succeeded() && report.identifier != orb::container_support::IMAGE_NOT_EXIST::identifier) {
-        // What succeeded is no evidence, except for the list that an image is missing in.
-        run.reset();
-    }
+    const std::optional<Run> run = evidenceOf(report.identifier, context.journal.runs());
     if (run) {
         addEvidence(report, *run, context.request);
     }

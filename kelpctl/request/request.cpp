@@ -63,6 +63,8 @@ Names namesOf(const Request& request)
 {
     Names names;
     names.invocation = invocationOf(request);
+    names.setup = names.invocation + " setup" +
+                  (request.location ? " --location " + quotedIfBlank(*request.location) : std::string());
     names.image = !request.name.empty() ? request.name : !request.image.empty() ? request.image : defaultImage();
     names.container = request.container.empty() ? hubName : request.container;
     return names;

@@ -86,6 +86,8 @@ struct Names {
     std::string container;
     // 4: what the failure is about: a path, a program, a status.
     std::string subject;
+    // The command that creates what was asked about, where it was asked for. No placeholder.
+    std::string setup = "kelpctl setup";
 };
 
 // Of what the request works on; there is no subject yet.

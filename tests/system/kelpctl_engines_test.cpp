@@ -133,6 +133,15 @@ TEST_F(OnOtherEngines, OneThatIsJustStartingIsWaitedFor)
     }
 }
 
+TEST_F(OnOtherEngines, WhatIsWrongAfterTheWaitIsNotExplainedByTheWait)
+{
+    const OtherEngine late("late=3");
+    const RunResult failed = kelpctl({"setup", "/no/such/archive.tar", "--wait", "60"});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.standardError,
+                AllOf(HasSubstr("error: TAR_FILE_NOT_AVAILABLE\n"), Not(HasSubstr("evidence: "))));
+}
+
 TEST_F(OnOtherEngines, WhyAPullFailedStandsBesideWhatDockerSaid)
 {
     const EnvironmentVariable pull("USE_DOCKER_REPOSITORY", "1");

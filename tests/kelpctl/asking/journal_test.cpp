@@ -30,6 +30,18 @@ TEST(RunJournal, KeepsWhatEveryPartOfTheProcessRuns)
     EXPECT_EQ(journal.runs()[0].ending, Ending::exited);
 }
 
+TEST(RunJournal, ForgetsWhatHasEndedAndKeepsWhatRuns)
+{
+    RunJournal journal;
+    const RunResult result;
+    start(journal, {"docker.exe", "version"});
+    journal.ended({"docker.exe", "version"}, &result);
+    start(journal, {"docker.exe", "load"});
+    journal.forget();
+    EXPECT_TRUE(journal.runs().empty());
+    EXPECT_EQ(journal.current(), "docker.exe load");
+}
+
 TEST(RunJournal, TellsWhatIsBeingWaitedFor)
 {
     RunJournal journal;

@@ -85,6 +85,15 @@ TEST_F(KeptFailure, IsNoneOfAProgramInsideNorOneWithoutAProgram)
     EXPECT_FALSE(keptFailure());
 }
 
+TEST_F(KeptFailure, IsNotReplacedByAnInterruption)
+{
+    keepFailure(request("setup"), failed("one", ""));
+    Report report = failed("two", "");
+    report.identifier = "INTERRUPTED";
+    keepFailure(request("setup"), report);
+    EXPECT_EQ(keptFailure()->output, "one");
+}
+
 TEST_F(KeptFailure, ThatCannotBeKeptIsNoFurtherFailure)
 {
     std::ofstream(state.path() / "kelpctl") << "a file in the folder's place";

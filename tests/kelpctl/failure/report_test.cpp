@@ -159,7 +159,8 @@ TEST(Errors, CodePathOfWslDecidesCauseAndNextStep)
     const Report report = scene.reportOn(catalogueError<WSL_CANNOT_IMPORT_TAR_FILE>({"hub.tar", "x"}));
     ASSERT_TRUE(report.cause.has_value());
     EXPECT_EQ(report.cause->identifier, "WSL_ARCHIVE_BROKEN");
-    EXPECT_EQ(report.nextStep, "Copy the archive again; \"tar -tf\" tells whether it is whole.");
+    EXPECT_EQ(report.nextStep, "Make room if little is left. \"kelpctl archive FILE\" tells whether the archive is "
+                               "whole; copy it again if not.");
 }
 
 TEST(Errors, FailureOfWslWithoutACodeHasAStepToo)
@@ -292,6 +293,17 @@ TEST(Errors, RunThatSucceededIsNoEvidence)
     scene.ran({"docker.exe", "images"}, {0, "other\n", {}});
     EXPECT_FALSE(scene.reportOn(catalogueError<TAR_FILE_NOT_AVAILABLE>({"hub.tar"})).evidence.has_value());
     EXPECT_TRUE(scene.reportOn(catalogueError<IMAGE_NOT_EXIST>({"hub"})).evidence.has_value()) << "the list tells";
+}
+
+TEST(Errors, ImageThatIsMissingIsExplainedByTheListAndNotByAnEarlierPull)
+{
+    Docker scene;
+    scene.ran({"docker.exe", "pull", "-q", "kelp_hub_r1"}, {1, {}, "no such host"});
+    scene.ran({"docker.exe", "load", "-i", "hub.tar"}, {0, {}, {}});
+    scene.ran({"docker.exe", "images"}, {0, "other\n", {}});
+    const Report report = scene.reportOn(catalogueError<IMAGE_NOT_EXIST>({"hub"}));
+    ASSERT_TRUE(report.evidence.has_value());
+    EXPECT_EQ(report.evidence->arguments.at(1), "images");
 }
 
 TEST(Errors, TemporaryFolderThatIsGoneIsTold)

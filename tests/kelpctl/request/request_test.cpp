@@ -9,6 +9,16 @@ namespace {
 using kelpctl::isDockerName;
 using kelpctl::isWslName;
 
+TEST(Names, OfTheCommandThatCreatesSayWhere)
+{
+    kelpctl::Request request;
+    request.release = "R1";
+    EXPECT_EQ(namesOf(request).setup, "kelpctl --release R1 setup");
+    request.location = "D:\\my disk";
+    EXPECT_EQ(namesOf(request).invocation, "kelpctl --release R1");
+    EXPECT_EQ(namesOf(request).setup, "kelpctl --release R1 setup --location \"D:\\my disk\"");
+}
+
 TEST(Names, OfWsl)
 {
     for (const char* good : {"kelp_hub_R2026b", "a", "A.b-c_9"}) {
