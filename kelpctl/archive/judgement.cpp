@@ -158,14 +158,19 @@ bool runs(const std::string& computer, const std::string& processor)
 Subject otherProcessor(const Case& each)
 {
     const std::string& computer = each.expected.processor;
-    std::string processor = each.is(Purpose::loadedImage) ? std::string() : each.facts.root.processor;
+    std::vector<std::string> processors = {each.facts.root.processor};
     if (each.is(Purpose::loadedImage)) {
+        processors.clear();
         for (const SavedImage& image : each.facts.images.all) {
-            const bool foreign = !image.processor.empty() && !runs(computer, image.processor);
-            processor = foreign && processor.empty() ? image.processor : processor;
+            processors.push_back(image.processor);
         }
     }
-    return when(!computer.empty() && !processor.empty() && !runs(computer, processor), processor + " / " + computer);
+    // One of several that fits is enough, and one that is not known may fit.
+    const bool fits = std::any_of(processors.begin(), processors.end(), [&computer](const std::string& processor) {
+        return processor.empty() || runs(computer, processor);
+    });
+    return when(!computer.empty() && !processors.empty() && !fits,
+                (processors.empty() ? std::string() : processors.front()) + " / " + computer);
 }
 
 Subject noProgram(const Case& each)

@@ -108,11 +108,9 @@ void readThrough(PackedBytes& packed, ArchiveKind kind, Pace& pace, Contents& co
     }
 }
 
-std::string bytesAt(std::istream& stream, std::uintmax_t position, std::size_t length)
+std::string beginningOf(std::istream& stream, std::size_t length)
 {
     std::string bytes(length, '\0');
-    stream.clear();
-    stream.seekg(static_cast<std::streamoff>(position));
     stream.read(bytes.data(), static_cast<std::streamsize>(length));
     bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
     stream.clear();
@@ -123,26 +121,17 @@ std::string bytesAt(std::istream& stream, std::uintmax_t position, std::size_t l
 // What the packed file says itself: gzip writes the length at its end.
 std::optional<std::uintmax_t> statedBytes(ArchiveKind kind, std::istream& stream, std::uintmax_t fileBytes)
 {
-    constexpr std::size_t length = 4;
-    if (kind == ArchiveKind::tar) {
-        return fileBytes;
-    }
-    if (kind != ArchiveKind::gzip || fileBytes < length) {
-        return std::nullopt;
-    }
-    std::uint32_t stated = 0;
-    const std::string end = bytesAt(stream, fileBytes - length, length);
-    for (std::size_t index = end.size(); index > 0; --index) {
-        stated = stated << 8U | static_cast<unsigned char>(end[index - 1]);
-    }
-    return unpackedByGzip(fileBytes, stated);
+    const std::optional<std::uint64_t> stated = unpackedSizeIn(stream, fileBytes);
+    stream.clear();
+    stream.seekg(0);
+    return kind == ArchiveKind::tar ? fileBytes : stated;
 }
 
 ArchiveFacts read(std::istream& stream, std::uintmax_t fileBytes, const Reading& reading, const Blocks& blocks)
 {
     ArchiveFacts facts;
     facts.fileBytes = fileBytes;
-    facts.kind = kindOf(bytesAt(stream, 0, headSize));
+    facts.kind = kindOf(beginningOf(stream, headSize));
     if (reading.unpackedBytes == 0 || !canBeUnpacked(facts.kind)) {
         return facts;
     }

@@ -93,6 +93,13 @@ std::string nameOf(const json::value& row)
     return wellFormed(whole.empty() ? textAt(*notes, "org.opencontainers.image.ref.name") : whole);
 }
 
+// What says how an image was built stands in the list like one.
+bool isAttestation(const json::value& row)
+{
+    const json::value* notes = memberOf(row, "annotations");
+    return notes != nullptr && !textAt(*notes, "vnd.docker.reference.type").empty();
+}
+
 SavedImage imageOf(const json::value& manifest, const std::string& name, const Documents& documents)
 {
     SavedImage image;
@@ -120,6 +127,9 @@ void addOciList(SavedImages& images, const Documents& documents, const json::val
         for (const json::value& row : manifests == nullptr ? json::array() : *manifests) {
             if (++rows > mostImages) {
                 return;
+            }
+            if (isAttestation(row)) {
+                continue;
             }
             const std::string name = nameOf(row).empty() ? lists.front().name : nameOf(row);
             const json::value further = documentAt(documents, blobOf(row));

@@ -12,7 +12,7 @@ using namespace std::string_view_literals;
 
 // Of the file's bytes from there on; less when the file has less.
 template <std::size_t Size>
-std::string_view read(std::ifstream& file, std::streamoff position, std::array<char, Size>& bytes)
+std::string_view read(std::istream& file, std::streamoff position, std::array<char, Size>& bytes)
 {
     file.clear();
     file.seekg(position);
@@ -39,10 +39,20 @@ std::optional<std::uint64_t> unpackedByGzip(std::uint64_t packed, std::uint32_t 
     return kept >= packed && !larger ? std::optional<std::uint64_t>(kept) : std::nullopt;
 }
 
-std::optional<std::uint64_t> unpackedSize(const std::filesystem::path& archive)
+std::optional<std::uint64_t> unpackedSizeIn(std::istream& archive, std::uint64_t bytes)
 {
     constexpr std::streamoff tarMark = 257;
-    constexpr std::streamoff gzipEnd = 4;
+    constexpr std::size_t gzipEnd = 4;
+    std::array<char, 5> mark{};
+    if (bytes >= gzipEnd && read(archive, 0, mark).starts_with("\x1f\x8b"sv)) {
+        std::array<char, gzipEnd> end{};
+        return unpackedByGzip(bytes, littleEndian(read(archive, static_cast<std::streamoff>(bytes - gzipEnd), end)));
+    }
+    return read(archive, tarMark, mark) == "ustar"sv ? std::optional(bytes) : std::nullopt;
+}
+
+std::optional<std::uint64_t> unpackedSize(const std::filesystem::path& archive)
+{
     std::error_code error;
     // A pipe or a device is not opened: reading it could take for ever.
     if (!std::filesystem::is_regular_file(archive, error)) {
@@ -50,15 +60,7 @@ std::optional<std::uint64_t> unpackedSize(const std::filesystem::path& archive)
     }
     const std::uintmax_t size = std::filesystem::file_size(archive, error);
     std::ifstream file(archive, std::ios::binary);
-    std::array<char, 5> mark{};
-    if (error || size < tarMark + mark.size()) {
-        return std::nullopt;
-    }
-    if (read(file, 0, mark).starts_with("\x1f\x8b"sv)) {
-        std::array<char, gzipEnd> end{};
-        return unpackedByGzip(size, littleEndian(read(file, static_cast<std::streamoff>(size) - gzipEnd, end)));
-    }
-    return read(file, tarMark, mark) == "ustar"sv ? std::optional<std::uint64_t>(size) : std::nullopt;
+    return error ? std::nullopt : unpackedSizeIn(file, size);
 }
 
 } // namespace kelpctl

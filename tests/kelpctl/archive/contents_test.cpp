@@ -178,6 +178,21 @@ TEST(Contents, SavedImageIsReadByTheOciLayout)
     EXPECT_EQ(images.all[0].processor, "arm64");
 }
 
+// As a builder writes it that also says how the image was built.
+TEST(Contents, AttestationIsNoImage)
+{
+    TarArchive archive;
+    archive.file(blob('c'), R"({"architecture":"amd64","os":"linux","config":{"Cmd":["sh"]}})");
+    archive.file(blob('d'), R"({"config":)" + reference('c') + "}}");
+    archive.file(blob('a'), R"({"architecture":"unknown","os":"unknown","config":{}})");
+    archive.file(blob('b'), R"({"config":)" + reference('a') + "}}");
+    archive.file("index.json", R"({"manifests":[)" + reference('d') + "}," + reference('b') +
+                                   R"(,"annotations":{"vnd.docker.reference.type":"attestation-manifest"}}]})");
+    const kelpctl::SavedImages images = read(archive.finished()).images;
+    ASSERT_EQ(images.all.size(), 1U);
+    EXPECT_EQ(images.all[0].processor, "amd64");
+}
+
 TEST(Contents, ListThatLeadsToItselfEnds)
 {
     TarArchive archive;

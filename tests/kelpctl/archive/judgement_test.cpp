@@ -112,6 +112,17 @@ TEST(ArchiveJudgement, ProcessorIsComparedWhereBothAreKnown)
     EXPECT_THAT(judged(read(rootFileSystem()), Purpose::distribution, ""), IsEmpty());
 }
 
+TEST(ArchiveJudgement, OneOfSeveralProcessorsThatFitsIsEnough)
+{
+    ArchiveFacts facts = read(savedImage("kelp_hub_R1", "arm64"));
+    facts.images.all.push_back(facts.images.all.front());
+    EXPECT_THAT(judged(facts, Purpose::loadedImage), ElementsAre("ARCHIVE_OTHER_PROCESSOR"));
+    facts.images.all.back().processor = "amd64";
+    EXPECT_THAT(judged(facts, Purpose::loadedImage), IsEmpty());
+    facts.images.all.back().processor = "";
+    EXPECT_THAT(judged(facts, Purpose::loadedImage), IsEmpty());
+}
+
 TEST(ArchiveJudgement, ImageWithoutAProgramIsNoted)
 {
     EXPECT_THAT(judged(read(savedImage("kelp_hub_R1", "amd64", "{}")), Purpose::loadedImage),
