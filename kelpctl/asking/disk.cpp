@@ -1,5 +1,6 @@
 #include "asking/disk.h"
 
+#include "terminal/counters.h"
 #include "terminal/registrations.h"
 
 #include "host/files.h"
@@ -8,7 +9,6 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
-#include <system_error>
 #include <vector>
 
 namespace kelpctl {
@@ -37,13 +37,6 @@ std::string utf8(const std::filesystem::path& path)
     }
 }
 
-std::optional<std::uintmax_t> sizeOf(const std::filesystem::path& path)
-{
-    std::error_code error;
-    const std::uintmax_t bytes = std::filesystem::file_size(path, error);
-    return error ? std::nullopt : std::optional(bytes);
-}
-
 } // namespace
 
 std::optional<Disk> diskOf(const std::string& distribution)
@@ -56,7 +49,7 @@ std::optional<Disk> diskOf(const std::string& distribution)
         return std::nullopt;
     }
     const DiskState state = stateOf(found->disk);
-    return Disk{utf8(found->disk), state, state == DiskState::present ? sizeOf(found->disk) : std::nullopt};
+    return Disk{utf8(found->disk), state, state == DiskState::present ? sizeOfOpened(found->disk) : std::nullopt};
 }
 
 } // namespace kelpctl

@@ -41,7 +41,11 @@ Volume targetVolume(const Context& context, Purpose purpose)
         return temporaryVolume();
     }
     const std::string client = orb::lvm::getContainerExecutablePath();
-    return client.empty() ? Volume() : engineVolume(context.programs, client);
+    // The room is a note: an engine that hangs is not waited for.
+    context.journal.limitEachRun(context.request.timeLimit);
+    Volume volume = client.empty() ? Volume() : engineVolume(context.programs, client);
+    context.journal.limitEachRun(std::nullopt);
+    return volume;
 }
 
 std::vector<Finding> findingsAbout(const ArchiveFacts& facts, const std::string& name, const ArchiveTarget& expected,
@@ -55,10 +59,15 @@ std::vector<Finding> findingsAbout(const ArchiveFacts& facts, const std::string&
     return findings;
 }
 
-// Reads all of it, and shows how far it is.
-ArchiveFacts readWhole(const Context& context, const std::filesystem::path& file)
-{
+struct Looked {
     ArchiveFacts facts;
+    Volume volume;
+};
+
+// Reads all of it, and shows how far it is; then looks at where it would go.
+Looked lookAtAll(const Context& context, const std::filesystem::path& file, Purpose purpose)
+{
+    Looked looked;
     std::atomic<std::uintmax_t> done = 0;
     const std::uintmax_t all = lookAtFile(file).fileBytes;
     Reading reading;
@@ -72,9 +81,12 @@ ArchiveFacts readWhole(const Context& context, const std::filesystem::path& file
         const std::uintmax_t percent = all < 100 ? 100 : std::min<std::uintmax_t>(done / (all / 100), 100);
         return shortSizeText(done) + " of " + shortSizeText(all) + " (" + std::to_string(percent) + " %)";
     };
-    work(
-        context, [&] { facts = readArchive(file, reading); }, progress);
-    return facts;
+    const auto look = [&] {
+        looked.facts = readArchive(file, reading);
+        looked.volume = targetVolume(context, purpose);
+    };
+    work(context, look, progress);
+    return looked;
 }
 
 // The one that the library takes. Nothing when there is none.
@@ -121,8 +133,7 @@ Outcome archive(const Context& context)
     const Request& request = context.request;
     const Names names = namesOf(request);
     const ArchiveTarget expected = targetOf(request);
-    const ArchiveFacts facts = readWhole(context, rules::toPath(request.archive));
-    const Volume volume = targetVolume(context, expected.purpose);
+    const auto [facts, volume] = lookAtAll(context, rules::toPath(request.archive), expected.purpose);
     const std::vector<Finding> findings = findingsAbout(facts, request.archive, expected, volume);
     const bool good = problemIn(findings) == nullptr;
 

@@ -144,8 +144,12 @@ void addContainerThatRuns(const Context& context, Outcome& outcome)
         return;
     }
     const Names names = namesOf(context.request);
-    const std::string client = orb::lvm::getContainerExecutablePath();
-    if (!client.empty() && askContainer(context.programs, client, names.container) == ContainerState::running) {
+    ContainerState state = ContainerState::missing;
+    work(context, [&] {
+        const std::string client = orb::lvm::getContainerExecutablePath();
+        state = client.empty() ? state : askContainer(context.programs, client, names.container);
+    });
+    if (state == ContainerState::running) {
         outcome.lines.push_back("The container " + names.container + " still runs; \"" + names.invocation +
                                 " stop --container " + names.container + "\" removes it.");
     }
@@ -189,8 +193,12 @@ Outcome containerChanged(const Context& context, const char* change)
 // The container uses the host's network, which is another machine's under Docker Desktop.
 std::vector<Report> notesOnReaching(const Context& context)
 {
-    if (!traitsOf(selectedBackend()).hasContainers ||
-        askEngine(context.programs, orb::lvm::getContainerExecutablePath()).product != DockerProduct::desktop) {
+    if (!traitsOf(selectedBackend()).hasContainers) {
+        return {};
+    }
+    DockerEngine engine;
+    work(context, [&] { engine = askEngine(context.programs, orb::lvm::getContainerExecutablePath()); });
+    if (engine.product != DockerProduct::desktop) {
         return {};
     }
     return {makeReport(Failure("HOST_NETWORKING_OPTIONAL"), {}, std::nullopt, context.request)};

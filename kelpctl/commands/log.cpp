@@ -86,7 +86,7 @@ Log::Log(const Request& request, std::ostream& error) : parts_(std::make_unique<
     parts_->sink =
         foundation::core::diag::attach_sink([target, secrets = secretsOf(request)](const log_record& record) {
             if (isOurs(record.channel)) {
-                *target << logLine(record, secrets) << '\n' << std::flush;
+                *target << logLine(record, secrets) + '\n' << std::flush;
             }
         });
 }

@@ -1,6 +1,7 @@
 #include "commands/support.h"
 
 #include "asking/disk.h"
+#include "asking/limited.h"
 #include "asking/wsl_config.h"
 #include "commands/work.h"
 #include "doctor/doctor.h"
@@ -118,12 +119,13 @@ void addEnvironment(Collection& all)
     all.add("environment.json", "variables", variables);
 }
 
-void addRegistrations(Collection& all)
+void addRegistrations(Collection& all, std::chrono::seconds timeLimit)
 {
     constexpr std::array states = {"present", "gone", "unreachable"};
     json::array list;
     for (const Registration& registration : registrations()) {
-        const std::optional<Disk> disk = diskOf(registration.name);
+        const std::optional<Disk> disk =
+            within(timeLimit, [name = registration.name] { return diskOf(name); }).value_or(std::nullopt);
         list.push_back(
             json::object{{"name", registration.name},
                          {"installed", registration.installed},
@@ -218,7 +220,7 @@ std::vector<ZipEntry> reportEntries(const Context& context)
             describe(found, judge(found), namesOf(request), false).object);
     addKeptFailure(all);
     addEnvironment(all);
-    addRegistrations(all);
+    addRegistrations(all, found.timeLimit);
     addWslConfig(all, found);
     addProbes(all, limited, found);
     return all.take();

@@ -3,6 +3,7 @@
 #include "archive/description.h"
 #include "archive/judgement.h"
 #include "archive/reading.h"
+#include "asking/limited.h"
 #include "asking/volume.h"
 #include "request/backend.h"
 #include "terminal/json.h"
@@ -15,6 +16,8 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
+#include <utility>
 
 namespace kelpctl {
 namespace {
@@ -28,9 +31,9 @@ std::string archiveName(const char16_t* name)
     return foundation::core::text::cvt_ustring_utf8(name);
 }
 
-const Archive* takenOf(const Examination& found)
+const Archive* takenOf(const std::vector<Archive>& archives)
 {
-    return findIn(found.archives, [](const Archive& archive) { return archive.taken; });
+    return findIn(archives, [](const Archive& archive) { return archive.taken; });
 }
 
 std::filesystem::path nameOf(const std::string& name)
@@ -50,15 +53,38 @@ void take(std::vector<Archive>& archives, const rules::DefaultArchives& names)
     }
 }
 
+constexpr char notToldInTime[] = "the system did not tell in time";
+
+struct ArchivesSeen {
+    std::string failure;
+    std::vector<Archive> all;
+    ArchiveFacts taken;
+};
+
+ArchivesSeen lookInto(const std::filesystem::path& folder, const rules::DefaultArchives& names)
+{
+    ArchivesSeen seen;
+    seen.failure = reasonOf([&] {
+        seen.all = lookAtArchives(folder, names);
+        if (const Archive* taken = takenOf(seen.all)) {
+            seen.taken = readArchive(folder / nameOf(taken->name), quickLook());
+        }
+    });
+    return seen;
+}
+
 void examineArchives(const Context& context, Examination& found)
 {
     found.processor = processorName();
     found.archiveFolderFailure = reasonOf([&] {
         const std::filesystem::path folder(orb::lvm::getContainerTarsDirectory());
         found.archiveFolder = utf8OrEmpty(folder.u16string());
-        found.archives = lookAtArchives(folder, traitsOf(found.backend).archives);
-        if (const Archive* taken = takenOf(found)) {
-            found.taken = readArchive(folder / nameOf(taken->name), quickLook());
+        const auto look = [folder, names = traitsOf(found.backend).archives] { return lookInto(folder, names); };
+        ArchivesSeen seen = within(found.timeLimit, look).value_or(ArchivesSeen{notToldInTime, {}, {}});
+        found.archives = std::move(seen.all);
+        found.taken = std::move(seen.taken);
+        if (!seen.failure.empty()) {
+            throw std::runtime_error(seen.failure);
         }
     });
     if (found.backend == Backend::docker && found.docker.engine.reachable()) {
@@ -90,7 +116,7 @@ void judgeArchives(const Examination& found, Findings& findings)
     if (!findings.needsCreation()) {
         return;
     }
-    if (const Archive* taken = takenOf(found)) {
+    if (const Archive* taken = takenOf(found.archives)) {
         judgeTaken(found, *taken, findings);
     } else if (found.rootExists) {
         findings.add(findings.needed(), "ARCHIVE_NOT_INSTALLED",
@@ -130,7 +156,7 @@ void describeArchives(const Examination& found, CheckOutput& out)
     out.member("archives") = {{"folder", textOrNull(found.archiveFolder)},
                               {"failure", textOrNull(found.archiveFolderFailure)},
                               {"files", listOf(true, found.archives, fileObject)},
-                              {"taken", takenOf(found) == nullptr ? json::value() : takenObject(found.taken)}};
+                              {"taken", takenOf(found.archives) == nullptr ? json::value() : takenObject(found.taken)}};
     const bool known = found.archiveFolderFailure.empty();
     out.judged("folder", known ? found.archiveFolder : "not known: " + found.archiveFolderFailure, false);
     for (const Archive& archive : found.archives) {

@@ -1,6 +1,7 @@
 #include "doctor/environment.h"
 
 #include "archive/judgement.h"
+#include "asking/limited.h"
 #include "asking/volume.h"
 #include "request/backend.h"
 #include "request/request.h"
@@ -91,7 +92,8 @@ void examineTree(const Context& context, Examination& found)
         const path::Pathname native = path::make_native_form(path::get_install_path(), path::native_form);
         found.root.value = text::cvt_ustring_utf8(native.text);
     });
-    reasonOf([&found] { found.rootExists = std::filesystem::is_directory(rules::toPath(found.root.value)); });
+    const auto isThere = [root = found.root.value] { return std::filesystem::is_directory(rules::toPath(root)); };
+    found.rootExists = within(found.timeLimit, isThere).value_or(false);
 }
 
 void describeTree(const Examination& found, CheckOutput& out)
@@ -126,16 +128,22 @@ void describeNames(const Examination& found, CheckOutput& out)
     }
 }
 
+TemporaryFolder lookAt(const std::filesystem::path& path, TemporaryFolder temporary)
+{
+    std::error_code error;
+    temporary.exists = std::filesystem::is_directory(path, error);
+    temporary.writable = temporary.exists && mayWriteInto(path);
+    temporary.freeBytes = volumeOf(path).freeBytes;
+    return temporary;
+}
+
 void examineTemporaryFolder(const Context& /*context*/, Examination& found)
 {
-    TemporaryFolder& temporary = found.temporary;
-    reasonOf([&temporary] {
-        std::error_code error;
+    reasonOf([&found] {
         const std::filesystem::path path = temporaryPath();
-        temporary.path = utf8OrEmpty(path.u16string());
-        temporary.exists = std::filesystem::is_directory(path, error);
-        temporary.writable = temporary.exists && mayWriteInto(path);
-        temporary.freeBytes = volumeOf(path).freeBytes;
+        TemporaryFolder unseen;
+        unseen.path = utf8OrEmpty(path.u16string());
+        found.temporary = within(found.timeLimit, [path, unseen] { return lookAt(path, unseen); }).value_or(unseen);
     });
 }
 
