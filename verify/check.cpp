@@ -54,6 +54,12 @@ void judgeKnownDifference(const Fact& fact, Result& result)
     }
 }
 
+void giveUpOn(Result& result, const std::exception& error)
+{
+    result.verdict = Verdict::notChecked;
+    result.why = error.what();
+}
+
 } // namespace
 
 Result check(const Fact& fact, Steps& steps, const Names& names, bool underWine)
@@ -68,12 +74,15 @@ Result check(const Fact& fact, Steps& steps, const Names& names, bool underWine)
         if (goesOn) {
             result.verdict = Verdict::asClaimed;
         }
+    } catch (const std::exception& error) {
+        giveUpOn(result, error);
+    }
+    try {
         for (const json::value& step : fact.finally) {
             steps.perform(step.as_object());
         }
     } catch (const std::exception& error) {
-        result.verdict = Verdict::notChecked;
-        result.why = error.what();
+        giveUpOn(result, error);
     }
     if (interrupted()) {
         result.verdict = Verdict::notChecked;

@@ -86,10 +86,10 @@ std::string Names::get(std::string_view placeholder) const
     return found == values_.end() ? std::string() : found->second;
 }
 
-// One or two letters would be found in everything, and some names are nobody's.
+// One letter would be found in everything, and some names are nobody's.
 void Names::hideWord(const std::string& placeholder, const std::string& word)
 {
-    constexpr std::size_t shortest = 3;
+    constexpr std::size_t shortest = 2;
     for (const std::string_view nobodys : {"root", "user", "admin", "administrator", "runneradmin"}) {
         std::string small = word;
         std::transform(small.begin(), small.end(), small.begin(), lower);

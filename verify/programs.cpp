@@ -14,6 +14,7 @@ namespace {
 
 std::atomic<bool> wasInterrupted = false;
 std::atomic<bool> cleans = false;
+std::atomic<bool> lent = false;
 
 Answer answerOf(std::string output)
 {
@@ -56,7 +57,19 @@ Answer runProgram(const Program& program)
 
 void interrupt() noexcept
 {
-    wasInterrupted = true;
+    if (!lent) {
+        wasInterrupted = true;
+    }
+}
+
+ConsoleLent::ConsoleLent() noexcept
+{
+    lent = true;
+}
+
+ConsoleLent::~ConsoleLent()
+{
+    lent = false;
 }
 
 bool interrupted() noexcept

@@ -29,6 +29,14 @@ Answer runProgram(const Program& program);
 // Ends the program that runs, and every one that is started later, until the program is to clean up.
 void interrupt() noexcept;
 bool interrupted() noexcept;
+// While one lives, another program has the console, and Ctrl-C is for that one.
+class ConsoleLent {
+public:
+    ConsoleLent() noexcept;
+    ~ConsoleLent();
+    ConsoleLent(const ConsoleLent&) = delete;
+    ConsoleLent& operator=(const ConsoleLent&) = delete;
+};
 // From now on programs run although the user has interrupted.
 void cleaningUp() noexcept;
 

@@ -83,11 +83,15 @@ void wait(std::int64_t seconds)
     }
 }
 
-// The last run with the console's own streams is not captured: a person says what it was like.
-Answer showAndAsk(const std::vector<std::string>& arguments, const std::string& question)
+// A run with the console's own streams is not captured: a person says what it was like.
+Answer showAndAsk(const std::vector<std::string>& arguments, const std::string& before, const std::string& question)
 {
+    std::cout << "\n" << before << (before.empty() ? "" : "\n") << std::flush;
     Answer answer;
-    answer.status = orb::process::detail::runAttached(arguments);
+    {
+        const ConsoleLent lent;
+        answer.status = orb::process::detail::runAttached(arguments);
+    }
     std::cout << "\n" << question << " [y/n] " << std::flush;
     std::getline(std::cin, answer.output);
     return answer;
@@ -160,7 +164,7 @@ Step Steps::perform(const json::object& step)
         for (const json::value& argument : step.at(kind).as_array()) {
             arguments.push_back(names_.filled(json::value_to<std::string>(argument)));
         }
-        done.answer = showAndAsk(arguments, textAt(step, "ask"));
+        done.answer = showAndAsk(arguments, textAt(step, "tell"), textAt(step, "ask"));
     } else {
         done.answer = deed(step, kind);
     }

@@ -3,5 +3,6 @@ rem Compares this computer with what libzqorb_lvm takes for granted. README.txt 
 "%~dp0bin\win64\facts.exe" %*
 set status=%errorlevel%
 rem Whoever has clicked on this file wants to read before the window closes.
-if "%~1"=="" for %%w in (%cmdcmdline%) do if /i "%%~w"=="/c" pause
+set "line=%cmdcmdline:"=%"
+if "%~1"=="" if not "%line:/c=%"=="%line%" pause
 exit /b %status%

@@ -1,5 +1,6 @@
 #include "test_child.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <iostream>
 
@@ -139,15 +140,22 @@ int nestJob(const std::vector<std::string>& arguments)
     return 0;
 }
 
-// The names of all variables, a line each, as they arrived.
-int printVariableNames()
+// The names of the variables, a line each, as they arrived: of all, or of those that are named, in whatever letters.
+int printVariableNames(const std::vector<std::string>& wanted)
 {
+    const auto isWanted = [&wanted](const std::string& name) {
+        return wanted.empty() || std::any_of(wanted.begin(), wanted.end(), [&name](const std::string& each) {
+                   return _stricmp(each.c_str(), name.c_str()) == 0;
+               });
+    };
     wchar_t* const strings = GetEnvironmentStringsW();
     for (const wchar_t* next = strings; *next != L'\0';) {
         std::wstring line = next;
         next += line.size() + 1;
         line.resize(line.find(L'=', 1));
-        std::cout << utf8(line) << '\n';
+        if (const std::string name = utf8(line); isWanted(name)) {
+            std::cout << name << '\n';
+        }
     }
     FreeEnvironmentStringsW(strings);
     return 0;
@@ -190,7 +198,10 @@ std::optional<int> systemMode(const std::vector<std::string>& arguments)
     if (arguments[1] == "hold-file") {
         return holdFile(arguments);
     }
-    return arguments[1] == "variable-names" ? std::optional<int>(printVariableNames()) : std::nullopt;
+    if (arguments[1] == "variable-names") {
+        return printVariableNames({arguments.begin() + 2, arguments.end()});
+    }
+    return std::nullopt;
 }
 
 int wmain(int count, wchar_t** wideArguments)

@@ -36,9 +36,11 @@ TEST(VerifyNames, LeaveWhatIsNobodysNameAndWhatIsTooShort)
 {
     Names names;
     names.hideWord("<user>", "Root");
-    names.hideWord("<user>", "al");
+    names.hideWord("<user>", "a");
     names.hideWord("<machine>", "");
-    EXPECT_EQ(names.hidden("/root of al"), "/root of al");
+    EXPECT_EQ(names.hidden("/root of a man"), "/root of a man");
+    names.hideWord("<user>", "al");
+    EXPECT_EQ(names.hidden("/root of al"), "/root of <user>");
 }
 
 TEST(VerifyNames, AreHiddenInBytesOfBothEncodings)
