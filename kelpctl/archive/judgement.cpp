@@ -158,19 +158,21 @@ bool runs(const std::string& computer, const std::string& processor)
 Subject otherProcessor(const Case& each)
 {
     const std::string& computer = each.expected.processor;
-    std::vector<std::string> processors = {each.facts.root.processor};
-    if (each.is(Purpose::loadedImage)) {
-        processors.clear();
-        for (const SavedImage& image : each.facts.images.all) {
-            processors.push_back(image.processor);
-        }
+    // What is not known may fit.
+    const auto mayRun = [&computer](const std::string& processor) {
+        return computer.empty() || processor.empty() || runs(computer, processor);
+    };
+    if (!each.is(Purpose::loadedImage)) {
+        const std::string& processor = each.facts.root.processor;
+        return when(!mayRun(processor), processor + " / " + computer);
     }
-    // One of several that fits is enough, and one that is not known may fit.
-    const bool fits = std::any_of(processors.begin(), processors.end(), [&computer](const std::string& processor) {
-        return processor.empty() || runs(computer, processor);
-    });
-    return when(!computer.empty() && !processors.empty() && !fits,
-                (processors.empty() ? std::string() : processors.front()) + " / " + computer);
+    // One of several that fits is enough.
+    const std::vector<SavedImage>& images = each.facts.images.all;
+    if (images.empty() || std::any_of(images.begin(), images.end(),
+                                      [&mayRun](const SavedImage& image) { return mayRun(image.processor); })) {
+        return std::nullopt;
+    }
+    return images.front().processor + " / " + computer;
 }
 
 Subject noProgram(const Case& each)

@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <array>
-#include <stdexcept>
 #include <utility>
 
 namespace kelpctl {
@@ -76,17 +75,16 @@ ArchivesSeen lookInto(const std::filesystem::path& folder, const rules::DefaultA
 void examineArchives(const Context& context, Examination& found)
 {
     found.processor = processorName();
-    found.archiveFolderFailure = reasonOf([&] {
-        const std::filesystem::path folder(orb::lvm::getContainerTarsDirectory());
+    std::filesystem::path folder;
+    found.archiveFolderFailure = reasonOf([&folder] { folder = orb::lvm::getContainerTarsDirectory(); });
+    if (found.archiveFolderFailure.empty()) {
         found.archiveFolder = utf8OrEmpty(folder.u16string());
         const auto look = [folder, names = traitsOf(found.backend).archives] { return lookInto(folder, names); };
         ArchivesSeen seen = within(found.timeLimit, look).value_or(ArchivesSeen{notToldInTime, {}, {}});
+        found.archiveFolderFailure = std::move(seen.failure);
         found.archives = std::move(seen.all);
         found.taken = std::move(seen.taken);
-        if (!seen.failure.empty()) {
-            throw std::runtime_error(seen.failure);
-        }
-    });
+    }
     if (found.backend == Backend::docker && found.docker.engine.reachable()) {
         found.engineVolume = engineVolume(context.programs, found.docker.client);
     }

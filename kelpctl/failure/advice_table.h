@@ -201,9 +201,8 @@ inline constexpr std::array allAdvice = {
     Advice{"DISK_GONE",
            "The distribution {2} is registered, but its disk is gone, as when Windows' Storage Sense, a cleaner or a "
            "terminal server has emptied the temporary folder: {4}",
-           "Run \"{1} remove {2}\", which finds nothing left to lose, then create it again: the hub's own with \"{1} "
-           "setup\", "
-           "another one with \"{1} provision\"."},
+           "Run \"{1} remove {2}\", which finds nothing left to lose, then create it again: the hub's own with "
+           "\"{1} setup\", another one with \"{1} provision\"."},
     Advice{"DISK_UNREACHABLE", "The disk of the distribution {2} cannot be looked at: {4}",
            "Connect the drive that it is on, or check that you may read its folder; then try again."},
     Advice{"WSL_DISK_DENIED", "WSL may not open the distribution's disk.",

@@ -18,7 +18,7 @@ constexpr AdviceKey none;
 
 // From the special to the general. What contexts mean: without Service it is the client's own doing; CreateVm is before
 // any distribution is touched, MountDisk (MountVhd until 2.4) is a distribution's disk; CallMsi, Install and
-// UpdatePackage are WSL's own installation.
+// UpdatePackage are WSL's own installation. Codes have the names that Windows and WSL give them.
 constexpr auto table = std::to_array<WslCause>({
     // What keeps WSL's virtual machine from starting.
     {"Plugin", "", "WSL_PLUGIN"},

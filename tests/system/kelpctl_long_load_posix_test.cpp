@@ -135,6 +135,21 @@ protected:
     Engine engine;
 };
 
+// What the archive holds is known without the engine; only the room on its disk is not.
+TEST_F(LongLoad, ArchiveIsLookedIntoThoughTheEngineHangs)
+{
+    engine.stop();
+    const auto start = std::chrono::steady_clock::now();
+    RunOptions limited;
+    limited.setTerminationHandler(
+        [start] { return std::chrono::steady_clock::now() - start > std::chrono::minutes(1); });
+    const RunResult told = run({KELPCTL_PROGRAM, "--docker", "--release", "r2026b", "archive",
+                                utf8(DockerEngine::archive("kelp_hub_docker.tar.gz"))},
+                               {}, {}, false, limited);
+    EXPECT_EQ(told.status, 0) << told.standardError;
+    EXPECT_NE(told.standardOutput.find("can be created from it."), std::string::npos) << told.standardOutput;
+}
+
 TEST_F(LongLoad, IsToldWhileItGoesOnAndWhenTheEngineStandsStill)
 {
     const std::filesystem::path archive = savedImage(docker, folder.path(), 200);
