@@ -1,5 +1,5 @@
-// A distribution that is registered with WSL while this lives: in the user's registry on Windows, in that of a stand-in of
-// the test's own elsewhere. One at a time elsewhere.
+// A distribution that is registered with WSL while this lives, for this process alone: in a registry of its own on Windows,
+// in that of a stand-in of the test's own elsewhere. One at a time elsewhere.
 #pragma once
 
 #include "environment_variable.h"
