@@ -1,5 +1,4 @@
-// A distribution that is registered with WSL while this lives, for this process alone: in a registry of its own on Windows,
-// in that of a stand-in of the test's own elsewhere. One at a time elsewhere.
+// Distributions that are registered with WSL, for tests.
 #pragma once
 
 #include "environment_variable.h"
@@ -9,6 +8,21 @@
 #include <optional>
 #include <string>
 
+// While this lives, what this process registers is seen by no other, not even by its children: tests run side by side, and
+// have one user. Only Windows needs that.
+class OwnRegistry {
+public:
+    OwnRegistry();
+    ~OwnRegistry();
+    OwnRegistry(const OwnRegistry&) = delete;
+    OwnRegistry& operator=(const OwnRegistry&) = delete;
+
+private:
+    std::wstring path_;
+};
+
+// A distribution that is registered with WSL while this lives: in the user's registry on Windows, in that of a stand-in of
+// the test's own elsewhere. One at a time elsewhere.
 class Registered {
 public:
     struct Entry {

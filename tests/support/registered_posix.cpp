@@ -3,6 +3,10 @@
 #include <fstream>
 #include <iomanip>
 
+OwnRegistry::OwnRegistry() = default;
+
+OwnRegistry::~OwnRegistry() = default;
+
 Registered::Registered(const Entry& entry)
 {
     state_.emplace("WSL_STAND_IN_STATE", folder_.path().string());

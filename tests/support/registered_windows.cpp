@@ -17,41 +17,32 @@ void setNumber(HKEY key, const wchar_t* name, DWORD number)
     RegSetValueExW(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
 }
 
-// A user's registry that only this process sees, for tests run side by side.
-class OwnRegistry {
-public:
-    OwnRegistry()
-    {
-        if (RegCreateKeyExW(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr,
-                            &key_, nullptr) != ERROR_SUCCESS ||
-            RegOverridePredefKey(HKEY_CURRENT_USER, key_) != ERROR_SUCCESS) {
-            throw std::runtime_error("the user has no registry of this process");
-        }
-    }
-    ~OwnRegistry()
-    {
-        RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-        RegCloseKey(key_);
-        RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
-    }
-    OwnRegistry(const OwnRegistry&) = delete;
-    OwnRegistry& operator=(const OwnRegistry&) = delete;
-
-private:
-    std::wstring path_ = L"Software\\zqorb_lvm-test-" + std::to_wstring(GetCurrentProcessId());
-    HKEY key_ = nullptr;
-};
-
 } // namespace
+
+OwnRegistry::OwnRegistry() : path_(L"Software\\zqorb_lvm-test-" + std::to_wstring(GetCurrentProcessId()))
+{
+    HKEY key = nullptr;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                        &key, nullptr) != ERROR_SUCCESS ||
+        RegOverridePredefKey(HKEY_CURRENT_USER, key) != ERROR_SUCCESS) {
+        throw std::runtime_error("this process cannot have a registry of its own");
+    }
+    RegCloseKey(key);
+}
+
+OwnRegistry::~OwnRegistry()
+{
+    RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+    RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
+}
 
 // WSL writes folders with the prefix that lifts the limit of 260 letters.
 Registered::Registered(const Entry& entry)
     : key_(L"Software\\Microsoft\\Windows\\CurrentVersion\\Lxss\\{" + folder_.path().filename().wstring() + L"}")
 {
-    static const OwnRegistry own;
     HKEY key = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, key_.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_WRITE, nullptr, &key, nullptr) !=
-        ERROR_SUCCESS) {
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, key_.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_WRITE, nullptr, &key,
+                        nullptr) != ERROR_SUCCESS) {
         throw std::runtime_error("the registry cannot be written to");
     }
     setText(key, L"DistributionName", {entry.name.begin(), entry.name.end()});

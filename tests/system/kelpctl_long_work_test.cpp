@@ -27,14 +27,14 @@ class LongImport : public testing::Test {
 protected:
     ~LongImport() override
     {
-        wsl.run({"--unregister", "kelp_hub_R2026b"});
+        wsl.run({"--unregister", "kelp_hub_R2027a"});
         wsl.clear();
     }
 
     RunResult setup(std::vector<std::string> options) const
     {
         const std::vector<std::string> front = {KELPCTL_PROGRAM, "--root", utf8(tree.root()), "--wsl",
-                                                "--release",     "R2026b", "setup",           utf8(hubArchive())};
+                                                "--release",     "R2027a", "setup",           utf8(hubArchive())};
         options.insert(options.begin(), front.begin(), front.end());
         return orb::process::detail::run(options);
     }
@@ -88,10 +88,10 @@ TEST_F(LongImport, ThatStandsStillIsEndedWhenTheUserWantsIt)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 60s);
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.standardError,
-                StartsWith("kelpctl setup: Nothing has come to the disk of kelp_hub_R2026b for "));
+                StartsWith("kelpctl setup: Nothing has come to the disk of kelp_hub_R2027a for "));
     EXPECT_THAT(result.standardError, HasSubstr("error: WORK_STALLED"));
-    EXPECT_THAT(result.standardError, HasSubstr("cause: WSL may still be importing kelp_hub_R2026b into "));
-    EXPECT_THAT(result.standardError, HasSubstr("--import kelp_hub_R2026b "));
+    EXPECT_THAT(result.standardError, HasSubstr("cause: WSL may still be importing kelp_hub_R2027a into "));
+    EXPECT_THAT(result.standardError, HasSubstr("--import kelp_hub_R2027a "));
     EXPECT_THAT(wsl.distributions(), IsEmpty());
 }
 
@@ -101,7 +101,7 @@ TEST_F(LongImport, ThatStandsStillForAWhileOnlySaysSo)
     const RunResult result = setup({"--stall-limit", "2"});
     EXPECT_EQ(result.status, 0) << result.standardError;
     EXPECT_THAT(result.standardError, HasSubstr("the import may be stuck"));
-    EXPECT_THAT(wsl.distributions(), ElementsAre("kelp_hub_R2026b"));
+    EXPECT_THAT(wsl.distributions(), ElementsAre("kelp_hub_R2027a"));
 }
 
 TEST_F(LongImport, IsPreparedUntilItsDiskComes)

@@ -60,7 +60,7 @@ protected:
     json::value errorOf(const std::vector<std::string>& arguments) const
     {
         std::vector<std::string> line = {KELPCTL_PROGRAM, "--json", "--wsl",          "--release",
-                                         "R2026b",        "--root", utf8(tree.root())};
+                                         "R2027a",        "--root", utf8(tree.root())};
         line.insert(line.end(), arguments.begin(), arguments.end());
         return json::parse(orb::process::detail::run(line).standardOutput).at("error");
     }
@@ -76,7 +76,7 @@ TEST_P(WslRow, IsMetByARun)
     const WslCause& row = GetParam();
     const std::string path = pathOf(row);
     ASSERT_EQ(kelpctl::causeOfWslPath(path, workOf(row)), row.cause);
-    imports(row) ? tree.install() : wsl.import("kelp_hub_R2026b");
+    imports(row) ? tree.install() : wsl.import("kelp_hub_R2027a");
     const EnvironmentVariable mode("WSL_STAND_IN_MODE", "code=" + path + (imports(row) ? "@import" : "@exec"));
     const json::value error = imports(row) ? errorOf({"setup"}) : errorOf({"exec", "--", "uname"});
     EXPECT_EQ(error.at("evidence").at("code"), json::value(path));

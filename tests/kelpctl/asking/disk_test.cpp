@@ -22,6 +22,7 @@ class DistributionDisk : public testing::Test {
 protected:
     void fill() const { std::ofstream(folder.path() / "ext4.vhdx") << std::string(1234, 'x'); }
 
+    OwnRegistry registry;
     TemporaryFolder folder;
 };
 

@@ -286,6 +286,7 @@ protected:
         return {std::string(error.at("cause").at("identifier").as_string()), next};
     }
 
+    OwnRegistry registry;
     TemporaryFolder folder;
 };
 
