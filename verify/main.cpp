@@ -4,7 +4,7 @@
 #include "programs.h"
 #include "report.h"
 #include "system.h"
-#include "zip.h"
+#include "terminal/zip.h"
 
 #include "host/files.h"
 
@@ -148,7 +148,7 @@ int verifyAll(const Options& options)
     forgetVariables();
     Run run;
     run.begun = now("%Y-%m-%dT%H:%M:%SZ");
-    run.facts = std::to_string(crc32(contentOf(table)));
+    run.facts = std::to_string(kelpctl::crc32(contentOf(table)));
     run.options = options.written();
     run.underWine = runsOnWine();
     const Machine machine = examineMachine();

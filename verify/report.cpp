@@ -1,6 +1,6 @@
 #include "report.h"
 
-#include "zip.h"
+#include "terminal/zip.h"
 
 #include "host/text.h"
 
@@ -180,18 +180,17 @@ std::string reportJson(const Run& run, const Names& names)
 std::string reportArchive(const Run& run, const Names& names)
 {
     constexpr std::size_t longest = 65536;
-    Zip zip;
-    zip.add("report.txt", reportText(run, names));
-    zip.add("report.json", reportJson(run, names));
+    std::vector<kelpctl::ZipEntry> entries{{"report.txt", reportText(run, names)},
+                                           {"report.json", reportJson(run, names)}};
     for (const Result& result : run.results) {
         int number = 0;
         for (const Step& step : result.steps) {
             const std::string name = "raw/" + result.fact->id + "-" + std::to_string(++number);
-            zip.add(name + ".stdout", names.hiddenInBytes(step.answer.output.substr(0, longest)));
-            zip.add(name + ".stderr", names.hiddenInBytes(step.answer.errors.substr(0, longest)));
+            entries.push_back({name + ".stdout", names.hiddenInBytes(step.answer.output.substr(0, longest))});
+            entries.push_back({name + ".stderr", names.hiddenInBytes(step.answer.errors.substr(0, longest))});
         }
     }
-    return zip.finished();
+    return kelpctl::zipOf(entries);
 }
 
 } // namespace verify

@@ -1,23 +1,10 @@
 #include "terminal/zip.h"
 
-#include <cstdint>
+#include <boost/crc.hpp>
 
 // After PKWARE's APPNOTE.TXT, 4.3: a local header in front of each file, and the central directory with all of them.
 namespace kelpctl {
 namespace {
-
-std::uint32_t crc32(std::string_view bytes)
-{
-    constexpr std::uint32_t polynomial = 0xEDB88320;
-    std::uint32_t sum = ~std::uint32_t{0};
-    for (const char byte : bytes) {
-        sum ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit) {
-            sum = sum >> 1 ^ ((sum & 1) == 0 ? 0 : polynomial);
-        }
-    }
-    return ~sum;
-}
 
 // Little-endian, in so many bytes.
 std::string number(std::size_t value, int bytes)
@@ -52,6 +39,13 @@ std::string zipOf(const std::vector<ZipEntry>& entries)
     const std::string end = "PK\x05\x06" + number(0, 4) + number(entries.size(), 2) + number(entries.size(), 2) +
                             number(directory.size(), 4) + number(files.size(), 4) + number(0, 2);
     return files + directory + end;
+}
+
+std::uint32_t crc32(std::string_view bytes)
+{
+    boost::crc_32_type sum;
+    sum.process_bytes(bytes.data(), bytes.size());
+    return sum.checksum();
 }
 
 } // namespace kelpctl
