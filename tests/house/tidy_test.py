@@ -32,7 +32,7 @@ class Findings(unittest.TestCase):
     def write(self, name, text):
         (self.root / name).write_text(text)
 
-    def findings(self, *options):
+    def findings(self, *options, checks=()):
         for cache in (checker.fingerprint, checker.checks_in):
             cache.cache_clear()
         command = " ".join(["g++ -Winvalid-pch -include x/cmake_pch.hxx", *options, "-o a.o -c a.cpp"])
@@ -40,7 +40,7 @@ class Findings(unittest.TestCase):
         entry = checker.entry_for(compiled, [])
         self.write("compile_commands.json", json.dumps([entry]))
         with mock.patch.object(checker.subprocess, "run", wraps=checker.subprocess.run) as run:
-            found = checker.findings_in("a.cpp", entry)
+            found = checker.findings_in("a.cpp", entry, *checks)
         self.looked = any("-quiet" in call.args[0] for call in run.call_args_list)
         return found
 
@@ -69,6 +69,13 @@ class Findings(unittest.TestCase):
             self.assertEqual((self.findings(), self.looked), ("", True))
             self.assertEqual((self.findings(), self.looked), ("", False))
         self.assertEqual((self.findings("-DX"), self.looked), ("", True))
+
+    def test_what_fewer_checks_found_clean_is_looked_at_by_all(self):
+        self.write("a.cpp", "int* x = 0;\n")
+        fewer = ["--checks=-modernize-use-nullptr,modernize-use-using"]
+        self.assertEqual((self.findings(checks=fewer), self.looked), ("", True))
+        self.assertEqual((self.findings(checks=fewer), self.looked), ("", False))
+        self.assertIn("modernize-use-nullptr", self.findings())
 
     def test_a_reason_that_changed_is_no_change(self):
         self.findings()
