@@ -70,6 +70,21 @@ class Pages(unittest.TestCase):
         stale = [str(file) for file, text in REPORTS.pages(ROOT) if not file.is_file() or file.read_text() != text]
         self.assertEqual(stale, [], "run scripts/verify-report --pages")
 
+    def test_versions_of_wine_are_told_apart_where_they_differ(self):
+        kept = [report([], wine="8.0", verdict="known difference", fact="P-20"), report([], wine="10.0", fact="P-20")]
+        self.assertEqual(REPORTS.signs_in(kept, "P-20"), "8.0: known, 10.0: yes")
+        self.assertEqual(REPORTS.signs_in(kept[:1], "P-20"), "known")
+        self.assertEqual(REPORTS.signs_in(kept, "P-21"), "not checked")
+
+    def test_machines_are_in_the_order_of_their_versions(self):
+        with tempfile.TemporaryDirectory() as scratch:
+            folder = pathlib.Path(scratch) / "verify/machines"
+            folder.mkdir(parents=True)
+            for name in ("wine-10.0", "windows-26100", "wine-8.0", "windows-9200"):
+                (folder / f"{name}.json").write_text("{}")
+            self.assertEqual(list(REPORTS.machines(pathlib.Path(scratch))),
+                             ["windows-9200", "windows-26100", "wine-8.0", "wine-10.0"])
+
     def test_a_report_that_is_kept_is_on_them_and_a_zip_of_another_kind_is_refused(self):
         with tempfile.TemporaryDirectory() as scratch:
             root = pathlib.Path(scratch)
@@ -119,6 +134,10 @@ class Held(unittest.TestCase):
         before = copy.deepcopy(self.here)
         before["facts"][0]["verdict"] = "known difference"
         self.assertEqual(self.of(before), ["W-04: as claimed, and known difference before"])
+
+    def test_another_wine_may_have_had_another_verdict(self):
+        before = report([answer()], wine="10.0", verdict="known difference")
+        self.assertEqual(self.of(before), [])
 
     def test_what_is_not_of_the_stand_ins_is_not_compared(self):
         self.here = report([answer()], wine="8.0", fact="P-05")
