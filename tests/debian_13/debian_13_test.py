@@ -143,6 +143,16 @@ class Debian13(unittest.TestCase):
             self.assertFalse(mounted(cache))
         shutil.rmtree(cache)
 
+    def test_is_made_anew_when_it_has_other_packages(self):
+        cache = self.work / "zqorb_lvm"
+        (cache / "debian-13").mkdir(parents=True)
+        (cache / "debian-13" / "made-of").write_text("less than it needs now\n")
+        run = subprocess.Popen([SCRIPT, "true"], env={**os.environ, "XDG_CACHE_HOME": str(self.work)},
+                               stderr=subprocess.DEVNULL)
+        wait_until((cache / "debian-13.part").exists, 120)
+        run.kill()
+        self.assertNotEqual(run.wait(20), 0)
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)
