@@ -67,6 +67,8 @@ int flood(const Arguments& arguments)
 {
     const std::string output(1000, 'o');
     const std::string error(1000, 'e');
+    // Wine 10's UCRT writes to a stream without a buffer byte by byte.
+    std::setvbuf(stderr, nullptr, _IOFBF, error.size());
     std::size_t outputLeft = std::stoul(arguments.at(2));
     std::size_t errorLeft = std::stoul(arguments.at(3));
     while (outputLeft > 0 || errorLeft > 0) {
