@@ -1,14 +1,8 @@
 # The cross build: where.exe is a Windows program, and wsl.exe and docker.exe are bridges to Linux programs.
-set(ZQORB_WHERE "$ENV{ZQORB_WHERE}" CACHE FILEPATH "A where.exe that the tests find in the place of the stand-in, for instance Wine's own")
-if(ZQORB_WHERE)
-    configure_file(${ZQORB_WHERE} ${STAND_INS_DIR}/where.exe COPYONLY)
-    add_custom_target(where_stand_in)
-else()
-    add_stand_in(where_stand_in where where/where.cpp where/where_windows.cpp)
-    target_link_libraries(where_stand_in PRIVATE shell32)
-    # "main" itself is not wide, so that one source serves both systems; only its own calls are.
-    target_compile_definitions(where_stand_in PRIVATE UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
-endif()
+add_stand_in(where_stand_in where where/where.cpp where/where_windows.cpp)
+target_link_libraries(where_stand_in PRIVATE shell32)
+# "main" itself is not wide, so that one source serves both systems; only its own calls are.
+target_compile_definitions(where_stand_in PRIVATE UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
 
 find_program(NATIVE_CXX NAMES g++ c++ REQUIRED)
 find_program(WINEGXX NAMES wineg++ wineg++-stable REQUIRED)
