@@ -79,7 +79,9 @@ class Debian13(unittest.TestCase):
     def test_leaves_nothing_however_it_is_ended(self):
         for how in (signal.SIGINT, signal.SIGTERM, signal.SIGKILL):
             with self.subTest(how):
-                run = subprocess.Popen([SCRIPT, "sh", "-c", f"sleep {MARK} & sleep {MARK}"])
+                # A job in the background ignores Ctrl-C from its start on, and this test may be one.
+                run = subprocess.Popen([SCRIPT, "sh", "-c", f"sleep {MARK} & sleep {MARK}"],
+                                       preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL))
                 wait_until(marked_processes)
                 run.send_signal(how)
                 self.assertNotEqual(run.wait(20), 0)
