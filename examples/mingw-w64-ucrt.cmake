@@ -1,4 +1,4 @@
-# Like mingw-w64.cmake, for the package whose name ends in "-ucrt".
+# Like mingw-w64.cmake, which says what BOOST_ROOT is, for the package whose name ends in "-ucrt".
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32ucrt-gcc)

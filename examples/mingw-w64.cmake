@@ -1,5 +1,6 @@
 # Builds a host for Windows on Linux: "cmake --toolchain mingw-w64.cmake -D BOOST_ROOT=FOLDER ...", where FOLDER/include
-# holds Boost's headers.
+# holds Boost's headers and none of Linux: not /usr, but for instance a folder whose include/boost is a link to
+# /usr/include/boost.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 # The POSIX flavour: the package's runtime DLLs are of this kind.
